@@ -1,0 +1,139 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/base/ordered_map.h>
+#include <ZelvoraSDK/spec/zelvora_spec.h>
+
+namespace zelvora {
+
+/// A value per locale identifier. Identifiers are looked up exactly as written.
+template <class Value>
+using ByLocale = OrderedMap<Value>;
+
+/// The document in which an application describes all that can be asked of it. Immutable once
+/// decoded. Fields carry the names of their JSON keys; `docs/spec-format.md` tells each one's
+/// effect.
+struct RuntimeSpec : ZelvoraSpec {
+  struct App {
+    std::string id;
+    std::string default_locale;  ///< A locale identifier such as en-US.
+  };
+
+  struct Thresholds {
+    double execute_min_score = 6.0;      ///< Least score that executes directly.
+    double execute_min_conf = 0.75;      ///< Least confidence that executes directly.
+    double choices_min_score = 3.0;      ///< Least score of the best task for any answer.
+    double choices_min_conf = 0.45;      ///< Least confidence of the best task for any answer.
+    double close_to_second_delta = 2.0;  ///< A gap below this is too close to call.
+    std::int64_t max_choices = 4;        ///< Most choices offered; below 1 counts as 1.
+    std::optional<bool> semantic_enabled;
+    std::optional<double> semantic_min_conf;
+    std::optional<std::int64_t> semantic_top_k;
+    std::optional<bool> semantic_prefer_locales;
+    std::optional<std::int64_t> semantic_cache_ttl_seconds;
+    std::optional<ByLocale<std::vector<std::string>>> stopwordsByLocale;
+  };
+
+  /// Carried by the format and without effect: the router scores with points of its own.
+  struct Weights {
+    double keyword_phrase_hit = 0;
+    double keyword_single_hit = 0;
+    double example_token_hit = 0;
+    double example_token_cap = 0;
+  };
+
+  struct ContextMemory {
+    bool enabled = true;
+    double followup_boost = 1.2;
+    double followupWindowSeconds = 60.0;
+    double relatedBoost = 1.15;
+    double synonymBoost = 1.1;  ///< Without effect.
+  };
+
+  struct Context {
+    bool enabled = false;
+    std::int64_t max_expansions = 3;  ///< Without effect.
+    /// Phrase to replacements, in the document's order, which decides which phrasings are tried.
+    std::optional<ByLocale<OrderedMap<std::vector<std::string>>>> synonymsByLocale;
+    std::optional<OrderedMap<std::vector<std::string>>> relatedIntents;  ///< By task id.
+    std::optional<ContextMemory> memory;
+  };
+
+  struct Routing {
+    Thresholds thresholds;
+    Weights weights;
+    std::vector<std::string> stopwords;
+    std::optional<Context> context;
+  };
+
+  /// Carried by the format and without effect.
+  struct Boost {
+    double recent_choice_bonus = 0;
+    double repeat_choice_bonus = 0;
+    double max_total_bonus = 0;
+  };
+
+  /// Carried by the format and without effect: nothing is ever sent.
+  struct Telemetry {
+    bool enabled = false;
+    std::string endpoint;
+    bool send_text = false;
+  };
+
+  struct Learning {
+    bool enabled = false;
+    std::string mode;
+    Boost boost;
+    Telemetry telemetry;
+  };
+
+  struct TaskAction {
+    std::string type;
+    std::optional<std::string> id;  ///< Presentation id of a "present" action.
+    std::optional<std::string> screenId;
+  };
+
+  struct Task {
+    std::string id;
+    std::string title;
+    std::string screenId;
+    std::vector<std::string> keywords;
+    std::vector<std::string> examples;
+    std::optional<Params> defaultParams;
+    std::optional<ByLocale<std::vector<std::string>>> keywordsByLocale;
+    std::optional<ByLocale<std::vector<std::string>>> examplesByLocale;
+    std::optional<TaskAction> action;
+
+    /// `defaultParams`, empty when absent.
+    [[nodiscard]] Params safeDefaultParams() const;
+  };
+
+  struct STTConfig {
+    std::optional<bool> enabled;
+    std::optional<ByLocale<std::string>> languageByLocale;
+    std::optional<ByLocale<std::string>> promptsByLocale;
+    std::optional<ByLocale<std::vector<std::string>>> hintsByLocale;
+    std::optional<ByLocale<OrderedMap<std::string>>> replacementsByLocale;
+  };
+
+  App app;
+  Routing routing;
+  Learning learning;
+  std::vector<Task> tasksRaw;  ///< The key "tasks".
+  std::optional<STTConfig> stt;
+
+  RuntimeSpec() = default;
+  RuntimeSpec(App app, Routing routing, Learning learning, std::vector<Task> tasksRaw,
+              std::optional<STTConfig> stt = {});
+
+  [[nodiscard]] std::string appId() const override { return app.id; }
+  [[nodiscard]] std::string locale() const override { return app.default_locale; }
+  /// Fatal on a task that breaks the record's preconditions.
+  [[nodiscard]] std::vector<ZelvoraTaskSpec> tasks() const override;
+};
+
+}  // namespace zelvora

@@ -1,0 +1,39 @@
+# How every target of this project is built: one function per kind of room.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# Flags that all targets share. Carried by an interface target so that nothing leaks to consumers.
+add_library(zelvora_flags INTERFACE)
+target_compile_options(zelvora_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(ZELVORA_WARNINGS_AS_ERRORS)
+  target_compile_options(zelvora_flags INTERFACE -Werror)
+endif()
+if(ZELVORA_SANITIZE)
+  add_compile_options(-fsanitize=${ZELVORA_SANITIZE} -fno-omit-frame-pointer -g)
+  add_link_options(-fsanitize=${ZELVORA_SANITIZE})
+  if(ZELVORA_SANITIZE MATCHES undefined)
+    add_compile_options(-fno-sanitize-recover=undefined)
+  endif()
+endif()
+
+# zelvora_library(NAME SOURCES … USES …): one layer or adapter, as target zelvora_NAME, alias Zelvora::NAME.
+function(zelvora_library name)
+  cmake_parse_arguments(arg "" "" "SOURCES;USES;PRIVATE" ${ARGN})
+  if(arg_SOURCES)
+    add_library(zelvora_${name} STATIC ${arg_SOURCES})
+    set(scope PUBLIC)
+    target_link_libraries(zelvora_${name} PRIVATE $<BUILD_INTERFACE:zelvora_flags> ${arg_PRIVATE})
+  else()
+    add_library(zelvora_${name} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(zelvora_${name} ${scope} $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                                      $<INSTALL_INTERFACE:include>)
+  target_compile_features(zelvora_${name} ${scope} cxx_std_20)
+  target_link_libraries(zelvora_${name} ${scope} ${arg_USES})
+  add_library(Zelvora::${name} ALIAS zelvora_${name})
+endfunction()
