@@ -1,0 +1,41 @@
+#include <ZelvoraSDK/outcome/diagnostics.h>
+
+#include <limits>
+
+#include <ZelvoraSDK/base/error.h>
+
+namespace zelvora {
+namespace {
+
+void increment(std::int64_t& counter) {
+  if (counter == std::numeric_limits<std::int64_t>::max())
+    fatalError("A diagnostics counter overflowed");
+  ++counter;
+}
+
+}  // namespace
+
+ZelvoraDiagnostics& ZelvoraDiagnostics::shared() {
+  static ZelvoraDiagnostics diagnostics;
+  return diagnostics;
+}
+
+asio::awaitable<void> ZelvoraDiagnostics::reset() {
+  return counters_.run([](Counters& counters) { counters = {}; });
+}
+
+asio::awaitable<void> ZelvoraDiagnostics::incCloud() {
+  return counters_.run([](Counters& counters) { increment(counters.cloudInterpretCalls); });
+}
+
+void ZelvoraDiagnostics::incLocal() {
+  counters_.post([](Counters& counters) { increment(counters.localHits); });
+}
+
+asio::awaitable<ZelvoraDiagnostics::Snapshot> ZelvoraDiagnostics::snapshot() {
+  return counters_.run([](Counters& counters) {
+    return Snapshot{.localHits = counters.localHits, .cloudCalls = counters.cloudInterpretCalls};
+  });
+}
+
+}  // namespace zelvora

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include <ZelvoraSDK/platform/app_bundle.h>
+#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/executors.h>
+#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/user_defaults.h>
+
+namespace zelvora {
+
+/// Everything that the library asks of the system it runs on. The application puts one together,
+/// or takes one that is ready-made, and hands it to the façade. No member may be null.
+struct Platform {
+  std::shared_ptr<Executors> executors;
+  std::shared_ptr<Clock> clock;
+  std::shared_ptr<LogSink> log;
+  std::shared_ptr<UserDefaults> defaults;
+  std::shared_ptr<AppBundle> bundle;
+};
+
+}  // namespace zelvora
