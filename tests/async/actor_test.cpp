@@ -94,12 +94,15 @@ TEST(Spawn, ReportsWhatEscapes) {
 
 TEST(WorkerPool, MayDieOnOneOfItsOwnThreads) {
   auto pool = std::make_unique<WorkerPool>(2);
-  const asio::any_io_executor executor = pool->executor();
+  std::promise<void> posted;
   std::promise<void> gone;
+  const asio::any_io_executor executor = pool->executor();
   asio::post(executor, [&, owned = std::move(pool)]() mutable {
+    posted.get_future().get();  // the executor must not be in use while its pool dies
     owned.reset();
     gone.set_value();
   });
+  posted.set_value();
   gone.get_future().get();
 }
 
