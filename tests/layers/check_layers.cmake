@@ -1,0 +1,79 @@
+# Fails when an include of the library or of an adapter below ROOT runs against the layers:
+#   cmake -DROOT=DIR -P check_layers.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+# What the files of each layer may include besides their own folder and the standard library:
+# other layers by name, libraries by the beginning of the include.
+set(layers      base async platform outcome spec routing backend speech facade)
+set(base        boost/ utf8proc.h)
+set(async       base boost/)
+set(platform    base async boost/)
+set(outcome     base async boost/)
+set(spec        base outcome platform boost/)
+set(routing     base async platform outcome spec boost/)
+set(backend     base async platform outcome spec routing boost/)
+set(speech      base async platform boost/)
+set(facade      base async platform outcome spec routing backend speech boost/)
+set(ui          ${layers} boost/ Q)
+set(adapter     base async platform boost/)
+
+# may_include(FILE OUT): what an include in FILE may begin with.
+function(may_include file out)
+  string(REGEX MATCH "^(ZelvoraSDK|adapters)/([^/]+)/" folder "${file}")
+  set(room ${CMAKE_MATCH_2})
+  if(folder STREQUAL "")
+    set(uses "")  # a header at the top, for everyone: the standard library only
+  elseif(folder STREQUAL "adapters/host/")
+    set(uses ${adapter} adapters/)
+  elseif(folder MATCHES "^adapters/")
+    set(uses ${adapter})
+  elseif(room STREQUAL "ui" OR room IN_LIST layers)
+    set(uses ${${room}})
+  else()
+    message(SEND_ERROR "${folder} is no known layer")
+  endif()
+  list(TRANSFORM uses REPLACE "^([a-z]+)$" "ZelvoraSDK/\\1/")
+  set(${out} ${folder} ${uses} PARENT_SCOPE)
+endfunction()
+
+# is_allowed(FILE INCLUDE OUT)
+function(is_allowed file include out)
+  set(${out} TRUE PARENT_SCOPE)
+  if(include MATCHES "^[a-z0-9_]+$")  # the standard library
+    return()
+  endif()
+  # Where an adapter keeps its library to itself it may read whatever that takes.
+  if(file MATCHES "^adapters/.*(\\.cpp|/private/[^/]*)$"
+     AND NOT include MATCHES "^(ZelvoraSDK|adapters|tools|tests|examples|benchmarks|fuzz)/")
+    return()
+  endif()
+  may_include(${file} beginnings)
+  foreach(beginning IN LISTS beginnings)
+    string(FIND "${include}" "${beginning}" place)
+    if(place EQUAL 0)
+      return()
+    endif()
+  endforeach()
+  set(${out} FALSE PARENT_SCOPE)
+endfunction()
+
+file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/ZelvoraSDK/*.h ${ROOT}/ZelvoraSDK/*.cpp
+     ${ROOT}/adapters/*.h ${ROOT}/adapters/*.cpp)
+if(NOT files)
+  message(FATAL_ERROR "no sources below '${ROOT}'")
+endif()
+foreach(file IN LISTS files)
+  file(STRINGS ${ROOT}/${file} lines REGEX "^[ \t]*#[ \t]*include")
+  foreach(line IN LISTS lines)
+    if(NOT line MATCHES "include[ \t]*<([^>]+)>")
+      message(SEND_ERROR "${file}: write the path from the root, in angle brackets: ${line}")
+      continue()
+    endif()
+    set(include ${CMAKE_MATCH_1})
+    is_allowed(${file} ${include} allowed)
+    if(NOT allowed)
+      message(SEND_ERROR "${file} may not include <${include}>")
+    endif()
+  endforeach()
+endforeach()
