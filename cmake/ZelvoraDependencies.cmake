@@ -1,4 +1,5 @@
-# The libraries the core and its adapters stand on. See README.md for why each was chosen.
+# The libraries the core and its adapters stand on; README.md says why each was chosen.
+# Read by this project and, once installed, by every project that finds it.
 
 find_package(Threads REQUIRED)
 # A Boost from elsewhere is taken with -DBoost_ROOT=DIR.
@@ -7,7 +8,3 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(utf8proc REQUIRED IMPORTED_TARGET libutf8proc)
 pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(plist REQUIRED IMPORTED_TARGET libplist-2.0)
-
-add_library(zelvora_boost INTERFACE)
-target_link_libraries(zelvora_boost INTERFACE Boost::headers Threads::Threads)
-target_compile_definitions(zelvora_boost INTERFACE BOOST_ASIO_NO_DEPRECATED)

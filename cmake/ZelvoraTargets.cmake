@@ -24,6 +24,12 @@ if(ZELVORA_SANITIZE)
   endif()
 endif()
 
+# Asio and the other headers of Boost.
+add_library(zelvora_boost INTERFACE)
+target_link_libraries(zelvora_boost INTERFACE Boost::headers Threads::Threads)
+target_compile_definitions(zelvora_boost INTERFACE BOOST_ASIO_NO_DEPRECATED)
+install(TARGETS zelvora_boost EXPORT ZelvoraSDK)
+
 # zelvora_library(NAME SOURCES … USES …): one layer or adapter, as target zelvora_NAME, alias Zelvora::NAME.
 function(zelvora_library name)
   cmake_parse_arguments(arg "" "" "SOURCES;USES;PRIVATE" ${ARGN})
@@ -40,4 +46,6 @@ function(zelvora_library name)
   target_compile_features(zelvora_${name} ${scope} cxx_std_20)
   target_link_libraries(zelvora_${name} ${scope} ${arg_USES})
   add_library(Zelvora::${name} ALIAS zelvora_${name})
+  set_target_properties(zelvora_${name} PROPERTIES EXPORT_NAME ${name})
+  install(TARGETS zelvora_${name} EXPORT ZelvoraSDK)
 endfunction()

@@ -1,0 +1,15 @@
+# Installs the build and lets a project that knows only the installed package use it:
+#   cmake -DBUILD=DIR -DWORK=DIR -DGENERATOR=NAME -DCOMPILER=CXX -DBOOST=DIR -P check_install.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+function(run)
+  execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+file(REMOVE_RECURSE ${WORK})
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix)
+run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${CMAKE_CURRENT_LIST_DIR}/consumer -B ${WORK}/consumer
+    -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${WORK}/prefix -DBoost_DIR=${BOOST})
+run(${CMAKE_COMMAND} --build ${WORK}/consumer)
+run(${WORK}/consumer/consumer)
