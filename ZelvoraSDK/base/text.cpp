@@ -204,9 +204,9 @@ std::vector<std::string_view> splitWords(std::string_view text, char separator) 
 
 std::string joinWords(const std::vector<std::string_view>& words) {
   std::string joined;
-  for (const std::string_view word : words) {
-    if (!joined.empty()) joined += ' ';
-    joined += word;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i > 0) joined += ' ';
+    joined += words[i];
   }
   return joined;
 }
