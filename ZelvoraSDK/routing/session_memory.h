@@ -16,6 +16,11 @@ class SessionMemory {
     std::optional<std::string> screenId;  ///< Of a presentation: its presentation id.
     Timestamp timestamp;
 
+    /// Whether it is at most `window` old at `now`.
+    [[nodiscard]] bool isWithin(Seconds window, Timestamp now) const {
+      return now - timestamp <= window;
+    }
+
     bool operator==(const LastResult&) const = default;
   };
 
