@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/platform/user_defaults.h>
+
+namespace zelvora::testing {
+
+/// User defaults that live in memory and fail when told to. Not thread-safe.
+class MemoryDefaults final : public UserDefaults {
+ public:
+  std::map<std::string, std::int64_t> values;
+  bool fails = false;
+  int calls = 0;
+
+  std::int64_t integer(const std::string& key) override {
+    use();
+    const auto at = values.find(key);
+    return at == values.end() ? 0 : at->second;
+  }
+
+  std::int64_t increment(const std::string& key) override {
+    use();
+    return ++values[key];
+  }
+
+ private:
+  void use() {
+    ++calls;
+    if (fails) throw Error("Memory", 1, "the store is broken");
+  }
+};
+
+}  // namespace zelvora::testing
