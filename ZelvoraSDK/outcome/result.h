@@ -20,6 +20,9 @@ struct ZelvoraChoice {
   bool operator==(const ZelvoraChoice&) const = default;
 };
 
+void readJson(const JsonCursor& in, ZelvoraChoice& choice);
+void writeJson(JsonWriter& out, const ZelvoraChoice& choice);
+
 /// Open a screen now.
 struct ZelvoraExecute {
   std::string screenId;
@@ -61,7 +64,8 @@ struct ZelvoraUnsupported {
 using ZelvoraResult =
     std::variant<ZelvoraExecute, ZelvoraPresent, ZelvoraShowChoices, ZelvoraUnsupported>;
 
-/// One line for logs and consoles: `execute(screenId: "cart", params: [:], …)`.
+/// One line for logs and consoles: `execute(screenId: "cart", params: [:], say: "Cart",
+/// confidence: 0.77, taskId: nil)`. Quotes, backslashes and control characters are escaped.
 std::string describe(const ZelvoraResult& result);
 
 }  // namespace zelvora

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include <ZelvoraSDK/base/json_fwd.h>
 #include <ZelvoraSDK/base/ordered_map.h>
 
 namespace zelvora {
@@ -18,6 +19,9 @@ struct ZelvoraTaskAction {
 
   bool operator==(const ZelvoraTaskAction&) const = default;
 };
+
+void readJson(const JsonCursor& in, ZelvoraTaskAction& action);
+void writeJson(JsonWriter& out, const ZelvoraTaskAction& action);
 
 }  // namespace zelvora
 

@@ -52,8 +52,12 @@ struct MinimalRuntimeSpec : ZelvoraSpec {
   [[nodiscard]] std::string appId() const override;
   /// "en-US" when absent.
   [[nodiscard]] std::string locale() const override;
-  /// Tasks without id, screen or any keyword to go by are left out.
+  /// Tasks without id, title, screen or any keyword to go by are left out. A blank that is not
+  /// empty is no absence: it breaks the record's preconditions and is fatal.
   [[nodiscard]] std::vector<ZelvoraTaskSpec> tasks() const override;
 };
+
+/// Fails only on the wrong type of a present key.
+void readJson(const JsonCursor& in, MinimalRuntimeSpec& spec);
 
 }  // namespace zelvora

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <ZelvoraSDK/base/ordered_map.h>
@@ -134,6 +135,22 @@ struct RuntimeSpec : ZelvoraSpec {
   [[nodiscard]] std::string locale() const override { return app.default_locale; }
   /// Fatal on a task that breaks the record's preconditions.
   [[nodiscard]] std::vector<ZelvoraTaskSpec> tasks() const override;
+};
+
+void readJson(const JsonCursor& in, RuntimeSpec& spec);
+
+/// A full spec whose records are made without the constructor's preconditions, so that
+/// `validateSpec()` reports what is wrong with a task where the spec itself would stop the process.
+class UncheckedSpec final : public ZelvoraSpec {
+ public:
+  explicit UncheckedSpec(RuntimeSpec spec) : spec_(std::move(spec)) {}
+
+  [[nodiscard]] std::string appId() const override { return spec_.appId(); }
+  [[nodiscard]] std::string locale() const override { return spec_.locale(); }
+  [[nodiscard]] std::vector<ZelvoraTaskSpec> tasks() const override;
+
+ private:
+  RuntimeSpec spec_;
 };
 
 }  // namespace zelvora

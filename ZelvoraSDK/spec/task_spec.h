@@ -34,6 +34,10 @@ struct ZelvoraTaskSpec {
   bool operator==(const ZelvoraTaskSpec&) const = default;
 };
 
+/// Every key but `action` is required. Checks nothing.
+void readJson(const JsonCursor& in, ZelvoraTaskSpec& task);
+void writeJson(JsonWriter& out, const ZelvoraTaskSpec& task);
+
 }  // namespace zelvora
 
 template <>

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <optional>
+#include <ostream>
+#include <ranges>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include <boost/json/value.hpp>
+
+#include <ZelvoraSDK/base/json_fwd.h>
+#include <ZelvoraSDK/base/ordered_map.h>
+
+namespace zelvora {
+
+/// A JSON document as a tree that owns itself, built from a parsed document or from C++ values.
+/// Objects keep their order; all numbers are doubles. Written, never read: `toJson(tree)`.
+class JSONValue {
+ public:
+  using Array = std::vector<JSONValue>;
+  using Object = OrderedMap<JSONValue>;
+  using Payload = std::variant<bool, double, std::string, Array, Object, std::nullptr_t>;
+
+  JSONValue() : payload_(nullptr) {}
+
+  explicit JSONValue(const boost::json::value& parsed);
+
+  /// Null pointers and absent optionals are null; bools, numbers and text themselves; ranges of
+  /// pairs whose first is text are objects, other ranges arrays. Anything else is the text that it
+  /// prints, or else the name of its type.
+  template <class T>
+    requires(!std::same_as<T, JSONValue> && !std::same_as<T, boost::json::value>)
+  explicit JSONValue(const T& any) : payload_(payloadOf(any)) {}
+
+  template <class T>
+  static JSONValue from(const T& any) {
+    return JSONValue(any);
+  }
+
+  [[nodiscard]] const Payload& payload() const { return payload_; }
+
+  bool operator==(const JSONValue&) const = default;
+
+ private:
+  template <class T>
+  static Payload payloadOf(const T& any);
+  template <class T>
+  static std::string describe(const T& any);
+
+  Payload payload_;
+};
+
+/// Throws Error over NaN and infinities.
+void writeJson(JsonWriter& out, const JSONValue& value);
+
+template <class T>
+JSONValue::Payload JSONValue::payloadOf(const T& any) {
+  constexpr bool isMapLike = requires {
+    { any.begin()->first } -> std::convertible_to<std::string_view>;
+    any.begin()->second;
+  };
+  if constexpr (std::is_same_v<T, std::nullptr_t>)
+    return nullptr;
+  else if constexpr (std::is_same_v<T, bool>)
+    return any;
+  else if constexpr (std::is_arithmetic_v<T>)
+    return static_cast<double>(any);
+  else if constexpr (std::is_convertible_v<const T&, std::string_view>)
+    return std::string(std::string_view(any));
+  else if constexpr (isMapLike) {
+    Object object;
+    for (const auto& [key, value] : any) object.set(std::string(key), JSONValue(value));
+    return object;
+  } else if constexpr (std::ranges::input_range<const T>) {
+    Array array;
+    for (const std::ranges::range_value_t<T>& element : any) array.emplace_back(element);
+    return array;
+  } else if constexpr (requires { any.has_value(); *any; })
+    return any.has_value() ? payloadOf(*any) : Payload(nullptr);
+  else
+    return describe(any);
+}
+
+template <class T>
+std::string JSONValue::describe(const T& any) {
+  if constexpr (requires(std::ostream& out) { out << any; }) {
+    std::ostringstream text;
+    text << any;
+    return text.str();
+  } else {
+    return typeid(T).name();
+  }
+}
+
+}  // namespace zelvora
