@@ -1,0 +1,72 @@
+#include <ZelvoraSDK/spec/json_value.h>
+
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/outcome/result.h>
+#include <ZelvoraSDK/spec/any_encodable.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <memory>
+
+namespace zelvora {
+namespace {
+
+struct Printable {
+  friend std::ostream& operator<<(std::ostream& out, const Printable&) { return out << "printed"; }
+};
+
+TEST(JSONValue, KeepsStructureAndOrderOfAParsedDocument) {
+  const struct {
+    const char* text;
+    const char* expected;
+  } rows[] = {
+      {R"({"z": [1, "a", null, true, {"b": []}], "a": {}})",
+       R"({"z":[1,"a",null,true,{"b":[]}],"a":{}})"},
+      {"3", "3"},
+      {"1.50", "1.5"},
+      {"18446744073709551615", "18446744073709551616"},
+      {R"("\u0041\n")", R"("A\n")"},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(toJson(JSONValue::from(parseJson(row.text).root())), row.expected);
+}
+
+TEST(JSONValue, TakesBoolsForBoolsAndEveryNumberForADouble) {
+  EXPECT_EQ(JSONValue(true).payload(), JSONValue::Payload(true));
+  EXPECT_EQ(JSONValue(3).payload(), JSONValue::Payload(3.0));
+  EXPECT_EQ(JSONValue(3.5f).payload(), JSONValue::Payload(3.5));
+  EXPECT_EQ(JSONValue(nullptr), JSONValue());
+}
+
+TEST(JSONValue, ConvertsCommonValuesAndDescribesTheRest) {
+  EXPECT_EQ(toJson(JSONValue("text")), R"("text")");
+  EXPECT_EQ(toJson(JSONValue(std::vector<bool>{true, false})), "[true,false]");
+  EXPECT_EQ(toJson(JSONValue(std::map<std::string, std::vector<int>>{{"a", {1, 2}}})),
+            R"({"a":[1,2]})");
+  EXPECT_EQ(toJson(JSONValue(Params{{"z", "1"}, {"a", "2"}})), R"({"z":"1","a":"2"})");
+  EXPECT_EQ(toJson(JSONValue(std::optional<int>{})), "null");
+  EXPECT_EQ(toJson(JSONValue(std::optional<int>{4})), "4");
+  EXPECT_EQ(toJson(JSONValue(Printable{})), R"("printed")");
+  EXPECT_TRUE(std::holds_alternative<std::string>(JSONValue(ZelvoraUnsupported{}).payload()));
+  EXPECT_EQ(toJson(JSONValue(JSONValue::Array{JSONValue(1), JSONValue("b")})), R"([1,"b"])");
+}
+
+TEST(AnyEncodable, WritesTheHeldValueAsItselfAndOwnsIt) {
+  auto text = std::make_unique<std::string>("held");
+  const AnyEncodable held{std::string_view(*text)};
+  text->assign("gone");
+  text.reset();
+  EXPECT_EQ(toJson(held), R"("held")");
+  EXPECT_EQ(toJson(AnyEncodable("literal")), R"("literal")");
+  EXPECT_EQ(toJson(AnyEncodable(ZelvoraTaskAction{"open", {}, "s"})),
+            R"({"type":"open","screenId":"s"})");
+  EXPECT_EQ(toJson(std::vector{AnyEncodable(1), AnyEncodable(held)}), R"([1,"held"])");
+  EXPECT_THROW((void)toJson(AnyEncodable(std::nan(""))), Error);
+}
+
+}  // namespace
+}  // namespace zelvora
