@@ -43,6 +43,14 @@ function(is_allowed file include out)
   if(include MATCHES "^[a-z0-9_]+$")  # the standard library
     return()
   endif()
+  # A private folder is for its own room, and no public header leads into it: it is not installed.
+  if(include MATCHES "^(ZelvoraSDK|adapters)/[^/]+/private/")
+    string(REGEX MATCH "^[^/]+/[^/]+/" room "${include}")
+    if(NOT file MATCHES "^${room}(private/|.*\\.cpp$)")
+      set(${out} FALSE PARENT_SCOPE)
+    endif()
+    return()
+  endif()
   # Where an adapter keeps its library to itself it may read whatever that takes.
   if(file MATCHES "^adapters/.*(\\.cpp|/private/[^/]*)$"
      AND NOT include MATCHES "^(ZelvoraSDK|adapters|tools|tests|examples|benchmarks|fuzz)/")
