@@ -1,0 +1,46 @@
+#pragma once
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zelvora::testing {
+
+/// A process that runs `work()` and ends with the status that it answers, or 99 when it throws.
+/// REQUIRES: this process has one thread. Whoever is still running at the end is killed.
+class ChildProcess {
+ public:
+  template <class Work>
+  explicit ChildProcess(Work work) : pid_(::fork()) {
+    if (pid_ != 0) return;
+    try {
+      ::_exit(work());
+    } catch (...) {
+      ::_exit(99);
+    }
+  }
+  ~ChildProcess() {
+    if (pid_ > 0) kill();
+  }
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  /// The exit status; -1 when a signal ended it.
+  int wait() {
+    int status = 0;
+    ::waitpid(pid_, &status, 0);
+    pid_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  /// Ends it here and now, with no chance to clean up.
+  void kill() {
+    ::kill(pid_, SIGKILL);
+    wait();
+  }
+
+ private:
+  pid_t pid_;
+};
+
+}  // namespace zelvora::testing
