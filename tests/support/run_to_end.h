@@ -1,0 +1,21 @@
+#pragma once
+
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/use_future.hpp>
+#include <utility>
+
+#include <ZelvoraSDK/async/awaitable.h>
+
+namespace zelvora::testing {
+
+/// Runs `task` on this thread until it ends; gives what it gave or throws what it threw.
+template <class Value>
+Value runToEnd(asio::awaitable<Value> task) {
+  asio::io_context context;
+  auto ended = asio::co_spawn(context, std::move(task), asio::use_future);
+  context.run();
+  return ended.get();
+}
+
+}  // namespace zelvora::testing
