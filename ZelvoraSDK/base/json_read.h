@@ -74,8 +74,10 @@ class JsonCursor {
 
   template <class T>
   void read(std::string_view key, std::optional<T>& field) const {
-    if (const auto* found = findPresent(key))
-      readJson(JsonCursor(*this, key, *found), field.emplace());
+    const auto* found = findPresent(key);
+    // emplace() without arguments fails in clang for records nested in a class that was still open
+    // when this optional was named in it.
+    if (found) readJson(JsonCursor(*this, key, *found), field.emplace(T{}));
   }
 
   /// Leaves `field` as it is when the key is missing or null.

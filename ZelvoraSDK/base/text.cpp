@@ -53,7 +53,7 @@ Decoded decodeMultiByte(std::string_view text) {
     const auto high = i == 1 ? shape.high : static_cast<unsigned char>(0xBF);
     const auto byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
     if (byte < low || byte > high) return {{kReplacement, i}, false};
-    value = value << 6 | (byte & 0x3Fu);
+    value = value << 6 | (static_cast<unsigned>(byte) & 0x3Fu);
   }
   return {{value, shape.trailing + 1}, true};
 }
