@@ -51,7 +51,7 @@ Decoded decodeMultiByte(std::string_view text) {
   for (std::size_t i = 1; i <= shape.trailing; ++i) {
     const auto low = i == 1 ? shape.low : static_cast<unsigned char>(0x80);
     const auto high = i == 1 ? shape.high : static_cast<unsigned char>(0xBF);
-    const auto byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
+    const auto byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
     if (byte < low || byte > high) return {{kReplacement, i}, false};
     value = value << 6 | (static_cast<unsigned>(byte) & 0x3Fu);
   }
