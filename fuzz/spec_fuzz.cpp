@@ -14,9 +14,8 @@
 #include <string>
 #include <string_view>
 
+namespace zelvora {
 namespace {
-
-using namespace zelvora;
 
 void require(bool holds) {
   if (!holds) std::abort();
@@ -64,10 +63,8 @@ void storeAndReadBack(const JsonDocument& document) {
   require(again == tree);
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+/// Every failure is an Error that says something.
+void exercise(std::string_view bytes) {
   try {
     const JsonDocument document = parseJson(bytes);
     require(isValidUtf8(bytes));
@@ -77,5 +74,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const Error& error) {
     require(!error.description().empty() && error.domain() == kJsonErrorDomain);
   }
+}
+
+}  // namespace
+}  // namespace zelvora
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  zelvora::exercise({reinterpret_cast<const char*>(data), size});
   return 0;
 }

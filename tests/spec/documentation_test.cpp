@@ -32,11 +32,5 @@ TEST(SpecFormatPage, ShowsSpecsThatDecodeAndValidate) {
   EXPECT_EQ(minimal.validateSpec(), std::vector<std::string>{});
 }
 
-TEST(ExampleShop, IsAValidSpec) {
-  const auto shop =
-      decodeJson<RuntimeSpec>(readFile(ZELVORA_SOURCE_DIR "/examples/shop/shop.json"));
-  EXPECT_EQ(shop.validateSpec(), std::vector<std::string>{});
-}
-
 }  // namespace
 }  // namespace zelvora

@@ -5,10 +5,13 @@
 #include <ZelvoraSDK/base/json_parse.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/spec/json_value.h>
+#include <tests/support/memory_bundle.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "sample_spec.h"
@@ -16,41 +19,36 @@
 namespace zelvora {
 namespace {
 
-/// A folder of resources, removed when the test ends.
-class FolderBundle final : public AppBundle {
+/// A bundle over files of its own, which go with it.
+class ResourceFolder {
  public:
-  FolderBundle() {
+  ResourceFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "zelvora-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr) throw Error("POSIX", errno, "no temporary folder");
     folder_ = name;
   }
-  ~FolderBundle() override { std::filesystem::remove_all(folder_); }
+  ~ResourceFolder() { std::filesystem::remove_all(folder_); }
+  ResourceFolder(const ResourceFolder&) = delete;
+  ResourceFolder& operator=(const ResourceFolder&) = delete;
 
-  FolderBundle& with(const std::string& file, std::string_view bytes) {
-    std::ofstream(folder_ / file, std::ios::binary) << bytes;
+  ResourceFolder& with(const std::string& file, std::string_view bytes) {
+    std::ofstream(place(file), std::ios::binary) << bytes;
     return *this;
   }
-  FolderBundle& withFolder(const std::string& name) {
-    std::filesystem::create_directory(folder_ / name);
+  ResourceFolder& withFolder(const std::string& name) {
+    std::filesystem::create_directory(place(name));
     return *this;
   }
 
-  [[nodiscard]] std::optional<std::filesystem::path> resource(
-      const std::string& name, const std::string& extension) const override {
-    const auto path = folder_ / (name + "." + extension);
-    return std::filesystem::exists(path) ? std::optional(path) : std::nullopt;
-  }
-  [[nodiscard]] std::optional<std::string> stringSetting(const std::string&) const override {
-    return {};
-  }
-  [[nodiscard]] std::optional<double> numberSetting(const std::string&) const override {
-    return {};
-  }
-  [[nodiscard]] std::optional<std::string> identifier() const override { return {}; }
-  [[nodiscard]] std::string description() const override { return folder_.string(); }
+  [[nodiscard]] const AppBundle& bundle() const { return bundle_; }
 
  private:
+  std::filesystem::path place(const std::string& file) {
+    return bundle_.resources[file] = folder_ / file;
+  }
+
   std::filesystem::path folder_;
+  testing::MemoryBundle bundle_;
 };
 
 AnyEncodable stored(std::string_view text) {
@@ -67,23 +65,23 @@ Error failureOfLoading(const std::string& resource, const AppBundle& bundle) {
 }
 
 TEST(SpecLoader, ThrowsWhatIsWrongAndValidatesNothing) {
-  FolderBundle bundle;
-  bundle.with("shop.json", kSmallestFullSpec).with("cut.json", R"({"app":)").withFolder("dir.json");
-  EXPECT_EQ(ZelvoraSpecLoader::loadFromBundle("shop", bundle).appId(), "shop");
+  ResourceFolder folder;
+  folder.with("shop.json", kSmallestFullSpec).with("cut.json", R"({"app":)").withFolder("dir.json");
+  EXPECT_EQ(ZelvoraSpecLoader::loadFromBundle("shop", folder.bundle()).appId(), "shop");
 
-  const Error missing = failureOfLoading("cart", bundle);
+  const Error missing = failureOfLoading("cart", folder.bundle());
   EXPECT_EQ(missing.domain(), "ZelvoraSpecLoader");
   EXPECT_EQ(missing.code(), 404);
   EXPECT_EQ(missing.description(), "cart.json not found in bundle");
-  EXPECT_EQ(failureOfLoading("dir", bundle).domain(), "POSIX");
-  EXPECT_EQ(failureOfLoading("cut", bundle).description(),
+  EXPECT_EQ(failureOfLoading("dir", folder.bundle()).domain(), "POSIX");
+  EXPECT_EQ(failureOfLoading("cut", folder.bundle()).description(),
             "line 1, column 8: unexpected end of the document");
 }
 
 TEST(SpecLoaderDeathTest, StopsOnEachUnusableResource) {
-  FolderBundle bundle;
+  ResourceFolder folder;
   const std::string longText(400, 'x');
-  bundle.withFolder("dir.json")
+  folder.withFolder("dir.json")
       .with("empty.json", "")
       .with("cut.json", R"({"app":)")
       .with("bytes.json", "[\"\xFF\"]")
@@ -107,13 +105,13 @@ TEST(SpecLoaderDeathTest, StopsOnEachUnusableResource) {
        "Prefix: \\{\"app\""},
   };
   for (const auto& row : rows)
-    EXPECT_DEATH((void)requireSpecResource(row.name, bundle), row.message) << row.name;
+    EXPECT_DEATH((void)requireSpecResource(row.name, folder.bundle()), row.message) << row.name;
 }
 
 TEST(SpecLoader, KeepsTheDocumentAsItIs) {
-  FolderBundle bundle;
-  bundle.with("shop.json", fullSpecWith("\"app\": {", "\"extra\": [1.5], \"app\": {\"more\": {},"));
-  const std::string kept = toJson(requireSpecResource("shop", bundle));
+  ResourceFolder folder;
+  folder.with("shop.json", fullSpecWith("\"app\": {", "\"extra\": [1.5], \"app\": {\"more\": {},"));
+  const std::string kept = toJson(requireSpecResource("shop", folder.bundle()));
   EXPECT_TRUE(kept.starts_with(R"({"extra":[1.5],"app":{"more":{},"id":"shop")")) << kept;
 }
 
