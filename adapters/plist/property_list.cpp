@@ -1,5 +1,6 @@
 #include <adapters/plist/property_list.h>
 
+#include <locale.h>
 #include <plist/plist.h>
 
 #include <cmath>
@@ -23,8 +24,26 @@ struct FreeList {
 using List = std::unique_ptr<void, FreeList>;
 using CString = std::unique_ptr<char, Free>;
 
+/// While it lives, this thread reads numbers as property lists write them. libplist goes by the
+/// thread's locale, and in a German one "0.65" would be 0.
+class PlainNumbers {
+ public:
+  PlainNumbers() : before_(::uselocale(plain_)) {}
+  ~PlainNumbers() {
+    ::uselocale(before_);
+    ::freelocale(plain_);
+  }
+  PlainNumbers(const PlainNumbers&) = delete;
+  PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+ private:
+  locale_t plain_ = ::newlocale(LC_ALL_MASK, "C", nullptr);
+  locale_t before_;
+};
+
 /// The tree of `bytes`, which must have passed their check; null when libplist can't read them.
 List parsed(std::string_view bytes) {
+  const PlainNumbers plainNumbers;
   plist_t root = nullptr;
   const auto size = static_cast<std::uint32_t>(bytes.size());
   if (bytes.starts_with("bplist00")) {

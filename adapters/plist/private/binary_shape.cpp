@@ -139,12 +139,18 @@ class ObjectWalk {
       const std::size_t at = object.start + i * layout_.referenceBytes;
       const std::size_t index = number(at, layout_.referenceBytes, layout_.tableStart);
       // The first half of a dictionary's references are its keys.
-      if (object.kind == kDictionary && i < object.count) requireText(objectAt(index));
+      if (object.kind == kDictionary && i < object.count) checkKey(objectAt(index));
       visit(index, depth + 1);
     }
   }
 
-  static void requireText(const Object& key) { require(key.kind == kAscii || key.kind == kUtf16); }
+  /// A key is text without NUL, at which libplist would end the process.
+  void checkKey(const Object& key) const {
+    require(key.kind == kAscii || key.kind == kUtf16);
+    const std::size_t width = key.kind == kAscii ? 1 : 2;
+    for (std::size_t i = 0; i < key.count; ++i)
+      require(number(key.start + i * width, width, layout_.tableStart) != 0);
+  }
 
   std::string_view list_;
   Layout layout_;

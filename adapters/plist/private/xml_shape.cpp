@@ -1,3 +1,5 @@
+#include <charconv>
+#include <cstdint>
 #include <vector>
 
 #include <adapters/plist/private/shape.h>
@@ -9,13 +11,31 @@ namespace {
 /// Deepest place of a dictionary or array: the element around them all comes on top.
 constexpr std::size_t kMaxContainerDepth = kMaxPropertyListDepth + 1;
 
+/// Throws unless each numeric reference in `text` names a character. libplist ends the process over
+/// a key that holds U+0000.
+void checkReferences(std::string_view text) {
+  for (std::size_t at = 0; (at = text.find("&#", at)) != text.npos;) {
+    at += 2;
+    const bool isHexadecimal = text.substr(at).starts_with('x');
+    if (isHexadecimal) ++at;
+    std::uint32_t value = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data() + at, end, value, isHexadecimal ? 16 : 10);
+    const bool isWhole = read.ec == std::errc() && read.ptr != end && *read.ptr == ';';
+    if (!isWhole || value == 0 || value > 0x10FFFF)
+      throw propertyListError("a reference names no character");
+  }
+}
+
 /// Goes through the markup of a document and keeps the elements that are open.
 class MarkupWalk {
  public:
   explicit MarkupWalk(std::string_view document) : rest_(document) {}
 
   void run() {
-    while (skipTo("<")) {
+    for (;;) {
+      checkReferences(rest_.substr(0, rest_.find('<')));
+      if (!skipTo("<")) break;
       if (rest_.starts_with("<!--"))
         skipPast("<!--", "-->");
       else if (rest_.starts_with("<![CDATA["))

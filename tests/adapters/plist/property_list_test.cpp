@@ -123,6 +123,9 @@ TEST(PropertyList, RefusesWhatIsMalformed) {
       {"<plist><!--><dict><dict>--></plist>", "ends where it begins"},
       {"<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><dict/></plist>", "a tag has no end"},
       {"<!ELEMENT x><plist><dict/></plist>", "declarations other than"},
+      {"<plist><dict><key>&#0;</key><true/></dict></plist>", "names no character"},
+      {"<plist><dict><key>&#xx;</key><true/></dict></plist>", "names no character"},
+      {"<plist><dict><key>&#x110000;</key><true/></dict></plist>", "names no character"},
       {"<plist><array/></plist>", "the top is no dictionary"},
       {"<plist><dict><string>no key</string></dict></plist>", "malformed"},
       {"bplist00", "malformed binary list"},
@@ -130,6 +133,8 @@ TEST(PropertyList, RefusesWhatIsMalformed) {
       {binaryList({"\xA1\x01", "\x51v"}), "malformed binary list"},  // an array
       {binaryList({std::string("\xD1\x01\x07", 3), "\x51k"}), "malformed binary list"},
       {binaryList({std::string("\xD1\x01\x01", 3), "\x08"}), "malformed binary list"},  // its key
+      {binaryList({std::string("\xD1\x01\x01", 3), std::string("\x52k\0", 3)}),
+       "malformed binary list"},
       {binaryList({"\xD9\x01\x02"}), "malformed binary list"},
       {binaryList({std::string("\xD1\x01\x01", 3), "\x5F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"}),
        "malformed binary list"},
