@@ -28,6 +28,11 @@ class AudioFileFactory {
   /// A new Core Audio Format file that holds sound just as `format` delivers it. Throws Error.
   virtual std::unique_ptr<AudioFileWriter> create(const std::filesystem::path& path,
                                                   const AudioFormat& format) = 0;
+
+  /// Whether the process that was writing the recording at `path` is surely gone. An implementation
+  /// may hold a lock on its files that the system releases with the process; one that can't tell
+  /// answers false.
+  [[nodiscard]] virtual bool isAbandoned(const std::filesystem::path& /*path*/) { return false; }
 };
 
 }  // namespace zelvora

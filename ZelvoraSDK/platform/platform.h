@@ -1,11 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include <ZelvoraSDK/platform/app_bundle.h>
 #include <ZelvoraSDK/platform/clock.h>
 #include <ZelvoraSDK/platform/executors.h>
 #include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/speech_platform.h>
 #include <ZelvoraSDK/platform/user_defaults.h>
 
 namespace zelvora {
@@ -18,6 +20,8 @@ struct Platform {
   std::shared_ptr<LogSink> log;
   std::shared_ptr<UserDefaults> defaults;
   std::shared_ptr<AppBundle> bundle;
+  /// Absent for applications that neither listen nor speak.
+  std::optional<SpeechPlatform> speech;
 };
 
 }  // namespace zelvora

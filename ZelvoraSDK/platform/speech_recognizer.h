@@ -27,6 +27,7 @@ struct SpeechResult {
 /// Recognition of one capture. `append` may be called from one thread while another ends it.
 class SpeechRecognitionTask {
  public:
+  /// Abandons a task that was not finished; its handler is not called after that.
   virtual ~SpeechRecognitionTask() = default;
 
   /// Takes sound; returns at once. Sound after `endAudio` is dropped.
@@ -57,7 +58,8 @@ class SpeechRecognizer {
 class SpeechRecognizerFactory {
  public:
   virtual ~SpeechRecognizerFactory() = default;
-  /// Null for a locale that the platform does not know.
+  /// Null for a locale that the platform does not know; never throws. It should return at once and
+  /// load in the background: the first recogniser is made long before the first capture.
   virtual std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) = 0;
 };
 
