@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <ZelvoraSDK/platform/speech_synthesizer.h>
+
+namespace zelvora {
+
+/// Says short texts, such as the sentence of a result. One thread at a time; never waits for sound.
+class VoiceSpeaker {
+ public:
+  explicit VoiceSpeaker(SpeechSynthesizerFactory& synthesizers)
+      : synthesizer_(synthesizers.makeSynthesizer()) {}
+
+  /// Cuts short what is being said and says `text` in the voice of the language code `locale`, or
+  /// in the default voice. Blank text changes nothing. `onEnd` is told, on any thread, when the
+  /// text has been said (true), or when it was cut short or there was nothing to say (false).
+  void speak(std::string_view text, std::string locale, std::function<void(bool said)> onEnd = {});
+
+ private:
+  std::unique_ptr<SpeechSynthesizer> synthesizer_;
+};
+
+}  // namespace zelvora

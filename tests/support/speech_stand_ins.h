@@ -1,0 +1,367 @@
+#pragma once
+
+#include <boost/asio/post.hpp>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/speech_platform.h>
+#include <ZelvoraSDK/speech/capture_time.h>
+
+// Stand-ins at the ports of sound and speech. They note each call and do what the test says.
+// All are callable from any thread.
+
+namespace zelvora::testing {
+
+/// What happened, in order.
+class Journal final : public LogSink {
+ public:
+  void note(std::string line) {
+    const std::lock_guard lock(mutex_);
+    lines_.push_back(std::move(line));
+  }
+  void write(std::string_view line) override { note(std::string(line)); }
+
+  /// Everything since the last call.
+  std::vector<std::string> take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(lines_, {});
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::string> lines_;
+};
+
+class StandInSession final : public AudioSession {
+ public:
+  explicit StandInSession(Journal& journal) : journal_(journal) {}
+
+  std::optional<Error> refusal;  ///< Set before use.
+
+  void configure(Category category, Mode mode, std::uint32_t options) override {
+    const bool listening = category == Category::playAndRecord && mode == Mode::voiceChat;
+    journal_.note((listening ? "session: listen " : "session: other ") + std::to_string(options));
+    if (refusal) throw *refusal;
+  }
+  void setActive(bool active) override {
+    journal_.note(active ? "session: on" : "session: off");
+    if (!active) throw Error("Test", 1, "a session that does not let go");
+  }
+
+ private:
+  Journal& journal_;
+};
+
+/// The factory and the one microphone behind its engines.
+class StandInMicrophone final : public AudioEngineFactory {
+ public:
+  explicit StandInMicrophone(Journal& journal) : journal_(journal) {}
+
+  AudioFormat format{48000, 1};       ///< Set before use.
+  std::optional<Error> startFailure;  ///< Set before use.
+
+  /// Hands a buffer to the tap, if there is one.
+  void play(const std::vector<float>& samples) {
+    play(PcmBuffer{format, samples.size() / format.channels, std::span<const float>(samples)});
+  }
+  void play(const PcmBuffer& buffer) {
+    const std::lock_guard lock(mutex_);
+    if (tap_) tap_(buffer);
+  }
+  void vanish(const Error& failure) {
+    const std::lock_guard lock(mutex_);
+    if (onFailure_) onFailure_(failure);
+  }
+
+  std::unique_ptr<AudioEngine> makeEngine() override { return std::make_unique<Engine>(*this); }
+
+ private:
+  class Engine final : public AudioEngine {
+   public:
+    explicit Engine(StandInMicrophone& microphone) : microphone_(microphone) {}
+    ~Engine() override { removeTap(); }
+
+    AudioFormat inputFormat() override { return microphone_.format; }
+    void installTap(std::size_t bufferFrames, Tap tap) override {
+      microphone_.journal_.note("tap on " + std::to_string(bufferFrames));
+      const std::lock_guard lock(microphone_.mutex_);
+      microphone_.tap_ = std::move(tap);
+    }
+    void removeTap() override {
+      const std::lock_guard lock(microphone_.mutex_);
+      if (microphone_.tap_) microphone_.journal_.note("tap off");
+      microphone_.tap_ = nullptr;
+      microphone_.onFailure_ = nullptr;
+    }
+    void onFailure(FailureHandler handler) override {
+      const std::lock_guard lock(microphone_.mutex_);
+      pendingFailureHandler_ = std::move(handler);
+    }
+    void prepare() override {}
+    void start() override {
+      if (microphone_.startFailure) throw *microphone_.startFailure;
+      microphone_.journal_.note("microphone on");
+      const std::lock_guard lock(microphone_.mutex_);
+      microphone_.onFailure_ = pendingFailureHandler_;
+      running_ = true;
+    }
+    [[nodiscard]] bool isRunning() const override { return running_; }
+    void stop() override {
+      microphone_.journal_.note("microphone off");
+      running_ = false;
+    }
+    void reset() override {}
+
+   private:
+    StandInMicrophone& microphone_;
+    FailureHandler pendingFailureHandler_;
+    bool running_ = false;
+  };
+
+  Journal& journal_;
+  std::mutex mutex_;
+  AudioEngine::Tap tap_;
+  AudioEngine::FailureHandler onFailure_;
+};
+
+/// Writes the bytes of float samples, nothing else. What is not flushed is not on disk.
+class StandInFiles final : public AudioFileFactory {
+ public:
+  explicit StandInFiles(Journal& journal) : journal_(journal) {}
+
+  std::optional<Error> createFailure;              ///< Set before use.
+  std::optional<Error> writeFailure;               ///< Set before use.
+  std::optional<std::filesystem::path> abandoned;  ///< Set before use.
+
+  std::unique_ptr<AudioFileWriter> create(const std::filesystem::path& path,
+                                          const AudioFormat&) override {
+    if (createFailure) throw *createFailure;
+    return std::make_unique<Writer>(*this, path);
+  }
+  [[nodiscard]] bool isAbandoned(const std::filesystem::path& path) override {
+    return path == abandoned;
+  }
+
+ private:
+  class Writer final : public AudioFileWriter {
+   public:
+    Writer(StandInFiles& files, const std::filesystem::path& path)
+        : files_(files), file_(path, std::ios::binary) {}
+
+    void write(const PcmBuffer& buffer) override {
+      if (files_.writeFailure) throw *files_.writeFailure;
+      const auto samples = std::as_bytes(std::get<std::span<const float>>(buffer.samples));
+      file_.write(reinterpret_cast<const char*>(samples.data()),
+                  static_cast<std::streamsize>(samples.size()));
+    }
+    void flush() override {
+      files_.journal_.note("file flushed");
+      file_.flush();
+    }
+
+   private:
+    StandInFiles& files_;
+    std::ofstream file_;
+  };
+
+  Journal& journal_;
+};
+
+/// The factory and the one recogniser behind it; the test says what it understands.
+class StandInRecognizers final : public SpeechRecognizerFactory {
+ public:
+  explicit StandInRecognizers(Journal& journal) : journal_(journal) {}
+
+  bool known = true;      ///< Set before use.
+  bool available = true;  ///< Set before use.
+  /// Delivered by the task's finish, as a recogniser does that is still busy when the sound ends.
+  std::optional<SpeechResult> lateResult;
+
+  void say(const SpeechResult& result) {
+    const std::lock_guard lock(mutex_);
+    if (handler_) handler_->onResult(result);
+  }
+  void fail(const Error& failure) {
+    const std::lock_guard lock(mutex_);
+    if (handler_) handler_->onError(failure);
+  }
+  [[nodiscard]] std::size_t heardFrames() {
+    const std::lock_guard lock(mutex_);
+    return heardFrames_;
+  }
+
+  std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string&) override {
+    if (!known) return nullptr;
+    return std::make_unique<Recognizer>(*this);
+  }
+
+ private:
+  class Task final : public SpeechRecognitionTask {
+   public:
+    explicit Task(StandInRecognizers& all) : all_(all) {}
+    ~Task() override { drop(); }
+
+    void append(const PcmBuffer& buffer) override {
+      const std::lock_guard lock(all_.mutex_);
+      all_.heardFrames_ += buffer.frames;
+    }
+    void endAudio() override { all_.journal_.note("task: end of audio"); }
+    void finish() override {
+      all_.journal_.note("task: finish");
+      if (all_.lateResult) all_.say(*all_.lateResult);
+      all_.fail(Error("Test", 216, "Recognition was Canceled"));
+      drop();
+    }
+
+   private:
+    void drop() {
+      const std::lock_guard lock(all_.mutex_);
+      all_.handler_.reset();
+    }
+
+    StandInRecognizers& all_;
+  };
+
+  class Recognizer final : public SpeechRecognizer {
+   public:
+    explicit Recognizer(StandInRecognizers& all) : all_(all) {}
+    [[nodiscard]] bool isAvailable() const override { return all_.available; }
+    std::unique_ptr<SpeechRecognitionTask> startTask(bool partialResults,
+                                                     Handler handler) override {
+      all_.journal_.note(partialResults ? "task: partial results" : "task: final result only");
+      const std::lock_guard lock(all_.mutex_);
+      all_.handler_ = std::move(handler);
+      return std::make_unique<Task>(all_);
+    }
+
+   private:
+    StandInRecognizers& all_;
+  };
+
+  Journal& journal_;
+  std::mutex mutex_;
+  std::optional<SpeechRecognizer::Handler> handler_;
+  std::size_t heardFrames_ = 0;
+};
+
+class StandInPermissions final : public Permissions {
+ public:
+  SpeechStatus speech = SpeechStatus::authorized;
+  bool microphone = true;
+  std::vector<std::string> asked;
+
+  asio::awaitable<SpeechStatus> requestSpeechRecognition() override {
+    asked.emplace_back("speech");
+    co_return speech;
+  }
+  asio::awaitable<bool> requestMicrophone() override {
+    asked.emplace_back("microphone");
+    co_return microphone;
+  }
+};
+
+/// Notes what it is told to say and to silence.
+class StandInSynthesizers final : public SpeechSynthesizerFactory {
+ public:
+  explicit StandInSynthesizers(Journal& journal) : journal_(journal) {}
+
+  std::unique_ptr<SpeechSynthesizer> makeSynthesizer() override {
+    return std::make_unique<Synthesizer>(journal_);
+  }
+
+ private:
+  class Synthesizer final : public SpeechSynthesizer {
+   public:
+    explicit Synthesizer(Journal& journal) : journal_(journal) {}
+    void speak(SpeechUtterance utterance) override {
+      journal_.note("say " + utterance.language + " '" + utterance.text + "'");
+      if (utterance.onEnd) utterance.onEnd(true);
+    }
+    void stopSpeaking() override { journal_.note("silence"); }
+
+   private:
+    Journal& journal_;
+  };
+
+  Journal& journal_;
+};
+
+/// Time that passes when the test says so.
+class ManualTime final : public CaptureTime {
+ public:
+  Seconds now() override {
+    const std::lock_guard lock(mutex_);
+    return now_;
+  }
+  std::shared_ptr<void> startTicking(asio::any_io_executor executor, Seconds period,
+                                     std::function<void()> tick) override {
+    const std::lock_guard lock(mutex_);
+    auto ticking = std::make_shared<Ticking>(
+        Ticking{std::move(executor), now_ + period, period, std::move(tick)});
+    ticking_ = ticking;
+    return ticking;
+  }
+
+  /// Lets time pass tick by tick, and posts each tick that falls due. `afterTick` lets the ticks'
+  /// executor catch up.
+  template <class AfterTick>
+  void pass(Seconds duration, AfterTick afterTick) {
+    const Seconds end = now() + duration;
+    while (postNextTick(end)) afterTick();
+    const std::lock_guard lock(mutex_);
+    now_ = end;
+  }
+
+ private:
+  struct Ticking {
+    asio::any_io_executor executor;
+    Seconds next;
+    Seconds period;
+    std::function<void()> tick;
+  };
+
+  bool postNextTick(Seconds end) {
+    const std::lock_guard lock(mutex_);
+    const auto ticking = ticking_.lock();
+    if (!ticking || ticking->next > end) return false;
+    now_ = ticking->next;
+    ticking->next += ticking->period;
+    asio::post(ticking->executor, [weak = ticking_] {
+      if (const auto running = weak.lock()) running->tick();
+    });
+    return true;
+  }
+
+  std::mutex mutex_;
+  Seconds now_{1000};
+  std::weak_ptr<Ticking> ticking_;
+};
+
+/// All of them together. Outlives what uses it.
+struct SpeechStandIns {
+  std::shared_ptr<Journal> journal = std::make_shared<Journal>();
+  std::shared_ptr<StandInSession> session = std::make_shared<StandInSession>(*journal);
+  std::shared_ptr<StandInMicrophone> microphone = std::make_shared<StandInMicrophone>(*journal);
+  std::shared_ptr<StandInFiles> files = std::make_shared<StandInFiles>(*journal);
+  std::shared_ptr<StandInRecognizers> recognizer = std::make_shared<StandInRecognizers>(*journal);
+  std::shared_ptr<StandInPermissions> permissions = std::make_shared<StandInPermissions>();
+  std::shared_ptr<StandInSynthesizers> synthesizers =
+      std::make_shared<StandInSynthesizers>(*journal);
+  std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
+
+  [[nodiscard]] SpeechPlatform platform() const {
+    return {session, microphone, files, recognizer, permissions, synthesizers};
+  }
+};
+
+}  // namespace zelvora::testing
