@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/platform/clock.h>
+
+namespace zelvora {
+
+/// The largest response that a session accepts, body and what the transport counts with it.
+inline constexpr std::size_t kMaxResponseBytes = std::size_t{16} * 1024 * 1024;
+
+struct UrlHeader {
+  std::string name;
+  std::string value;
+
+  bool operator==(const UrlHeader&) const = default;
+};
+
+struct UrlRequest {
+  std::string method = "POST";
+  std::string url;                 ///< https, or http to a loopback host; see url.h.
+  std::vector<UrlHeader> headers;  ///< Sent in this order, to the host of `url` only.
+  std::string body;
+  Seconds timeout{60};  ///< For the whole exchange, from the call to the last byte.
+};
+
+struct UrlResponse {
+  std::optional<int> status;  ///< Absent when what arrived was not HTTP.
+  std::string body;           ///< Whole: a body that was cut short is a failure.
+};
+
+/// Sends HTTP requests. Callable from any thread.
+class UrlSession {
+ public:
+  virtual ~UrlSession() = default;
+
+  /// Answers with whatever status arrived; redirects are not followed. Throws Error with the
+  /// transport's own domain and code when none arrived within `request.timeout`, when the
+  /// response is cut short or passes `kMaxResponseBytes`, and when the session is destroyed
+  /// first. Goes on where the caller runs. A cancelled call ends at once, with an Error.
+  virtual asio::awaitable<UrlResponse> send(UrlRequest request) = 0;
+};
+
+}  // namespace zelvora

@@ -1,0 +1,35 @@
+#include <adapters/curl/curl_url_session.h>
+
+#include <utility>
+
+#include <adapters/curl/private/transfer.h>
+#include <adapters/curl/private/transfer_loop.h>
+
+namespace zelvora {
+namespace {
+
+// Not a member: the session may be gone before the answer comes.
+asio::awaitable<UrlResponse> exchange(std::shared_ptr<TransferLoop> loop, UrlRequest request,
+                                      CurlOptions options) {
+  auto transfer = std::make_shared<Transfer>(std::move(request), options);
+  auto start = [loop, transfer](Reply<UrlResponse> reply) {
+    transfer->replyTo(std::move(reply));
+    loop->start(transfer);
+  };
+  auto cancel = [loop, transfer] { loop->cancel(transfer); };
+  co_return co_await awaitReply<UrlResponse>(std::move(start), std::move(cancel));
+}
+
+}  // namespace
+
+CurlUrlSession::CurlUrlSession(CurlOptions options)
+    : options_(std::move(options)), loop_(std::make_shared<TransferLoop>()) {}
+
+CurlUrlSession::~CurlUrlSession() { loop_->close(); }
+
+asio::awaitable<UrlResponse> CurlUrlSession::send(UrlRequest request) {
+  thread_.startOnce([loop = loop_] { loop->run(); });
+  return exchange(loop_, std::move(request), options_);
+}
+
+}  // namespace zelvora

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include <ZelvoraSDK/async/bounded_thread.h>
+#include <ZelvoraSDK/platform/url_session.h>
+
+namespace zelvora {
+
+class TransferLoop;
+
+/// The domain of what a transport failure throws; the code is libcurl's own.
+inline constexpr char kCurlErrorDomain[] = "curl";
+
+/// What a test changes; an application takes the defaults.
+struct CurlOptions {
+  /// PEM certificates to trust beside the system's.
+  std::optional<std::filesystem::path> extraAuthorities = std::nullopt;
+  /// No request waits longer than this, whatever it asks for.
+  std::optional<Seconds> longestTimeout = std::nullopt;
+};
+
+/// Sends requests with libcurl on a worker thread of its own, which the first request starts.
+/// Connections are kept for later requests; HTTP/2, proxy variables and the system's trust store
+/// are used as found. Callable from any thread. The executors that its callers run on must outlive
+/// it.
+class CurlUrlSession final : public UrlSession {
+ public:
+  explicit CurlUrlSession(CurlOptions options = {});
+  /// Requests in flight fail. Waits for the worker thread, with a bound.
+  ~CurlUrlSession() override;
+
+  asio::awaitable<UrlResponse> send(UrlRequest request) override;
+
+ private:
+  CurlOptions options_;
+  std::shared_ptr<TransferLoop> loop_;
+  BoundedThread thread_;
+};
+
+}  // namespace zelvora

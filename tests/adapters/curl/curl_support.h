@@ -1,0 +1,35 @@
+#pragma once
+
+#include <future>
+#include <optional>
+#include <string>
+
+#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/base/error.h>
+#include <adapters/curl/curl_url_session.h>
+#include <tests/support/scripted_server.h>
+
+namespace zelvora::test {
+
+/// Nothing but the request itself may hold it.
+inline constexpr char kSecret[] = "secret-token";
+
+/// A POST of "ping" that carries the secret.
+UrlRequest securedRequest(const std::string& url);
+
+/// What came of a request: one of the two.
+struct Outcome {
+  std::optional<UrlResponse> response;
+  std::optional<Error> error;
+
+  /// libcurl's code, 0 with a response.
+  [[nodiscard]] int code() const { return error ? error->code() : 0; }
+};
+
+/// Sends from a thread of `pool`.
+std::future<Outcome> sendFrom(WorkerPool& pool, UrlSession& session, UrlRequest request);
+
+/// The same, and waits. Fails the test when an error gives the secret away.
+Outcome sendAndWait(WorkerPool& pool, UrlSession& session, UrlRequest request);
+
+}  // namespace zelvora::test
