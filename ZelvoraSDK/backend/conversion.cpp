@@ -5,14 +5,12 @@
 #include <string_view>
 
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/outcome/phrases.h>
 
 namespace zelvora {
 namespace {
 
 constexpr double kDefaultSemanticMinConf = 0.62;
-constexpr char kDefaultSay[] = "OK";
-constexpr char kDefaultChoicesSay[] = "I'm not sure what you meant. Here are a few options:";
-constexpr char kDefaultUnsupportedSay[] = "No matching screen found. Try rephrasing 🙂";
 
 const ZelvoraTaskSpec* findTask(const std::vector<ZelvoraTaskSpec>& tasks,
                                 std::string ZelvoraTaskSpec::*field, std::string_view value) {
@@ -40,7 +38,7 @@ ZelvoraResult executedResult(const RouteResponse& response,
   const std::optional<double> confidence =
       response.task ? std::optional(response.task->confidence) : std::nullopt;
   const Params params = response.params.value_or(Params{});
-  const std::string say = response.say.value_or(kDefaultSay);
+  const std::string say = response.say.value_or(kDoneSay);
 
   const ZelvoraTaskSpec* task = findTask(tasks, &ZelvoraTaskSpec::taskId, taskId);
   if (!task) task = findTask(tasks, &ZelvoraTaskSpec::screenId, taskId);
@@ -48,11 +46,11 @@ ZelvoraResult executedResult(const RouteResponse& response,
     return ZelvoraPresent{*presentation, params, say, confidence, taskId};
   if (const auto screen = nonBlank(response.screenId))
     return ZelvoraExecute{*screen, params, say, confidence, taskId};
-  return ZelvoraUnsupported{response.say.value_or(kDefaultUnsupportedSay)};
+  return ZelvoraUnsupported{response.say.value_or(kNothingMatchedSay)};
 }
 
 ZelvoraResult offeredResult(const RouteResponse& response) {
-  ZelvoraShowChoices offer{response.say.value_or(kDefaultChoicesSay), {}};
+  ZelvoraShowChoices offer{response.say.value_or(kPickOneSay), {}};
   for (const RouteResponse::Choice& choice : *response.choices)
     offer.choices.push_back(
         {choice.task_id, choice.title, choice.confidence, choice.screenId, choice.params});
@@ -71,7 +69,7 @@ std::optional<ZelvoraResult> semanticResult(
   const ZelvoraTaskSpec* task = findTask(tasks, &ZelvoraTaskSpec::taskId, match.taskId);
   if (!task) return std::nullopt;
 
-  const std::string say = "Navigating to: " + task->title;
+  const std::string say = kNavigatingSay + task->title;
   if (const auto presentation = presentationOf(*task))
     return ZelvoraPresent{*presentation, task->defaultParams, say, match.confidence, task->taskId};
   if (isBlank(task->screenId)) return std::nullopt;
@@ -81,7 +79,7 @@ std::optional<ZelvoraResult> semanticResult(
 std::optional<ZelvoraResult> catalogResult(const SemanticCatalogResult& answer) {
   const auto screen = nonBlank(answer.screenId);
   if (answer.intent != "navigate" || !screen) return std::nullopt;
-  return ZelvoraExecute{*screen, answer.params.value_or(Params{}), answer.say.value_or(kDefaultSay),
+  return ZelvoraExecute{*screen, answer.params.value_or(Params{}), answer.say.value_or(kDoneSay),
                         answer.score, std::nullopt};
 }
 
@@ -89,7 +87,7 @@ ZelvoraResult interpretedResult(const RouteResponse& response,
                                 const std::vector<ZelvoraTaskSpec>& tasks) {
   if (response.mode == "execute") return executedResult(response, tasks);
   if (response.mode == "show_choices" && response.choices) return offeredResult(response);
-  return ZelvoraUnsupported{response.say.value_or(kDefaultUnsupportedSay)};
+  return ZelvoraUnsupported{response.say.value_or(kNothingMatchedSay)};
 }
 
 }  // namespace zelvora

@@ -7,13 +7,14 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/outcome/phrases.h>
 
 namespace zelvora {
 namespace {
 
 double roundedToHundredths(double value) { return std::round(value * 100) / 100; }
 
-ZelvoraUnsupported nothingMatched() { return {"No matching screen found. Try rephrasing 🙂"}; }
+ZelvoraUnsupported nothingMatched() { return {kNothingMatchedSay}; }
 
 bool isAnswer(const ScoredTask& top, const RuntimeSpec::Thresholds& thresholds) {
   return top.score > 0 && top.score >= thresholds.choices_min_score &&
@@ -33,7 +34,7 @@ bool isUsable(const std::optional<std::string>& id) { return id && !isBlank(*id)
 ZelvoraResult localHit(const ScoredTask& top) {
   const ZelvoraTaskSpec& task = *top.task;
   const std::optional<ZelvoraTaskAction>& action = task.action;
-  std::string say = "Navigating to: " + task.title;
+  std::string say = kNavigatingSay + task.title;
   const double confidence = roundedToHundredths(top.confidence);
   if (action && action->type == "present" && isUsable(action->presentationId))
     return ZelvoraPresent{std::string(trimmed(*action->presentationId)), task.defaultParams,
@@ -61,8 +62,7 @@ ZelvoraResult offerChoices(std::span<const ScoredTask> best) {
   for (const ScoredTask& scored : best)
     if (scored.score > 0) choices.push_back(choiceOf(scored));
   if (choices.empty()) return nothingMatched();
-  return ZelvoraShowChoices{"I'm not sure what you meant. Here are a few options:",
-                            std::move(choices)};
+  return ZelvoraShowChoices{kPickOneSay, std::move(choices)};
 }
 
 }  // namespace

@@ -62,8 +62,8 @@ TEST(TextFallback, ReadsNumbersThatNoDoubleHolds) {
   EXPECT_EQ(readTextAnswer("id=a confidence=0." + zeros + "1")->task->confidence, 0.0);
 }
 
-// With an expression that can match one blank or digit in two ways, each would cost the square of
-// its length: hours.
+// With an expression that can match one blank or digit in two ways, a text of this length takes
+// minutes and is then given up with an exception.
 TEST(TextFallback, TakesNoLongerThanTheTextIsLong) {
   constexpr std::size_t kLength = std::size_t{2} << 20;
   const auto repeated = [](const std::string& piece) {

@@ -1,0 +1,82 @@
+#include <ZelvoraSDK/backend/client.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/outcome/diagnostics.h>
+#include <tests/support/recording_log.h>
+#include <tests/support/recording_url_session.h>
+#include <tests/support/run_to_end.h>
+
+namespace zelvora {
+namespace {
+
+using testing::runToEnd;
+
+std::int64_t cloudCalls() { return runToEnd(ZelvoraDiagnostics::shared().snapshot()).cloudCalls; }
+
+class ClientTest : public ::testing::Test {
+ protected:
+  ClientTest() { runToEnd(ZelvoraDiagnostics::shared().reset()); }
+
+  std::shared_ptr<testing::RecordingUrlSession> session =
+      std::make_shared<testing::RecordingUrlSession>();
+  std::shared_ptr<testing::RecordingLog> log = std::make_shared<testing::RecordingLog>();
+  std::optional<ZelvoraClient> client{std::in_place, parseUrl("https://a.example"), session, log};
+};
+
+TEST_F(ClientTest, TellsAndCountsAnInterpretationAlsoWhenItFails) {
+  const AnyEncodable spec(1);
+  const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
+  session->fail(Error("Transport", 7, "down"));
+  try {
+    runToEnd(client->interpret(query));
+    ADD_FAILURE() << "answered";
+  } catch (const Error& failure) {
+    EXPECT_EQ(failure.domain(), "Transport");
+    EXPECT_EQ(failure.code(), 7);
+  }
+  EXPECT_EQ(log->lines, std::vector<std::string>{"☁️ CLOUD INTERPRET CALLED text='hi'"});
+  EXPECT_EQ(cloudCalls(), 1);
+  EXPECT_EQ(session->requests().size(), 1u);
+}
+
+TEST_F(ClientTest, NeitherSendsNorTellsOfASpecThatCannotBeWritten) {
+  const AnyEncodable spec(std::numeric_limits<double>::infinity());
+  const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
+  EXPECT_THROW(runToEnd(client->interpret(query)), Error);
+  EXPECT_TRUE(session->requests().empty());
+  EXPECT_TRUE(log->lines.empty());
+  EXPECT_EQ(cloudCalls(), 0);
+}
+
+TEST_F(ClientTest, ReadsTheOtherTwoAnswersWithoutTellingOrCounting) {
+  session->answer(200, R"({"matches":[{"task_id":"a","confidence":0.5}]})");
+  session->answer(200, R"({"intent":"none"})");
+  EXPECT_EQ(runToEnd(client->semanticResolve({})).matches.at(0).taskId, "a");
+  EXPECT_EQ(runToEnd(client->semanticCatalogResolve({})).intent, "none");
+  EXPECT_TRUE(log->lines.empty());
+  EXPECT_EQ(cloudCalls(), 0);
+}
+
+TEST_F(ClientTest, MayGoWhileACallIsUnderWay) {
+  asio::io_context context;
+  auto answer = asio::co_spawn(context, client->semanticCatalogResolve({}), asio::use_future);
+  context.poll();
+  ASSERT_EQ(session->requests().size(), 1u);
+  client.reset();
+  session->answer(200, R"({"intent":"navigate"})");
+  session.reset();
+  context.run();
+  EXPECT_EQ(answer.get().intent, "navigate");
+}
+
+}  // namespace
+}  // namespace zelvora
