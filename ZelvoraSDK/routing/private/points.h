@@ -39,7 +39,10 @@ inline constexpr std::array<double, kExampleMaxUnits + 1> kPointsOfExample = {
     0, 1 * kTokenPoints, 2 * kTokenPoints, 3 * kTokenPoints, 4 * kTokenPoints, 5 * kTokenPoints};
 
 /// Keyword points are whole numbers, so their order of summation does not show.
-inline double keywordPoints(std::uint32_t units) { return kSinglePoints * (units / kSingleUnits); }
+inline double keywordPoints(std::uint32_t units) {
+  const std::uint32_t singles = units / kSingleUnits;
+  return kSinglePoints * singles;
+}
 
 /// The units of eight examples of one task, a byte each.
 using ExampleRow = std::array<std::uint8_t, 8>;
