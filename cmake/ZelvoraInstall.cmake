@@ -11,5 +11,7 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZelvoraSDK)
 install(EXPORT ZelvoraSDK NAMESPACE Zelvora:: DESTINATION ${package_dir} FILE ZelvoraSDKTargets.cmake)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
-install(FILES cmake/ZelvoraSDKConfig.cmake cmake/ZelvoraDependencies.cmake
+configure_file(cmake/ZelvoraSDKConfig.cmake.in ZelvoraSDKConfig.cmake @ONLY)
+install(FILES cmake/ZelvoraDependencies.cmake
+  ${CMAKE_CURRENT_BINARY_DIR}/ZelvoraSDKConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake DESTINATION ${package_dir})
