@@ -118,8 +118,7 @@ PropertyListEntries readPropertyList(std::string_view bytes) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
 
-  // A copy with an end mark: libplist looks one byte too far.
-  const List list = parsed(std::string(bytes));
+  const List list = parsed(bytes);
   if (!list) throw propertyListError("malformed");
   if (plist_get_node_type(list.get()) != PLIST_DICT)
     throw propertyListError("the top is no dictionary");
