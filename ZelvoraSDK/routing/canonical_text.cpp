@@ -100,11 +100,20 @@ class CanonicalWriter {
 /// Writes the form of the multi-byte code point at the start of `text` and returns its length.
 std::size_t putMultiByte(CanonicalWriter& out, std::string_view text) {
   const DecodedCodePoint point = firstCodePoint(text);
-  if (point.value < kFirstThreeByte)
-    out.put(twoByteForms()[point.value - kFirstTwoByte]);
-  else
-    out.put(formOf(point.value));
+  out.put(formOf(point.value));
   return point.length;
+}
+
+/// Whether `text` starts with a well-formed code point of two bytes.
+bool startsWithTwoBytes(std::string_view text) {
+  return text.size() > 1 && static_cast<Byte>(text[0]) >= 0xC2 &&
+         static_cast<Byte>(text[0]) <= 0xDF && (static_cast<Byte>(text[1]) & 0xC0) == 0x80;
+}
+
+const Form& twoByteForm(const TwoByteForms& forms, std::string_view text) {
+  const unsigned value =
+      (static_cast<Byte>(text[0]) & 0x1Fu) << 6 | (static_cast<Byte>(text[1]) & 0x3Fu);
+  return forms[value - kFirstTwoByte];
 }
 
 }  // namespace
@@ -116,12 +125,16 @@ void appendNormalizedForMatch(std::string& canonical, std::string_view text) {
   // because the writer writes what it does not keep.
   canonical.resize(start + text.size() + text.size() / 2 + 1);
   CanonicalWriter out(canonical.data() + start);
-  for (std::size_t at = 0; at < text.size();) {
-    if (const auto byte = static_cast<Byte>(text[at]); byte < kAsciiForms.size()) {
+  const TwoByteForms& forms = twoByteForms();
+  while (!text.empty()) {
+    if (const auto byte = static_cast<Byte>(text[0]); byte < kAsciiForms.size()) {
       out.put(kAsciiForms[byte]);
-      ++at;
+      text.remove_prefix(1);
+    } else if (startsWithTwoBytes(text)) {
+      out.put(twoByteForm(forms, text));
+      text.remove_prefix(2);
     } else {
-      at += putMultiByte(out, text.substr(at));
+      text.remove_prefix(putMultiByte(out, text));
     }
   }
   canonical.resize(static_cast<std::size_t>(out.end() - canonical.data()));

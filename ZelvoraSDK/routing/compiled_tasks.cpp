@@ -81,7 +81,7 @@ std::vector<ScoredTask> CompiledTasks::rank(std::string_view text) const {
   std::vector<TaskScore> places;
   places.reserve(tasks_.size());
   for (std::uint32_t task = 0; task < tasks_.size(); ++task)
-    places.push_back(takeScore(*index_, task, rooms.counters));
+    places.push_back({scoreOf(*index_, task, rooms.counters), 0, task});
   std::sort(places.begin(), places.end());
 
   std::vector<ScoredTask> ranked;

@@ -138,7 +138,9 @@ TaskIndex TaskIndexer::finish() && {
     if (uses[word] > 0) usedWords.push_back(word);
 
   TaskIndex index;
-  index.automaton = WordAutomaton(words_, std::move(usedWords));
+  index.automaton = WordAutomaton(words_, usedWords);
+  index.frequentWords =
+      FrequentWords(exampleSlots_, words_.size(), taskOfRow_.size() * UnitCounters::kRowSize);
   index.exampleSlots = {exampleSlots_, words_.size()};
   index.singleKeywords = {singleKeywords_, words_.size()};
   index.phrases = listPhrases(uses);
@@ -161,8 +163,9 @@ TaskIndex indexTasks(std::span<const ZelvoraTaskSpec> tasks) {
 }
 
 std::size_t TaskIndex::memoryBytes() const {
-  return automaton.memoryBytes() + exampleSlots.memoryBytes() + singleKeywords.memoryBytes() +
-         phrases.memoryBytes() + phraseWords.capacity() * sizeof(WordId) +
+  return automaton.memoryBytes() + frequentWords.memoryBytes() + exampleSlots.memoryBytes() +
+         singleKeywords.memoryBytes() + phrases.memoryBytes() +
+         phraseWords.capacity() * sizeof(WordId) +
          (firstRow.capacity() + taskOfRow.capacity()) * sizeof(std::uint32_t);
 }
 

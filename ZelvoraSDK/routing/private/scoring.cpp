@@ -1,6 +1,8 @@
 #include <ZelvoraSDK/routing/private/scoring.h>
 
 #include <cstddef>
+#include <cstring>
+#include <span>
 
 namespace zelvora {
 namespace {
@@ -20,42 +22,25 @@ bool containsAll(const FoundWords& found, const WordId* words) {
   return true;
 }
 
-/// How many places the words found lead to; a task may be led to more than once.
-std::size_t placeCount(const TaskIndex& index, const FoundWords& found) {
-  std::size_t count = 0;
+/// Whether the words found lead to few tasks: to listed places only, and not many of those.
+bool leadToFew(const TaskIndex& index, const FoundWords& found) {
+  if (index.frequentWords.anyOf(found)) return false;
+  std::size_t places = 0;
   for (const WordId word : found.ids())
-    count += index.exampleSlots.of(word).size() + index.singleKeywords.of(word).size() +
-             index.phrases.of(word).size();
-  return count;
-}
-
-/// All units of a task.
-std::uint32_t unitsOf(const TaskIndex& index, std::uint32_t task, UnitCounters& counters) {
-  std::uint32_t units = counters.keywords()[task];
-  for (std::uint32_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
-    units += rowUnits(counters.row(row));
-  return units;
-}
-
-/// The exact sum: keywords first, then example by example.
-double scoreOf(const TaskIndex& index, std::uint32_t task, UnitCounters& counters) {
-  double score = keywordPoints(counters.keywords()[task]);
-  for (std::uint32_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
-    for (const std::uint8_t units : counters.row(row)) score += kPointsOfExample[units];
-  return score;
-}
-
-void clear(const TaskIndex& index, std::uint32_t task, UnitCounters& counters) {
-  counters.keywords()[task] = 0;
-  for (std::uint32_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
-    counters.clearRow(row);
+    places += index.exampleSlots.of(word).size() + index.singleKeywords.of(word).size() +
+              index.phrases.of(word).size();
+  return places * kScanBreakEven < index.taskCount();
 }
 
 /// A task visited a second time has nothing left.
 void visit(const TaskIndex& index, std::uint32_t task, UnitCounters& counters, BestTasks& best) {
-  const std::uint32_t units = unitsOf(index, task, counters);
+  std::uint32_t units = counters.keywords()[task];
+  for (std::size_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
+    units += rowUnits(counters.row(row));
   if (best.mayEnter(units)) best.offer({scoreOf(index, task, counters), units, task});
-  clear(index, task, counters);
+  counters.keywords()[task] = 0;
+  for (std::size_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
+    counters.clearRow(row);
 }
 
 void visitListed(const TaskIndex& index, WordId word, UnitCounters& counters, BestTasks& best) {
@@ -65,9 +50,24 @@ void visitListed(const TaskIndex& index, WordId word, UnitCounters& counters, Be
   for (const Phrase& phrase : index.phrases.of(word)) visit(index, phrase.task, counters, best);
 }
 
+/// Goes over all tasks, in straight sweeps.
+void scanAll(const TaskIndex& index, UnitCounters& counters, BestTasks& best) {
+  const std::size_t taskCount = index.taskCount();
+  const std::size_t rowCount = index.rowCount();
+  std::uint32_t* const totals = counters.totals();
+  std::memcpy(totals, counters.keywords(), taskCount * sizeof(std::uint32_t));
+  for (std::size_t row = 0; row < rowCount; ++row)
+    totals[index.taskOfRow[row]] += rowUnits(counters.row(row));
+  for (std::uint32_t task = 0; task < taskCount; ++task)
+    if (best.mayEnter(totals[task]))
+      best.offer({scoreOf(index, task, counters), totals[task], task});
+  counters.clear(taskCount, rowCount);
+}
+
 }  // namespace
 
 void countUnits(const TaskIndex& index, const FoundWords& found, UnitCounters& counters) {
+  index.frequentWords.count(found, counters.examples());
   std::uint32_t* const keywords = counters.keywords();
   for (const WordId word : found.ids()) {
     countExamples(index.exampleSlots.of(word), counters.examples());
@@ -78,19 +78,19 @@ void countUnits(const TaskIndex& index, const FoundWords& found, UnitCounters& c
   }
 }
 
-void collectBest(const TaskIndex& index, const FoundWords& found, UnitCounters& counters,
-                 BestTasks& best) {
-  if (placeCount(index, found) * kScanBreakEven < index.taskCount()) {
-    for (const WordId word : found.ids()) visitListed(index, word, counters, best);
-    return;
-  }
-  for (std::uint32_t task = 0; task < index.taskCount(); ++task) visit(index, task, counters, best);
+double scoreOf(const TaskIndex& index, std::uint32_t task, const UnitCounters& counters) {
+  double score = keywordPoints(counters.keywords()[task]);
+  for (std::size_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
+    for (const std::uint8_t units : counters.row(row)) score += kPointsOfExample[units];
+  return score;
 }
 
-TaskScore takeScore(const TaskIndex& index, std::uint32_t task, UnitCounters& counters) {
-  const TaskScore taken{scoreOf(index, task, counters), unitsOf(index, task, counters), task};
-  clear(index, task, counters);
-  return taken;
+void collectBest(const TaskIndex& index, const FoundWords& found, UnitCounters& counters,
+                 BestTasks& best) {
+  if (leadToFew(index, found))
+    for (const WordId word : found.ids()) visitListed(index, word, counters, best);
+  else
+    scanAll(index, counters, best);
 }
 
 }  // namespace zelvora

@@ -8,6 +8,7 @@
 
 #include <ZelvoraSDK/routing/private/best_tasks.h>
 #include <ZelvoraSDK/routing/private/found_words.h>
+#include <ZelvoraSDK/routing/private/frequent_words.h>
 #include <ZelvoraSDK/routing/private/postings.h>
 #include <ZelvoraSDK/routing/private/unit_counters.h>
 #include <ZelvoraSDK/routing/private/word_automaton.h>
@@ -23,6 +24,7 @@ struct Phrase {
 /// What the words of an utterance mean to the tasks. Immutable; `indexTasks` makes it.
 struct TaskIndex {
   WordAutomaton automaton;
+  FrequentWords frequentWords;             ///< Those stand in no other list of examples.
   Postings<std::uint32_t> exampleSlots;    ///< A slot for each time that an example has the word.
   Postings<std::uint32_t> singleKeywords;  ///< The task of each keyword that is just the word.
   Postings<Phrase> phrases;

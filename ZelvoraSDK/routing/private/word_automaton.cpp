@@ -6,11 +6,14 @@
 namespace zelvora {
 namespace {
 
-/// The words, in order, that a node's bytes begin, all of them `depth` bytes deep in the trie.
+/// Rows for the first nodes take about a quarter of what all nodes do, and at most 64 KB.
+constexpr std::size_t kNodesPerRow = 64;
+constexpr std::size_t kMostRows = 256;
+
+/// The words, by their place in order, that begin with the bytes of one node.
 struct Subtree {
   std::uint32_t first = 0;
   std::uint32_t last = 0;  ///< Past the end.
-  std::uint32_t depth = 0;
 };
 
 unsigned char byteAt(std::string_view word, std::size_t at) {
@@ -25,81 +28,119 @@ std::uint64_t leadingBytes(std::string_view word) {
   return leading;
 }
 
-/// Sorts by bytes; nearly all comparisons are of two numbers.
-void sortByText(std::vector<WordId>& words, const WordTable& table) {
-  std::vector<std::pair<std::uint64_t, WordId>> keyed;
-  keyed.reserve(words.size());
-  for (const WordId word : words) keyed.emplace_back(leadingBytes(table.word(word)), word);
-  std::ranges::sort(keyed, [&table](const auto& a, const auto& b) {
-    if (a.first != b.first) return a.first < b.first;
-    return table.word(a.second) < table.word(b.second);
+struct Word {
+  std::uint64_t leading = 0;
+  std::string_view text;
+  WordId id = 0;
+};
+
+/// The words in the order of their bytes.
+std::vector<Word> sorted(const std::vector<WordId>& ids, const WordTable& table) {
+  std::vector<Word> words;
+  words.reserve(ids.size());
+  for (const WordId id : ids) words.push_back({leadingBytes(table.word(id)), table.word(id), id});
+  std::ranges::sort(words, [](const Word& a, const Word& b) {
+    return a.leading != b.leading ? a.leading < b.leading : a.text < b.text;
   });
-  std::ranges::transform(keyed, words.begin(), [](const auto& entry) { return entry.second; });
+  return words;
+}
+
+/// How many nodes sorted words take, the root included: one for each byte that a word does not
+/// share with the word before it.
+std::size_t countNodes(const std::vector<Word>& words) {
+  std::size_t count = 1;
+  std::string_view previous;
+  for (const Word& word : words) {
+    const auto differ = std::ranges::mismatch(previous, word.text);
+    count += static_cast<std::size_t>(word.text.end() - differ.in2);
+    previous = word.text;
+  }
+  return count;
 }
 
 }  // namespace
 
-WordAutomaton::WordAutomaton(const WordTable& table, std::vector<WordId> words)
-    : shorterWord_(table.size(), kNoWord) {
-  growTrie(table, std::move(words));
-  linkSuffixes();
-}
-
-void WordAutomaton::growTrie(const WordTable& table, std::vector<WordId> words) {
-  sortByText(words, table);
-  std::vector<Subtree> subtrees{{0, static_cast<std::uint32_t>(words.size()), 0}};
-  labels_.push_back(0);
-  // The list grows while it is walked: each node appends its children, which makes the order
-  // breadth first.
-  for (std::size_t node = 0; node < subtrees.size(); ++node) {
-    Subtree rest = subtrees[node];
-    Links& links = nodes_.emplace_back(Links{.firstChild = static_cast<Node>(subtrees.size())});
-    if (rest.depth > 0 && table.word(words[rest.first]).size() == rest.depth)
-      links.word = words[rest.first++];
-    while (rest.first < rest.last) {
-      const unsigned char label = byteAt(table.word(words[rest.first]), rest.depth);
-      std::uint32_t end = rest.first + 1;
-      while (end < rest.last && byteAt(table.word(words[end]), rest.depth) == label) ++end;
-      subtrees.push_back({rest.first, end, rest.depth + 1});
-      labels_.push_back(label);
-      rest.first = end;
-    }
-  }
-  nodes_.push_back({.firstChild = static_cast<Node>(subtrees.size())});
-  nodes_.shrink_to_fit();
-  labels_.shrink_to_fit();
-}
-
-void WordAutomaton::linkSuffixes() {
-  for (Node child = nodes_[kRoot].firstChild; child < nodes_[kRoot + 1].firstChild; ++child)
-    fromRoot_[labels_[child]] = child;
-  // A suffix has a smaller number than what it ends, so it is complete when it is needed.
-  for (Node node = 0; node + 1 < nodes_.size(); ++node) {
-    Links& links = nodes_[node];
-    const WordId shorter = nodes_[links.fail].word;
-    if (links.word == kNoWord)
-      links.word = shorter;
-    else
-      shorterWord_[links.word] = shorter;
-    if (node == kRoot) continue;
-    for (Node child = links.firstChild; child < nodes_[node + 1].firstChild; ++child)
-      nodes_[child].fail = next(links.fail, labels_[child]);
-  }
-}
-
-WordAutomaton::Node WordAutomaton::childOf(Node node, unsigned char byte) const {
+inline WordAutomaton::Node WordAutomaton::childOf(Node node, unsigned char byte) const {
   const Node end = nodes_[node + 1].firstChild;
   for (Node child = nodes_[node].firstChild; child < end; ++child)
     if (labels_[child] == byte) return child;
   return kRoot;
 }
 
-WordAutomaton::Node WordAutomaton::next(Node node, unsigned char byte) const {
-  while (node != kRoot) {
+inline WordAutomaton::Node WordAutomaton::next(Node node, unsigned char byte) const {
+  for (; node >= rowCount_; node = nodes_[node].fail)
     if (const Node child = childOf(node, byte); child != kRoot) return child;
-    node = nodes_[node].fail;
+  return rows_[node * rowSize_ + columnOf_[byte]];
+}
+
+WordAutomaton::WordAutomaton(const WordTable& table, const std::vector<WordId>& words)
+    : shorterWord_(table.size(), kNoWord) {
+  growTrie(table, words);
+  layOutRows();
+  linkSuffixes();
+}
+
+void WordAutomaton::growTrie(const WordTable& table, const std::vector<WordId>& ids) {
+  const std::vector<Word> words = sorted(ids, table);
+  const std::size_t nodeCount = countNodes(words);
+  nodes_.reserve(nodeCount + 1);
+  labels_.reserve(nodeCount);
+
+  labels_.push_back(0);
+  std::vector<Subtree> level{{0, static_cast<std::uint32_t>(words.size())}};
+  std::vector<Subtree> nextLevel;
+  for (std::size_t depth = 0; !level.empty(); ++depth) {
+    for (auto [first, last] : level) {
+      Links& links = nodes_.emplace_back(Links{.firstChild = static_cast<Node>(labels_.size())});
+      // Of the words that start like this node, the one that ends here comes first.
+      if (depth > 0 && words[first].text.size() == depth) links.word = words[first++].id;
+      while (first < last) {
+        const unsigned char label = byteAt(words[first].text, depth);
+        std::uint32_t end = first + 1;
+        while (end < last && byteAt(words[end].text, depth) == label) ++end;
+        nextLevel.push_back({first, end});
+        labels_.push_back(label);
+        first = end;
+      }
+    }
+    level.swap(nextLevel);
+    nextLevel.clear();
   }
-  return fromRoot_[byte];
+  nodes_.push_back({.firstChild = static_cast<Node>(labels_.size())});
+}
+
+void WordAutomaton::layOutRows() {
+  // The root's label stands first and is none. UTF-8 leaves enough bytes unused for column 0.
+  for (std::size_t node = 1; node < labels_.size(); ++node) {
+    std::uint8_t& column = columnOf_[labels_[node]];
+    if (column == 0) column = static_cast<std::uint8_t>(rowSize_++);
+  }
+  rowCount_ = std::clamp<std::size_t>(labels_.size() / kNodesPerRow, 1, kMostRows);
+  rows_.resize(rowCount_ * rowSize_, kRoot);
+}
+
+/// A byte leads to the node's own child, or else where it leads from the node's suffix.
+void WordAutomaton::fillRow(Node node) {
+  Node* const row = &rows_[node * rowSize_];
+  if (node != kRoot) std::copy_n(&rows_[nodes_[node].fail * rowSize_], rowSize_, row);
+  for (Node child = nodes_[node].firstChild; child < nodes_[node + 1].firstChild; ++child)
+    row[columnOf_[labels_[child]]] = child;
+}
+
+void WordAutomaton::linkSuffixes() {
+  // A suffix has a smaller number than what it ends, so it is complete when it is needed.
+  for (Node node = kRoot; node + 1 < nodes_.size(); ++node) {
+    Links& links = nodes_[node];
+    const WordId shorter = nodes_[links.fail].word;
+    if (links.word == kNoWord)
+      links.word = shorter;
+    else
+      shorterWord_[links.word] = shorter;
+    if (node < rowCount_) fillRow(node);
+    if (node == kRoot) continue;
+    for (Node child = links.firstChild; child < nodes_[node + 1].firstChild; ++child)
+      nodes_[child].fail = next(links.fail, labels_[child]);
+  }
 }
 
 void WordAutomaton::find(std::string_view text, FoundWords& found) const {
@@ -121,7 +162,7 @@ WordId WordAutomaton::idOf(std::string_view word) const {
 
 std::size_t WordAutomaton::memoryBytes() const {
   return sizeof *this + nodes_.capacity() * sizeof(Links) + labels_.capacity() +
-         shorterWord_.capacity() * sizeof(WordId);
+         rows_.capacity() * sizeof(Node) + shorterWord_.capacity() * sizeof(WordId);
 }
 
 }  // namespace zelvora

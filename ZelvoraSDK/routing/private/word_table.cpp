@@ -1,5 +1,7 @@
 #include <ZelvoraSDK/routing/private/word_table.h>
 
+#include <bit>
+#include <cstring>
 #include <functional>
 
 #include <ZelvoraSDK/base/error.h>
@@ -12,8 +14,19 @@ constexpr std::size_t kFirstSlots = 1024;
 /// All distinct words together, in bytes.
 constexpr std::size_t kMaxWordBytes = std::size_t{1} << 31;
 
-std::uint32_t hashOf(std::string_view word) {
-  return static_cast<std::uint32_t>(std::hash<std::string_view>{}(word));
+std::uint64_t keyOf(std::string_view word) {
+  std::uint64_t key = 0;
+  if (word.size() > sizeof key) return std::hash<std::string_view>{}(word);
+  std::memcpy(&key, word.data(), word.size());
+  return key;
+}
+
+/// Where the search for a key starts, among a power of two of slots. The product's highest bits
+/// depend on every byte of the key.
+std::size_t startOf(std::uint64_t key, std::size_t slots) {
+  constexpr std::uint64_t kGoldenRatio = 0x9E3779B97F4A7C15;
+  const int unused = std::countl_zero(slots) + 1;
+  return static_cast<std::size_t>((key ^ key >> 32) * kGoldenRatio >> unused);
 }
 
 }  // namespace
@@ -21,14 +34,23 @@ std::uint32_t hashOf(std::string_view word) {
 WordTable::WordTable() : slots_(kFirstSlots) {}
 
 WordId WordTable::intern(std::string_view word) {
-  const std::uint32_t hash = hashOf(word);
-  std::size_t at = hash & (slots_.size() - 1);
-  for (; slots_[at].id != kNoWord; at = (at + 1) & (slots_.size() - 1))
-    if (slots_[at].hash == hash && this->word(slots_[at].id) == word) return slots_[at].id;
+  const std::uint64_t key = keyOf(word);
+  Slot& slot = slots_[slotOf(word, key)];
+  if (slot.id != kNoWord) return slot.id;
   const WordId id = append(word);
-  slots_[at] = {hash, id};
-  if (size() * 2 > slots_.size()) grow();
+  slot = {key, static_cast<std::uint32_t>(word.size()), id};
+  if (size() * 4 > slots_.size() * 3) grow();
   return id;
+}
+
+std::size_t WordTable::slotOf(std::string_view word, std::uint64_t key) const {
+  std::size_t at = startOf(key, slots_.size());
+  for (; slots_[at].id != kNoWord; at = (at + 1) & (slots_.size() - 1)) {
+    const Slot& slot = slots_[at];
+    if (slot.key != key || slot.size != word.size()) continue;
+    if (word.size() <= sizeof key || this->word(slot.id) == word) break;
+  }
+  return at;
 }
 
 WordId WordTable::append(std::string_view word) {
@@ -44,7 +66,7 @@ void WordTable::grow() {
   old.swap(slots_);
   for (const Slot& slot : old) {
     if (slot.id == kNoWord) continue;
-    std::size_t at = slot.hash & (slots_.size() - 1);
+    std::size_t at = startOf(slot.key, slots_.size());
     while (slots_[at].id != kNoWord) at = (at + 1) & (slots_.size() - 1);
     slots_[at] = slot;
   }

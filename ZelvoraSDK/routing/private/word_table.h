@@ -29,17 +29,21 @@ class WordTable {
   }
 
  private:
+  /// Up to eight bytes of text are their own key, so that most words are compared as numbers.
   struct Slot {
-    std::uint32_t hash = 0;
+    std::uint64_t key = 0;
+    std::uint32_t size = 0;
     WordId id = kNoWord;
   };
 
+  /// The slot that holds `word`, or the free one that it would take.
+  [[nodiscard]] std::size_t slotOf(std::string_view word, std::uint64_t key) const;
   WordId append(std::string_view word);
   void grow();
 
   std::string text_;                 ///< The words back to back.
   std::vector<std::uint32_t> ends_;  ///< Where each word ends in `text_`.
-  std::vector<Slot> slots_;          ///< Open addressing; a power of two, at most half full.
+  std::vector<Slot> slots_;          ///< Open addressing; a power of two, at most 3/4 full.
 };
 
 }  // namespace zelvora
