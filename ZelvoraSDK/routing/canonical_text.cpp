@@ -116,10 +116,16 @@ const Form& twoByteForm(const TwoByteForms& forms, std::string_view text) {
   return forms[value - kFirstTwoByte];
 }
 
+/// False for nearly every text, and tells it by a glance.
+bool mayNeedTrimming(std::string_view text) {
+  const auto isVisibleAscii = [](char c) { return c > ' ' && c <= '~'; };
+  return text.empty() || !isVisibleAscii(text.front()) || !isVisibleAscii(text.back());
+}
+
 }  // namespace
 
 void appendNormalizedForMatch(std::string& canonical, std::string_view text) {
-  text = trimmed(text);
+  if (mayNeedTrimming(text)) text = trimmed(text);
   const std::size_t start = canonical.size();
   // A lower-case form is at most half as long again: Ⱥ has two bytes and ⱥ three. One byte more,
   // because the writer writes what it does not keep.

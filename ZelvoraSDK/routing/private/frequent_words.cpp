@@ -20,20 +20,17 @@ std::uint8_t cappedSum(std::uint8_t a, std::uint8_t b) {
 
 }  // namespace
 
-FrequentWords::FrequentWords(Places& places, std::size_t wordCount, std::size_t slotCount) {
-  std::vector<std::uint32_t> placesOf(wordCount);
-  for (const auto& place : places) ++placesOf[place.word];
-
-  std::vector<std::uint32_t> indexOf(wordCount, kNoWord);
+FrequentWords::FrequentWords(Places<std::uint32_t>& places, std::size_t slotCount) {
+  std::vector<std::uint32_t> indexOf(places.wordLimit(), kNoWord);
   const std::size_t enough = std::max(kLeastPlaces, slotCount / kSlotsPerPlace);
-  for (WordId word = 0; word < wordCount; ++word) {
-    if (placesOf[word] < enough) continue;
+  for (WordId word = 0; word < indexOf.size(); ++word) {
+    if (places.countOf(word) < enough) continue;
     indexOf[word] = static_cast<std::uint32_t>(words_.size());
     words_.push_back({word, std::vector<std::uint8_t>(slotCount)});
   }
-  std::erase_if(places, [&](const auto& place) {
-    if (indexOf[place.word] == kNoWord) return false;
-    std::uint8_t& units = words_[indexOf[place.word]].units[place.value];
+  places.extractIf([&](WordId word, std::uint32_t slot) {
+    if (indexOf[word] == kNoWord) return false;
+    std::uint8_t& units = words_[indexOf[word]].units[slot];
     units = cappedSum(units, 1);
     return true;
   });

@@ -13,13 +13,11 @@ namespace zelvora {
 /// examples in one straight sweep, sixteen at a time, costs less than following a list of places.
 class FrequentWords {
  public:
-  using Places = std::vector<Postings<std::uint32_t>::Entry>;
-
   FrequentWords() = default;
 
-  /// Takes out of `places` those of the words that are worth it. REQUIRES: words are below
-  /// `wordCount`, slots below `slotCount`.
-  FrequentWords(Places& places, std::size_t wordCount, std::size_t slotCount);
+  /// Takes the words that are worth it, and their places, out of `places`. REQUIRES: slots are
+  /// below `slotCount`.
+  FrequentWords(Places<std::uint32_t>& places, std::size_t slotCount);
 
   [[nodiscard]] bool anyOf(const FoundWords& found) const;
 

@@ -30,8 +30,6 @@ class TaskIndexer {
   TaskIndex finish() &&;
 
  private:
-  using Places = std::vector<Postings<std::uint32_t>::Entry>;
-
   void addKeyword(std::string_view keyword);
   void addExample(std::string_view example);
   [[nodiscard]] std::string_view canonical(std::string_view text);
@@ -45,8 +43,8 @@ class TaskIndexer {
   std::string buffer_;
   std::vector<std::string_view> parts_;
 
-  Places exampleSlots_;
-  Places singleKeywords_;
+  Places<std::uint32_t> exampleSlots_;
+  Places<std::uint32_t> singleKeywords_;
   std::vector<Phrase> phrases_;  ///< `others` leads to all words here.
   std::vector<WordId> phraseWords_;
   std::vector<std::uint32_t> firstRow_;
@@ -68,7 +66,7 @@ void TaskIndexer::addKeyword(std::string_view keyword) {
   splitKeyword(canonical(keyword), parts_);
   if (parts_.empty()) return;
   if (parts_.size() == 1) {
-    singleKeywords_.push_back({words_.intern(parts_.front()), task_});
+    singleKeywords_.add(words_.intern(parts_.front()), task_);
     return;
   }
   phrases_.push_back({task_, static_cast<std::uint32_t>(phraseWords_.size())});
@@ -84,7 +82,7 @@ void TaskIndexer::addExample(std::string_view example) {
     const WordId word = words_.intern(words.word());
     if (word < stopwordCount_) continue;
     if (!std::exchange(hasSlot, true)) slot = freeSlot();
-    exampleSlots_.push_back({word, slot});
+    exampleSlots_.add(word, slot);
   }
 }
 
@@ -104,16 +102,15 @@ std::uint32_t TaskIndexer::freeSlot() {
 
 std::vector<std::uint32_t> TaskIndexer::countUses() const {
   std::vector<std::uint32_t> uses(words_.size());
-  for (const auto& place : exampleSlots_) ++uses[place.word];
-  for (const auto& place : singleKeywords_) ++uses[place.word];
+  for (WordId word = 0; word < uses.size(); ++word)
+    uses[word] = exampleSlots_.countOf(word) + singleKeywords_.countOf(word);
   for (const WordId word : phraseWords_)
     if (word != kNoWord) ++uses[word];
   return uses;
 }
 
 Postings<Phrase> TaskIndexer::listPhrases(const std::vector<std::uint32_t>& uses) {
-  std::vector<Postings<Phrase>::Entry> entries;
-  entries.reserve(phrases_.size());
+  Places<Phrase> places;
   for (const Phrase& phrase : phrases_) {
     // The rarest word moves to the front and stays there alone: the others follow it.
     const auto first = phraseWords_.begin() + phrase.others;
@@ -121,9 +118,9 @@ Postings<Phrase> TaskIndexer::listPhrases(const std::vector<std::uint32_t>& uses
     const auto rarest =
         std::min_element(first, last, [&uses](WordId a, WordId b) { return uses[a] < uses[b]; });
     std::iter_swap(first, rarest);
-    entries.push_back({*first, {phrase.task, phrase.others + 1}});
+    places.add(*first, {phrase.task, phrase.others + 1});
   }
-  return Postings<Phrase>(entries, words_.size());
+  return {places, words_.size()};
 }
 
 void TaskIndexer::checkLimit() const {
@@ -139,8 +136,7 @@ TaskIndex TaskIndexer::finish() && {
 
   TaskIndex index;
   index.automaton = WordAutomaton(words_, usedWords);
-  index.frequentWords =
-      FrequentWords(exampleSlots_, words_.size(), taskOfRow_.size() * UnitCounters::kRowSize);
+  index.frequentWords = {exampleSlots_, taskOfRow_.size() * UnitCounters::kRowSize};
   index.exampleSlots = {exampleSlots_, words_.size()};
   index.singleKeywords = {singleKeywords_, words_.size()};
   index.phrases = listPhrases(uses);

@@ -11,14 +11,30 @@ namespace {
 
 constexpr std::size_t kFirstSlots = 1024;
 
+/// Words of up to so many bytes are told apart by their keys alone.
+constexpr std::size_t kShortWord = sizeof(std::uint64_t);
+
 /// All distinct words together, in bytes.
 constexpr std::size_t kMaxWordBytes = std::size_t{1} << 31;
 
+std::uint32_t fourBytesAt(const char* text) {
+  std::uint32_t bytes = 0;
+  std::memcpy(&bytes, text, sizeof bytes);
+  return bytes;
+}
+
+/// One to eight bytes as a number, different for different words of the same size. Loads overlap,
+/// because copying a varying number of bytes would cost more than the rest of a look-up.
+std::uint64_t shortKeyOf(std::string_view word) {
+  const char* const end = word.data() + word.size();
+  if (word.size() >= 4)
+    return fourBytesAt(word.data()) | std::uint64_t{fourBytesAt(end - 4)} << 8 * (word.size() - 4);
+  const auto byte = [&word](std::size_t at) { return static_cast<unsigned char>(word[at]); };
+  return byte(0) | byte(word.size() / 2) << 8 | byte(word.size() - 1) << 16;
+}
+
 std::uint64_t keyOf(std::string_view word) {
-  std::uint64_t key = 0;
-  if (word.size() > sizeof key) return std::hash<std::string_view>{}(word);
-  std::memcpy(&key, word.data(), word.size());
-  return key;
+  return word.size() <= kShortWord ? shortKeyOf(word) : std::hash<std::string_view>{}(word);
 }
 
 /// Where the search for a key starts, among a power of two of slots. The product's highest bits
@@ -48,7 +64,7 @@ std::size_t WordTable::slotOf(std::string_view word, std::uint64_t key) const {
   for (; slots_[at].id != kNoWord; at = (at + 1) & (slots_.size() - 1)) {
     const Slot& slot = slots_[at];
     if (slot.key != key || slot.size != word.size()) continue;
-    if (word.size() <= sizeof key || this->word(slot.id) == word) break;
+    if (word.size() <= kShortWord || this->word(slot.id) == word) break;
   }
   return at;
 }
