@@ -7,7 +7,7 @@
 
 namespace {
 
-thread_local constinit zelvora::bench::HeapUse use;
+zelvora::bench::HeapUse use;
 
 }  // namespace
 

@@ -2,7 +2,6 @@
 
 #include <functional>
 
-#include <ZelvoraSDK/facade/stage_report.h>
 #include <ZelvoraSDK/outcome/audit_event.h>
 #include <ZelvoraSDK/outcome/result.h>
 
@@ -10,9 +9,8 @@ namespace zelvora {
 
 /// What the application wants to be told. Called on the main executor; any may be unset.
 struct Callbacks {
-  std::function<void(ZelvoraResult)> onResult;           ///< Every outcome.
-  std::function<void(ZelvoraAuditEvent)> onAuditEvent;   ///< Facts about speech recognition.
-  std::function<void(StageReport)> onStage;              ///< Each stage of a typed command.
+  std::function<void(ZelvoraResult)> onResult;          ///< Every outcome.
+  std::function<void(ZelvoraAuditEvent)> onAuditEvent;  ///< Facts about speech recognition.
 };
 
 }  // namespace zelvora

@@ -1,42 +1,35 @@
 #pragma once
 
-#include <functional>
-#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/routing/context_engine.h>
-#include <ZelvoraSDK/spec/runtime_spec.h>
+#include <ZelvoraSDK/routing/local_router.h>
 
 namespace zelvora {
 
-/// The local router bound to the tasks at hand.
-using RouteLocally = std::function<ZelvoraResult(std::string_view text)>;
-
-/// What weighs the router's answers to several phrasings against each other.
-struct CandidateRules {
-  RuntimeSpec::Thresholds thresholds;
-  /// The memory settings' factor for tasks related to the last one.
-  double relatedFactor = 1.0;
-  /// Tasks related to the last result's task.
-  std::vector<std::string> relatedTasks;
+/// An utterance on its way to the router.
+struct CleanedUtterance {
+  std::string replaced;    ///< Trimmed, and with the locale's replacements.
+  std::string normalized;  ///< The normaliser's output for that; may be empty.
 };
 
-/// The rules that hold right after `lastResult`.
-CandidateRules candidateRules(const RuntimeSpec::Context& context,
-                              const RuntimeSpec::Thresholds& thresholds,
-                              const std::optional<SessionMemory::LastResult>& lastResult);
+CleanedUtterance cleanUtterance(std::string_view text, const PreparedSpec& spec,
+                                const std::string& locale);
 
-/// The router's confidence in `result` times `weight` and, for a related task, the related factor;
-/// at most 1. Absent when that is below what a result of its kind needs, or when nothing matched.
-std::optional<double> adjustedConfidence(const ZelvoraResult& result, double weight,
-                                         const CandidateRules& rules);
+/// What the device makes of a cleaned utterance.
+struct LocalAnswer {
+  std::vector<ExpandedCandidate> candidates;  ///< Empty when the spec's context is off.
+  ZelvoraResult result;
+};
 
-/// Routes each candidate in order and answers with the one of highest adjusted confidence, the
-/// first of equals; absent when none is good enough.
-std::optional<ZelvoraResult> bestCandidateResult(const std::vector<ExpandedCandidate>& candidates,
-                                                 const CandidateRules& rules,
-                                                 const RouteLocally& route);
+/// Routes the candidates or, with none good enough, the utterance itself.
+/// REQUIRES: `spec.tasks()` is not null.
+LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec,
+                          const std::string& locale, const ZelvoraLocalRouter& router,
+                          const ExpansionMoment& moment);
 
 }  // namespace zelvora

@@ -5,23 +5,27 @@
 #include <string>
 
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/facade/access_token.h>
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/settings.h>
+#include <ZelvoraSDK/facade/stage_report.h>
 #include <ZelvoraSDK/platform/platform.h>
 #include <ZelvoraSDK/spec/any_encodable.h>
 
 namespace zelvora {
 
-/// Supplies the backend access token, with or without its "Bearer " prefix. Called whenever a
-/// request needs one, on any thread and possibly several times at once; may fail.
-using AccessTokenProvider = std::function<asio::awaitable<std::string>()>;
+/// What an application may add to its settings.
+struct ZelvoraHooks {
+  AccessTokenProvider accessToken;           ///< Unset: the publishable key is the token.
+  std::function<void(StageReport)> onStage;  ///< Told of each stage, on any thread.
+};
 
 /// The one object that an application holds: it understands what the user says or types.
 ///
-/// Threads: construction and every operation may come from any thread. `onResult`, `onAuditEvent`
-/// and `onStage` are called on the platform's main executor and set only there, or before the
-/// first operation. Releasing the façade is safe at any time: work under way ends quietly and no
-/// callback comes any more. Operations keep what they need of the platform alive.
+/// Threads: construction and every operation may come from any thread. `onResult` and
+/// `onAuditEvent` are called on the platform's main executor, and set there or before the first
+/// operation. Releasing the façade is safe at any time: what is under way ends quietly, and no
+/// callback comes any more.
 class Zelvora {
  public:
   /// The name of a JSON resource of the application's bundle, without the extension.
@@ -29,15 +33,14 @@ class Zelvora {
     std::string name;
   };
 
-  /// Every setting given. `accessToken` left out: the publishable key serves as the token.
-  Zelvora(Platform platform, ZelvoraSettings settings, AnyEncodable spec,
-          AccessTokenProvider accessToken = {});
+  /// Every setting given.
+  Zelvora(Platform platform, ZelvoraSettings settings, AnyEncodable spec, ZelvoraHooks hooks = {});
 
   /// The settings come from the property list of the platform's bundle; fatal without a key there.
-  Zelvora(Platform platform, AnyEncodable spec, AccessTokenProvider accessToken = {});
+  Zelvora(Platform platform, AnyEncodable spec, ZelvoraHooks hooks = {});
 
-  /// The spec too comes from the bundle. Missing, unreadable or malformed: fatal.
-  Zelvora(Platform platform, const SpecResource& spec, AccessTokenProvider accessToken = {});
+  /// The spec too comes from the bundle. Missing, unreadable or malformed, it is fatal.
+  Zelvora(Platform platform, const SpecResource& spec, ZelvoraHooks hooks = {});
 
   ~Zelvora();
   Zelvora(const Zelvora&) = delete;
@@ -58,16 +61,14 @@ class Zelvora {
  private:
   class Core;
 
-  explicit Zelvora(std::shared_ptr<Core> core);
-
-  std::shared_ptr<Callbacks> callbacks_ = std::make_shared<Callbacks>();
+  /// Calls under way hold the core, and the callbacks only for the length of a call to them.
   std::shared_ptr<Core> core_;
+  std::shared_ptr<Callbacks> callbacks_;
 
  public:
-  // Properties, to be assigned like members; the callbacks themselves outlive a call under way.
-  std::function<void(ZelvoraResult)>& onResult = callbacks_->onResult;
-  std::function<void(ZelvoraAuditEvent)>& onAuditEvent = callbacks_->onAuditEvent;
-  std::function<void(StageReport)>& onStage = callbacks_->onStage;
+  // Properties, assigned like members.
+  std::function<void(ZelvoraResult)>& onResult;
+  std::function<void(ZelvoraAuditEvent)>& onAuditEvent;
 };
 
 }  // namespace zelvora

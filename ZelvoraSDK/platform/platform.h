@@ -8,6 +8,7 @@
 #include <ZelvoraSDK/platform/executors.h>
 #include <ZelvoraSDK/platform/log_sink.h>
 #include <ZelvoraSDK/platform/speech_platform.h>
+#include <ZelvoraSDK/platform/url_session.h>
 #include <ZelvoraSDK/platform/user_defaults.h>
 
 namespace zelvora {
@@ -20,6 +21,7 @@ struct Platform {
   std::shared_ptr<LogSink> log;
   std::shared_ptr<UserDefaults> defaults;
   std::shared_ptr<AppBundle> bundle;
+  std::shared_ptr<UrlSession> urlSession;
   /// Absent for applications that neither listen nor speak.
   std::optional<SpeechPlatform> speech;
 };

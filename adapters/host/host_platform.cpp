@@ -8,6 +8,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/async/worker_pool.h>
+#include <adapters/curl/curl_url_session.h>
 #include <adapters/plist/plist_bundle.h>
 #include <adapters/sqlite/sqlite_defaults.h>
 
@@ -72,7 +73,8 @@ Platform hostPlatform(asio::any_io_executor mainExecutor, const HostOptions& opt
           .log = options.log,
           .defaults = std::make_shared<SqliteDefaults>(
               SqliteDefaults::Options{.file = options.dataFolder / "defaults.sqlite"}),
-          .bundle = bundleAt(options.bundle)};
+          .bundle = bundleAt(options.bundle),
+          .urlSession = std::make_shared<CurlUrlSession>()};
 }
 
 }  // namespace zelvora

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/facade/local_stage.h>
+#include <ZelvoraSDK/facade/candidate_choice.h>
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ ZelvoraResult choices(double first, double second) {
   return ZelvoraShowChoices{"", {{"a", "A", first, {}, {}}, {"b", "B", second, {}, {}}}};
 }
 
-TEST(LocalStage, HoldsEachKindToItsOwnThreshold) {
+TEST(CandidateChoice, HoldsEachKindToItsOwnThreshold) {
   const CandidateRules rules{.thresholds = {}, .relatedFactor = 1.2, .relatedTasks = {"orders"}};
   const struct {
     const char* name;
@@ -38,7 +38,7 @@ TEST(LocalStage, HoldsEachKindToItsOwnThreshold) {
     EXPECT_EQ(adjustedConfidence(row.result, row.weight, rules), row.expected) << row.name;
 }
 
-TEST(LocalStage, TakesTheFirstOfTheSurestCandidates) {
+TEST(CandidateChoice, TakesTheFirstOfTheSurestCandidates) {
   const std::map<std::string, ZelvoraResult, std::less<>> answers = {
       {"weak", execute("weak", 0.5)},
       {"first", execute("first", 0.8)},
@@ -56,7 +56,7 @@ TEST(LocalStage, TakesTheFirstOfTheSurestCandidates) {
   EXPECT_EQ(best({"weak"}), std::nullopt);
 }
 
-TEST(LocalStage, RelatesTasksToTheLastOne) {
+TEST(CandidateChoice, RelatesTasksToTheLastOne) {
   RuntimeSpec::Context context;
   context.relatedIntents = {{"orders", {"tracking", "returns"}}};
   const SessionMemory::LastResult last{"orders", "orders_screen", Timestamp{}};

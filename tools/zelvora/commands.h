@@ -1,0 +1,17 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace zelvora::tool {
+
+/// What the call asks for; answers the exit status.
+using Run = std::function<int()>;
+
+// Each teaches `tool` one command and sets `run` when the call names it.
+void addRouteCommand(CLI::App& tool, Run& run);
+void addExplainCommand(CLI::App& tool, Run& run);
+void addChooseCommand(CLI::App& tool, Run& run);
+void addValidateCommand(CLI::App& tool, Run& run);
+
+}  // namespace zelvora::tool

@@ -1,0 +1,41 @@
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include <ZelvoraSDK/base/version.h>
+
+#include "commands.h"
+#include "usage_error.h"
+
+namespace {
+
+using namespace zelvora::tool;
+
+int runTool(int argc, char** argv) {
+  CLI::App tool("Voice navigation for applications, from the terminal", "zelvora");
+  tool.set_version_flag("--version", zelvora::ZelvoraKit::version);
+  tool.require_subcommand(1);
+
+  Run run;
+  addRouteCommand(tool, run);
+  addExplainCommand(tool, run);
+  addChooseCommand(tool, run);
+  addValidateCommand(tool, run);
+  try {
+    tool.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return tool.exit(error) == 0 ? kAnswered : kUnusable;
+  }
+  return run();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return runTool(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "zelvora: " << error.what() << '\n';
+    return kUnusable;
+  }
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <ZelvoraSDK/platform/url_session.h>
+
+namespace zelvora::tool {
+
+/// A network that is not there: every request fails at once.
+class OfflineSession final : public UrlSession {
+ public:
+  asio::awaitable<UrlResponse> send(UrlRequest request) override;
+};
+
+}  // namespace zelvora::tool

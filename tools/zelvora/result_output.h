@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/outcome/result.h>
+
+#include "terminal.h"
+
+namespace zelvora::tool {
+
+/// `result` as an object: "case" first, then the case's values in their own order, absent ones left
+/// out.
+void writeResult(JsonWriter& out, const ZelvoraResult& result);
+
+/// `{"text":…,"result":…}` on one line, without a line end.
+std::string routedLine(std::string_view text, const ZelvoraResult& result);
+
+/// `result` for a person, several lines, each with its line end.
+std::string friendlyResult(const ZelvoraResult& result, const Style& style);
+
+}  // namespace zelvora::tool
