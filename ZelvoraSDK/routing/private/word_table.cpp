@@ -29,7 +29,9 @@ std::uint64_t shortKeyOf(std::string_view word) {
   const char* const end = word.data() + word.size();
   if (word.size() >= 4)
     return fourBytesAt(word.data()) | std::uint64_t{fourBytesAt(end - 4)} << 8 * (word.size() - 4);
-  const auto byte = [&word](std::size_t at) { return static_cast<unsigned char>(word[at]); };
+  const auto byte = [&word](std::size_t at) -> std::uint64_t {
+    return static_cast<unsigned char>(word[at]);
+  };
   return byte(0) | byte(word.size() / 2) << 8 | byte(word.size() - 1) << 16;
 }
 
