@@ -7,7 +7,7 @@
 
 namespace {
 
-zelvora::bench::HeapUse use;
+thread_local constinit zelvora::bench::HeapUse use;
 
 }  // namespace
 

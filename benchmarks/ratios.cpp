@@ -8,6 +8,7 @@
 
 #include <ZelvoraSDK/base/json_read.h>
 #include <benchmarks/heap_use.h>
+#include <benchmarks/request_cost.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/workload.h>
 #include <tests/support/reference_router.h>
@@ -139,6 +140,7 @@ std::vector<Ratio> measureRatios() {
       {"allocations_per_call", allocationsPerCall(), 0, 0},
       {"compiled_bytes_per_task_1000", compiledBytesPerTask(1000), 2000, 1200},
       {"compiled_bytes_per_task_10000", compiledBytesPerTask(10000), 800, 450},
+      {"warm_request_vs_libcurl", warmRequestVsLibcurl(), 1.3, 1.15},
   };
 }
 

@@ -1,5 +1,7 @@
 #include <adapters/curl/private/transfer_loop.h>
 
+#include <signal.h>
+
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -20,6 +22,14 @@ void initialiseLibrary() {
   // Never undone: other parts of the application may use libcurl too.
   static const CURLcode code = curl_global_init(CURL_GLOBAL_DEFAULT);
   if (code != CURLE_OK) throw curlFailure(code, "");
+}
+
+/// They are the application's, on its own threads. Writing to a connection that is gone raises one
+/// too, which would end the process.
+void blockSignals() {
+  sigset_t all;
+  sigfillset(&all);
+  pthread_sigmask(SIG_BLOCK, &all, nullptr);
 }
 
 CURLM* newMulti() {
@@ -51,6 +61,7 @@ void TransferLoop::close() {
 }
 
 void TransferLoop::run() {
+  blockSignals();
   while (readMail()) drive();
   failAll();
 }
@@ -139,8 +150,9 @@ bool TransferLoop::finishTransfers() {
     const auto found = active_.find(transfer);
     Active active = std::move(found->second);
     active_.erase(found);
-    curl_multi_remove_handle(multi_.get(), active.easy.get());
+    // The caller first: what is left to do need not keep it waiting.
     active.transfer->finish(active.easy.get(), result);
+    curl_multi_remove_handle(multi_.get(), active.easy.get());
     giveBack(std::move(active.easy));
     any = true;
   }

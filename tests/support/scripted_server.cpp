@@ -204,8 +204,6 @@ ScriptedServer::ScriptedServer(std::vector<Script> scripts,
                                const std::optional<TestCertificate>& certificate,
                                std::string protocol)
     : scripts_(std::move(scripts)) {
-  // OpenSSL writes to sockets without MSG_NOSIGNAL.
-  ::signal(SIGPIPE, SIG_IGN);
   if (certificate) tls_ = std::make_unique<Tls>(*certificate, std::move(protocol));
   listenOnLoopback();
   acceptor_ = std::thread(&ScriptedServer::acceptAll, this);
@@ -279,6 +277,12 @@ void ScriptedServer::acceptAll() {
 }
 
 void ScriptedServer::serve(int socket, int number) {
+  // OpenSSL writes to sockets without MSG_NOSIGNAL. Only here, so that the program under test has
+  // to see to itself.
+  sigset_t brokenPipe;
+  sigemptyset(&brokenPipe);
+  sigaddset(&brokenPipe, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
   const std::size_t last = scripts_.size() - 1;
   const Script& script = scripts_[std::min(static_cast<std::size_t>(number), last)];
   {

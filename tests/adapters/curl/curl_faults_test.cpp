@@ -167,6 +167,23 @@ TEST(CurlFaults, ATlsBodyWithoutAnEndIsAnErrorWhenTheConnectionIsCut) {
   EXPECT_TRUE(sendAndWait(pool, session, securedRequest(server.url())).error);
 }
 
+TEST(CurlFaults, AConnectionThatBreaksUnderALargeBodyIsAnError) {
+  const TestAuthority authority;
+  const Script hangUp = [](Connection& connection) {
+    connection.readSome(1);
+    connection.reset();
+  };
+  const ScriptedServer plain({hangUp});
+  const ScriptedServer secure({hangUp}, authority.issue("127.0.0.1"));
+  WorkerPool pool(1);
+  CurlUrlSession session({.extraAuthorities = authority.file()});
+  for (const ScriptedServer* server : {&plain, &secure}) {
+    UrlRequest request = securedRequest(server->url());
+    request.body.assign(std::size_t{32} * 1024 * 1024, 'w');
+    EXPECT_TRUE(sendAndWait(pool, session, std::move(request)).error) << server->url();
+  }
+}
+
 TEST(CurlFaults, WhatMustNotBeSentIsRefusedBeforeAConnection) {
   WorkerPool pool(1);
   CurlUrlSession session;
