@@ -11,8 +11,8 @@ namespace zelvora {
 template <class Letter>
 class Mailbox {
  public:
-  /// False, and `letter` untouched, when the mailbox is closed.
-  [[nodiscard]] bool post(Letter&& letter) {
+  /// False when the mailbox is closed.
+  [[nodiscard]] bool post(Letter letter) {
     const std::lock_guard lock(mutex_);
     if (closed_) return false;
     letters_.push_back(std::move(letter));

@@ -32,7 +32,8 @@ Error curlFailure(CURLcode code, const char* detail) {
 }
 
 Error responseTooLarge() {
-  const std::string limit = std::to_string(kMaxResponseBytes / (1024 * 1024));
+  constexpr std::size_t kMebibyte = 1 << 20;
+  const std::string limit = std::to_string(kMaxResponseBytes / kMebibyte);
   return Error(kCurlErrorDomain, CURLE_FILESIZE_EXCEEDED,
                "The server's answer is larger than " + limit + " MiB.");
 }

@@ -8,16 +8,20 @@
 namespace zelvora {
 namespace {
 
+asio::awaitable<UrlResponse> answerTo(const std::shared_ptr<Transfer>& transfer,
+                                      const std::shared_ptr<TransferLoop>& loop) {
+  const auto start = [loop, transfer](Reply<UrlResponse> reply) {
+    transfer->replyTo(std::move(reply));
+    loop->start(transfer);
+  };
+  return awaitReply<UrlResponse>(start, [loop, transfer] { loop->cancel(transfer); });
+}
+
 // Not a member: the session may be gone before the answer comes.
 asio::awaitable<UrlResponse> exchange(std::shared_ptr<TransferLoop> loop, UrlRequest request,
                                       CurlOptions options) {
   auto transfer = std::make_shared<Transfer>(std::move(request), options);
-  auto start = [loop, transfer](Reply<UrlResponse> reply) {
-    transfer->replyTo(std::move(reply));
-    loop->start(transfer);
-  };
-  auto cancel = [loop, transfer] { loop->cancel(transfer); };
-  co_return co_await awaitReply<UrlResponse>(std::move(start), std::move(cancel));
+  co_return co_await answerTo(transfer, loop);
 }
 
 }  // namespace

@@ -43,16 +43,15 @@ CURLM* newMulti() {
 
 TransferLoop::TransferLoop() : multi_(newMulti()) {}
 
-void TransferLoop::start(std::shared_ptr<Transfer> transfer) {
-  Letter letter{Letter::Kind::start, std::move(transfer)};
-  if (mailbox_.post(std::move(letter)))
+void TransferLoop::start(const std::shared_ptr<Transfer>& transfer) {
+  if (mailbox_.post({Letter::Kind::start, transfer}))
     curl_multi_wakeup(multi_.get());
   else
-    letter.transfer->fail(sessionClosed());
+    transfer->fail(sessionClosed());
 }
 
-void TransferLoop::cancel(std::shared_ptr<Transfer> transfer) {
-  if (mailbox_.post({Letter::Kind::cancel, std::move(transfer)})) curl_multi_wakeup(multi_.get());
+void TransferLoop::cancel(const std::shared_ptr<Transfer>& transfer) {
+  if (mailbox_.post({Letter::Kind::cancel, transfer})) curl_multi_wakeup(multi_.get());
 }
 
 void TransferLoop::close() {

@@ -24,7 +24,7 @@ using Key = std::unique_ptr<EVP_PKEY, FreeWith<EVP_PKEY_free>>;
 using Certificate = std::unique_ptr<X509, FreeWith<X509_free>>;
 using Buffer = std::unique_ptr<BIO, FreeWith<BIO_free_all>>;
 
-constexpr long kDay = 24 * 60 * 60;
+constexpr long kDay = 24L * 60 * 60;
 
 void check(bool done) {
   if (!done) throw std::runtime_error("could not make a test certificate");

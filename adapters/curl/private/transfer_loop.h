@@ -19,9 +19,9 @@ class TransferLoop {
   TransferLoop();
 
   /// Every transfer that is started is answered, also after `close`.
-  void start(std::shared_ptr<Transfer> transfer);
+  void start(const std::shared_ptr<Transfer>& transfer);
   /// Ends `transfer` with a failure unless it has been answered already.
-  void cancel(std::shared_ptr<Transfer> transfer);
+  void cancel(const std::shared_ptr<Transfer>& transfer);
   /// Lets `run` fail what is under way and return.
   void close();
 

@@ -57,7 +57,7 @@ TEST(CurlSession, SendsEachMethodAndALargeBodyWithoutAsking) {
   WorkerPool pool(1);
   CurlUrlSession session;
   const ScriptedServer server({answeringAll(httpResponse(200, ""))});
-  const std::string large(4 * 1024 * 1024, 'w');
+  const std::string large(std::size_t{4} * 1024 * 1024, 'w');
   const struct {
     const char* method;
     const std::string body;
@@ -124,7 +124,7 @@ TEST(CurlSession, SpeaksHttp2WithAServerThatPicksIt) {
         const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(seen[at + i]); };
         const bool carriesRequest = byte(3) <= 1;  // DATA or HEADERS.
         requestEnded = requestEnded || (carriesRequest && (byte(4) & 1) != 0);
-        at += kFrameHeader + (byte(0) << 16 | byte(1) << 8 | byte(2));
+        at += kFrameHeader + (static_cast<unsigned>(byte(0) << 16 | byte(1) << 8 | byte(2)));
       }
     }
     connection.write("\0\0\0\4\1\0\0\0\0"s);      // Settings acknowledged.
