@@ -1,52 +1,11 @@
 #include <tests/support/sound_server.h>
 
 #include <stdlib.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <cstring>
-#include <stdexcept>
-#include <thread>
+#include <tests/support/unix_socket.h>
 
 namespace zelvora::testing {
-namespace {
-
-using namespace std::chrono_literals;
 namespace fs = std::filesystem;
-
-constexpr auto kStartBound = 30s;
-
-bool accepts(const fs::path& socket) {
-  sockaddr_un address{.sun_family = AF_UNIX};
-  std::strncpy(address.sun_path, socket.c_str(), sizeof address.sun_path - 1);
-  const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-  const bool connected = ::connect(descriptor, generic, sizeof address) == 0;
-  ::close(descriptor);
-  return connected;
-}
-
-/// Another program's start can't be waited for in any other way than by asking again.
-void awaitListening(Subprocess& daemon, const fs::path& socket) {
-  const auto deadline = std::chrono::steady_clock::now() + kStartBound;
-  while (!accepts(socket)) {
-    if (!daemon.isRunning()) throw std::runtime_error("the sound server ended");
-    if (std::chrono::steady_clock::now() > deadline)
-      throw std::runtime_error("the sound server does not start");
-    std::this_thread::sleep_for(10ms);
-  }
-}
-
-fs::path privateFolder(const fs::path& path) {
-  fs::create_directory(path);
-  ::chmod(path.c_str(), S_IRWXU);
-  return path;
-}
-
-}  // namespace
 
 SoundServer::SoundServer() {
   const fs::path runtime = privateFolder(folder_.path() / "rt");

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+
+#include <tests/support/subprocess.h>
+#include <tests/support/temporary_folder.h>
+
+namespace zelvora::testing {
+
+/// A speech-dispatcher of its own that this process talks to, with a home and a runtime folder of
+/// its own. It speaks to the sound server that PULSE_SERVER names when this is made. Throws when it
+/// can't be had. One at a time.
+class SpeechServer {
+ public:
+  SpeechServer();
+  void kill() { daemon_->kill(); }
+
+ private:
+  TemporaryFolder folder_;
+  std::optional<Subprocess> daemon_;
+};
+
+}  // namespace zelvora::testing
