@@ -68,13 +68,15 @@ std::filesystem::path HostOptions::userDataFolder() {
 }
 
 Platform hostPlatform(asio::any_io_executor mainExecutor, const HostOptions& options) {
-  return {.executors = std::make_shared<HostExecutors>(std::move(mainExecutor)),
-          .clock = options.clock,
-          .log = options.log,
-          .defaults = std::make_shared<SqliteDefaults>(
-              SqliteDefaults::Options{.file = options.dataFolder / "defaults.sqlite"}),
-          .bundle = bundleAt(options.bundle),
-          .urlSession = std::make_shared<CurlUrlSession>()};
+  Platform platform{.executors = std::make_shared<HostExecutors>(std::move(mainExecutor)),
+                    .clock = options.clock,
+                    .log = options.log,
+                    .defaults = std::make_shared<SqliteDefaults>(
+                        SqliteDefaults::Options{.file = options.dataFolder / "defaults.sqlite"}),
+                    .bundle = bundleAt(options.bundle),
+                    .urlSession = std::make_shared<CurlUrlSession>()};
+  if (options.speech) platform.speech = hostSpeech(*options.speech, *platform.executors);
+  return platform;
 }
 
 }  // namespace zelvora

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <ZelvoraSDK/platform/platform.h>
+#include <adapters/host/host_speech.h>
 
 namespace zelvora {
 
@@ -16,13 +17,16 @@ struct HostOptions {
   std::filesystem::path dataFolder = userDataFolder();
   std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();
   std::shared_ptr<LogSink> log = std::make_shared<StandardOutputLogSink>();
+  /// Without it the application neither listens nor speaks.
+  std::optional<HostSpeechOptions> speech;
 
   /// `zelvora` in $XDG_DATA_HOME, which must be absolute, or else in ~/.local/share.
   static std::filesystem::path userDataFolder();
 };
 
 /// This system as a platform, with `mainExecutor` for the main actor. Starts no thread before one
-/// is needed. Throws Error when the bundle can't be read.
+/// is needed. Throws Error when the bundle or the sound file can't be read, or when
+/// speech is asked for and was not built.
 Platform hostPlatform(asio::any_io_executor mainExecutor, const HostOptions& options = {});
 
 }  // namespace zelvora

@@ -40,6 +40,7 @@ TEST(HostPlatform, NeedsNoBundle) {
   const Platform platform = hostPlatform(loop.executor(), {.dataFolder = folder.path()});
   EXPECT_EQ(platform.bundle->resource("spec", "json"), std::nullopt);
   EXPECT_EQ(platform.bundle->identifier(), std::nullopt);
+  EXPECT_FALSE(platform.speech);
 }
 
 TEST(HostPlatform, KeepsDataInTheUsersFolder) {

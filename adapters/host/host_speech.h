@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include <ZelvoraSDK/platform/executors.h>
+#include <ZelvoraSDK/platform/speech_platform.h>
+
+namespace zelvora {
+
+/// What a user of a desktop has agreed to by starting the program: everything.
+class GrantedPermissions final : public Permissions {
+ public:
+  asio::awaitable<SpeechStatus> requestSpeechRecognition() override {
+    co_return SpeechStatus::authorized;
+  }
+  asio::awaitable<bool> requestMicrophone() override { co_return true; }
+};
+
+/// What an application may choose about hearing and speaking.
+struct HostSpeechOptions {
+  /// What understands speech. REQUIRES: not null.
+  std::shared_ptr<SpeechRecognizerFactory> recognizers;
+  /// Asked before the first capture.
+  std::shared_ptr<Permissions> permissions = std::make_shared<GrantedPermissions>();
+  /// A sound file that is heard in real time instead of the microphone.
+  std::optional<std::filesystem::path> soundFile;
+};
+
+/// This system's microphone, recordings and voice. Throws Error when the sound file can't be read,
+/// or when speech was not built.
+SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors);
+
+}  // namespace zelvora
