@@ -5,66 +5,60 @@
 
 #include <ZelvoraSDK/async/spawn.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/facade/text_pipeline.h>
+#include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/spec/spec_loader.h>
 
 namespace zelvora {
-
-/// What the façade owns. A call under way holds it, so that it may outlive the façade.
-class Zelvora::Core {
- public:
-  Core(Platform platform, ZelvoraSettings settings, AnyEncodable spec, ZelvoraHooks hooks);
-
-  /// Routes in the background, then tells `callbacks` on the main executor if they are still there.
-  static asio::awaitable<void> routeAndDeliver(std::shared_ptr<Core> core,
-                                               std::weak_ptr<Callbacks> callbacks,
-                                               std::string text);
-
-  Platform platform;
-  ZelvoraSettings settings;
-  std::shared_ptr<TextPipeline> text;
-};
-
 namespace {
-
-/// What escapes from a task that nobody waits for can only be told to the log.
-auto logFailure(std::shared_ptr<LogSink> log) {
-  return [log = std::move(log)](const std::exception_ptr& failure) {
-    log->write("[Zelvora] background work failed: " + describeFailure(failure));
-  };
-}
 
 asio::awaitable<std::string> publishableKeyAsToken(std::string key) { co_return key; }
 
-std::shared_ptr<TextPipeline> makeTextPipeline(const Platform& platform,
-                                               const ZelvoraSettings& settings, AnyEncodable spec,
-                                               ZelvoraHooks hooks) {
-  if (!hooks.accessToken)
-    hooks.accessToken = [key = settings.publishableKey] { return publishableKeyAsToken(key); };
-  const auto prepared =
-      std::make_shared<const Lazy<PreparedSpec>>([spec] { return PreparedSpec(spec); });
-  auto backend = std::make_shared<BackendStages>(
-      BackendStages::Parts{.platform = platform,
-                           .settings = settings,
-                           .spec = std::move(spec),
-                           .prepared = prepared,
-                           .accessToken = std::move(hooks.accessToken)});
+/// The application's supplier of tokens, or one that answers with the publishable key.
+AccessTokenProvider tokensFor(const ZelvoraSettings& settings, const ZelvoraHooks& hooks) {
+  if (hooks.accessToken) return hooks.accessToken;
+  return [key = settings.publishableKey] { return publishableKeyAsToken(key); };
+}
+
+using SharedSpec = std::shared_ptr<const Lazy<PreparedSpec>>;
+
+SharedSpec prepare(const AnyEncodable& spec) {
+  return std::make_shared<const Lazy<PreparedSpec>>([spec] { return PreparedSpec(spec); });
+}
+
+std::shared_ptr<TextPipeline> makeTextPipeline(BackendStages::Parts parts,
+                                               std::function<void(StageReport)> onStage) {
+  auto backend = std::make_shared<BackendStages>(parts);
   auto reporter = std::make_shared<const StageReporter>(
-      StageReporter{.clock = platform.clock, .listener = std::move(hooks.onStage)});
-  return std::make_shared<TextPipeline>(TextPipeline::Parts{.platform = platform,
-                                                            .settings = settings,
-                                                            .spec = prepared,
+      StageReporter{.clock = parts.platform.clock, .listener = std::move(onStage)});
+  return std::make_shared<TextPipeline>(TextPipeline::Parts{.platform = parts.platform,
+                                                            .settings = parts.settings,
+                                                            .spec = parts.prepared,
                                                             .backend = std::move(backend),
                                                             .reporter = std::move(reporter)});
 }
 
 }  // namespace
 
-Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, AnyEncodable spec,
+Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, AnyEncodable theSpec,
                     ZelvoraHooks hooks)
     : platform(std::move(thePlatform)),
       settings(std::move(theSettings)),
-      text(makeTextPipeline(platform, settings, std::move(spec), std::move(hooks))) {}
+      accessToken(tokensFor(settings, hooks)),
+      spec(prepare(theSpec)),
+      text(makeTextPipeline({.platform = platform,
+                             .settings = settings,
+                             .spec = std::move(theSpec),
+                             .prepared = spec,
+                             .accessToken = accessToken},
+                            std::move(hooks.onStage))) {}
+
+void Zelvora::Core::routeInBackground(std::shared_ptr<Core> core,
+                                      std::weak_ptr<Callbacks> callbacks, std::string text) {
+  const auto background = core->platform.executors->background();
+  const auto log = core->platform.log;
+  spawn(background, routeAndDeliver(std::move(core), std::move(callbacks), std::move(text)),
+        logFailure(log));
+}
 
 asio::awaitable<void> Zelvora::Core::routeAndDeliver(std::shared_ptr<Core> core,
                                                      std::weak_ptr<Callbacks> callbacks,
@@ -86,6 +80,7 @@ Zelvora::Zelvora(Platform platform, ZelvoraSettings settings, AnyEncodable spec,
     : core_(std::make_shared<Core>(std::move(platform), std::move(settings), std::move(spec),
                                    std::move(hooks))),
       callbacks_(std::make_shared<Callbacks>()),
+      voice_(Core::makeVoice(core_, callbacks_)),
       onResult(callbacks_->onResult),
       onAuditEvent(callbacks_->onAuditEvent) {}
 
@@ -105,8 +100,7 @@ asio::awaitable<ZelvoraResult> Zelvora::route(std::string text) {
 }
 
 void Zelvora::routeAndCallback(std::string text) {
-  spawn(core_->platform.executors->background(),
-        Core::routeAndDeliver(core_, callbacks_, std::move(text)), logFailure(core_->platform.log));
+  Core::routeInBackground(core_, callbacks_, std::move(text));
 }
 
 void Zelvora::recordUserChoice(std::string screenId) {

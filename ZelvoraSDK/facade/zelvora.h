@@ -2,17 +2,23 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/publisher.h>
 #include <ZelvoraSDK/facade/access_token.h>
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/stage_report.h>
+#include <ZelvoraSDK/outcome/route_response.h>
 #include <ZelvoraSDK/platform/platform.h>
 #include <ZelvoraSDK/spec/any_encodable.h>
+#include <ZelvoraSDK/speech/stt_protocols.h>
 
 namespace zelvora {
+
+class VoicePipeline;
 
 /// What an application may add to its settings.
 struct ZelvoraHooks {
@@ -58,12 +64,34 @@ class Zelvora {
   /// Counts the user's pick of a screen, so that it ranks higher in later choices.
   void recordUserChoice(std::string screenId);
 
+  // Speech. Fatal when the platform has no ports for it.
+
+  /// Listens to the microphone, after asking the user's permission. The capture may end by itself:
+  /// `stt()->isRecording()` falls, and the application then calls `stopVoice()`. Does nothing when
+  /// speech is disabled.
+  void startVoice();
+  /// Ends the capture, if it has not ended, and routes what was heard.
+  void stopVoice();
+
+  /// Transcribes a recording in the cloud, in `locale` or the façade's own, and routes what was
+  /// said. `completion` is called once on the main executor.
+  void routeAudio(AudioData audio, std::optional<std::string> locale,
+                  std::function<void(ZelvoraRouteResponse)> completion);
+
+  /// The recogniser, null before the first `startVoice()`. Main executor only.
+  [[nodiscard]] std::shared_ptr<const ZelvoraSTT> stt() const;
+  /// The recording of the last stopped capture, if it made one. Main executor only.
+  [[nodiscard]] std::optional<AudioData> lastRecordedAudio() const;
+  /// Tells, right after it, each change of what `stt()` shows. Main executor only.
+  [[nodiscard]] ObservableObjectPublisher& objectWillChange() const;
+
  private:
   class Core;
 
   /// Calls under way hold the core, and the callbacks only for the length of a call to them.
   std::shared_ptr<Core> core_;
   std::shared_ptr<Callbacks> callbacks_;
+  std::shared_ptr<VoicePipeline> voice_;
 
  public:
   // Properties, assigned like members.

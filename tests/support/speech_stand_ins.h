@@ -96,10 +96,13 @@ class StandInMicrophone final : public AudioEngineFactory {
       microphone_.journal_.note("tap on " + std::to_string(bufferFrames));
       const std::lock_guard lock(microphone_.mutex_);
       microphone_.tap_ = std::move(tap);
+      microphone_.tapped_ = this;
     }
     void removeTap() override {
       const std::lock_guard lock(microphone_.mutex_);
-      if (microphone_.tap_) microphone_.journal_.note("tap off");
+      if (microphone_.tapped_ != this) return;  // the tap is a later engine's
+      microphone_.journal_.note("tap off");
+      microphone_.tapped_ = nullptr;
       microphone_.tap_ = nullptr;
       microphone_.onFailure_ = nullptr;
     }
@@ -130,6 +133,7 @@ class StandInMicrophone final : public AudioEngineFactory {
 
   Journal& journal_;
   std::mutex mutex_;
+  const Engine* tapped_ = nullptr;
   AudioEngine::Tap tap_;
   AudioEngine::FailureHandler onFailure_;
 };
@@ -180,6 +184,8 @@ class StandInFiles final : public AudioFileFactory {
 /// The factory and the one recogniser behind it; the test says what it understands.
 class StandInRecognizers final : public SpeechRecognizerFactory {
  public:
+  using Handler = SpeechRecognizer::Handler;
+
   explicit StandInRecognizers(Journal& journal) : journal_(journal) {}
 
   bool known = true;      ///< Set before use.
@@ -208,7 +214,11 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
  private:
   class Task final : public SpeechRecognitionTask {
    public:
-    explicit Task(StandInRecognizers& all) : all_(all) {}
+    Task(StandInRecognizers& all, Handler handler) : all_(all) {
+      const std::lock_guard lock(all_.mutex_);
+      all_.handler_ = std::move(handler);
+      all_.running_ = this;
+    }
     ~Task() override { drop(); }
 
     void append(const PcmBuffer& buffer) override {
@@ -226,7 +236,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
    private:
     void drop() {
       const std::lock_guard lock(all_.mutex_);
-      all_.handler_.reset();
+      if (all_.running_ == this) all_.handler_.reset();
     }
 
     StandInRecognizers& all_;
@@ -239,9 +249,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
     std::unique_ptr<SpeechRecognitionTask> startTask(bool partialResults,
                                                      Handler handler) override {
       all_.journal_.note(partialResults ? "task: partial results" : "task: final result only");
-      const std::lock_guard lock(all_.mutex_);
-      all_.handler_ = std::move(handler);
-      return std::make_unique<Task>(all_);
+      return std::make_unique<Task>(all_, std::move(handler));
     }
 
    private:
@@ -250,7 +258,8 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
 
   Journal& journal_;
   std::mutex mutex_;
-  std::optional<SpeechRecognizer::Handler> handler_;
+  const Task* running_ = nullptr;
+  std::optional<Handler> handler_;
   std::size_t heardFrames_ = 0;
 };
 

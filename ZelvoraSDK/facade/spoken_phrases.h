@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/spec/any_encodable.h>
+#include <ZelvoraSDK/spec/runtime_spec.h>
+#include <ZelvoraSDK/speech/stt_protocols.h>
+
+namespace zelvora {
+
+/// The keywords that users of `locale` say: the task's own for that locale, else the plain ones.
+[[nodiscard]] const std::vector<std::string>& spokenKeywords(const RuntimeSpec::Task& task,
+                                                             const std::string& locale);
+
+/// What the cloud recogniser is told along with a recording in `locale`. `spec` may be null: the
+/// application's spec is no full one. Absent then, and when the spec's speech settings are off.
+[[nodiscard]] std::optional<ZelvoraSTTRequestParams> sttRequestParams(const RuntimeSpec* spec,
+                                                                      const std::string& locale);
+
+/// The phrases that the device's recogniser should expect in `locale`, without repeats: titles,
+/// keywords and examples of all tasks, and the speech settings' hints. Hand them to the platform's
+/// recogniser when the platform is put together.
+[[nodiscard]] std::vector<std::string> recognitionVocabulary(const RuntimeSpec& spec,
+                                                             const std::string& locale);
+/// The same of a spec as the façade takes it; empty when that is no full one.
+[[nodiscard]] std::vector<std::string> recognitionVocabulary(const AnyEncodable& spec,
+                                                             const std::string& locale);
+
+}  // namespace zelvora
