@@ -56,8 +56,8 @@ ZelvoraResult CompiledTasks::route(std::string_view text, const RuntimeSpec::Thr
 
   rooms.best.start(bestTasksNeeded(thresholds, tasks_.size()));
   index_->automaton.find(rooms.canonical, rooms.found);
-  countUnits(*index_, rooms.found, rooms.counters);
-  collectBest(*index_, rooms.found, rooms.counters, rooms.best);
+  const std::size_t most = countUnits(*index_, rooms.found, rooms.counters);
+  collectBest(*index_, rooms.found, most, rooms.counters, rooms.best);
 
   rooms.scored.clear();
   for (const TaskScore& place : rooms.best.sorted())

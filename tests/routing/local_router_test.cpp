@@ -77,6 +77,14 @@ TEST(LocalRouter, ScoresKeywordsAndExamples) {
   }
 }
 
+TEST(LocalRouter, FindsAVeryFrequentWordOfATaskThatIsAloneInHavingExamples) {
+  std::vector<ZelvoraTaskSpec> tasks(1000, taskOf("other", {"x"}));
+  tasks[700] = taskOf("go", {"y"}, std::vector<std::string>(40, "go"));
+  const ZelvoraResult result = CompiledTasks(tasks).route("go", {});
+  ASSERT_TRUE(std::holds_alternative<ZelvoraExecute>(result));
+  EXPECT_EQ(std::get<ZelvoraExecute>(result).taskId, "go");
+}
+
 TEST(LocalRouter, TellsWhichKeywordAndTokenEarnedWhat) {
   const CompiledTasks tasks({taskOf("cart", {"Cart!", "open cart"}, {"show my cart", "אני"})});
   const TaskPoints points = tasks.explain("open cart now", 0);

@@ -36,19 +36,17 @@ FrequentWords::FrequentWords(Places<std::uint32_t>& places, std::size_t slotCoun
   });
 }
 
-bool FrequentWords::anyOf(const FoundWords& found) const {
-  return std::ranges::any_of(words_,
-                             [&found](const Word& word) { return found.contains(word.id); });
-}
-
-void FrequentWords::count(const FoundWords& found, std::uint8_t* units) const {
+bool FrequentWords::count(const FoundWords& found, std::uint8_t* units) const {
+  bool any = false;
   for (const Word& word : words_) {
     if (!found.contains(word.id)) continue;
     const std::uint8_t* const more = word.units.data();
     const std::size_t size = word.units.size();
     for (std::size_t slot = 0; slot < size; ++slot)
       units[slot] = cappedSum(units[slot], more[slot]);
+    any = true;
   }
+  return any;
 }
 
 std::size_t FrequentWords::memoryBytes() const {

@@ -19,10 +19,9 @@ class FrequentWords {
   /// below `slotCount`.
   FrequentWords(Places<std::uint32_t>& places, std::size_t slotCount);
 
-  [[nodiscard]] bool anyOf(const FoundWords& found) const;
-
-  /// Adds to `units`, by slot, what the frequent words among those found earn.
-  void count(const FoundWords& found, std::uint8_t* units) const;
+  /// Adds to `units`, by slot, what the frequent words among those found earn. Answers whether
+  /// there were any, in which case any slot may have earned something.
+  bool count(const FoundWords& found, std::uint8_t* units) const;
 
   [[nodiscard]] std::size_t memoryBytes() const;
 

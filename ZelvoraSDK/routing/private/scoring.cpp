@@ -22,16 +22,6 @@ bool containsAll(const FoundWords& found, const WordId* words) {
   return true;
 }
 
-/// Whether the words found lead to few tasks: to listed places only, and not many of those.
-bool leadToFew(const TaskIndex& index, const FoundWords& found) {
-  if (index.frequentWords.anyOf(found)) return false;
-  std::size_t places = 0;
-  for (const WordId word : found.ids())
-    places += index.exampleSlots.of(word).size() + index.singleKeywords.of(word).size() +
-              index.phrases.of(word).size();
-  return places * kScanBreakEven < index.taskCount();
-}
-
 /// A task visited a second time has nothing left.
 void visit(const TaskIndex& index, std::uint32_t task, UnitCounters& counters, BestTasks& best) {
   std::uint32_t units = counters.keywords()[task];
@@ -66,28 +56,27 @@ void scanAll(const TaskIndex& index, UnitCounters& counters, BestTasks& best) {
 
 }  // namespace
 
-void countUnits(const TaskIndex& index, const FoundWords& found, UnitCounters& counters) {
-  index.frequentWords.count(found, counters.examples());
+std::size_t countUnits(const TaskIndex& index, const FoundWords& found, UnitCounters& counters) {
+  const bool anyFrequent = index.frequentWords.count(found, counters.examples());
+  std::size_t most = anyFrequent ? index.taskCount() : 0;
   std::uint32_t* const keywords = counters.keywords();
   for (const WordId word : found.ids()) {
-    countExamples(index.exampleSlots.of(word), counters.examples());
-    for (const std::uint32_t task : index.singleKeywords.of(word)) keywords[task] += kSingleUnits;
-    for (const Phrase& phrase : index.phrases.of(word))
+    const auto slots = index.exampleSlots.of(word);
+    const auto singles = index.singleKeywords.of(word);
+    const auto phrases = index.phrases.of(word);
+    countExamples(slots, counters.examples());
+    for (const std::uint32_t task : singles) keywords[task] += kSingleUnits;
+    for (const Phrase& phrase : phrases)
       if (containsAll(found, &index.phraseWords[phrase.others]))
         keywords[phrase.task] += kPhraseUnits;
+    most += slots.size() + singles.size() + phrases.size();
   }
+  return most;
 }
 
-double scoreOf(const TaskIndex& index, std::uint32_t task, const UnitCounters& counters) {
-  double score = keywordPoints(counters.keywords()[task]);
-  for (std::size_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
-    for (const std::uint8_t units : counters.row(row)) score += kPointsOfExample[units];
-  return score;
-}
-
-void collectBest(const TaskIndex& index, const FoundWords& found, UnitCounters& counters,
-                 BestTasks& best) {
-  if (leadToFew(index, found))
+void collectBest(const TaskIndex& index, const FoundWords& found, std::size_t most,
+                 UnitCounters& counters, BestTasks& best) {
+  if (most * kScanBreakEven < index.taskCount())
     for (const WordId word : found.ids()) visitListed(index, word, counters, best);
   else
     scanAll(index, counters, best);

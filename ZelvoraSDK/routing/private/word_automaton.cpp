@@ -6,8 +6,8 @@
 namespace zelvora {
 namespace {
 
-/// Rows for the first nodes take about a quarter of what all nodes do, and at most 64 KB.
-constexpr std::size_t kNodesPerRow = 64;
+/// One node in so many has a row, up to what fits into a processor's first cache.
+constexpr std::size_t kNodesPerRow = 8;
 constexpr std::size_t kMostRows = 256;
 
 /// The words, by their place in order, that begin with the bytes of one node.
