@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/json_read.h>
+#include <benchmarks/facade_cost.h>
 #include <benchmarks/heap_use.h>
 #include <benchmarks/request_cost.h>
 #include <benchmarks/timing.h>
@@ -140,6 +141,8 @@ std::vector<Ratio> measureRatios() {
       {"allocations_per_call", allocationsPerCall(), 0, 0},
       {"compiled_bytes_per_task_1000", compiledBytesPerTask(1000), 2000, 1200},
       {"compiled_bytes_per_task_10000", compiledBytesPerTask(10000), 800, 450},
+      {"route_over_allowance_1000", routeOverAllowance(1000, kRounds), 1, 0.6},
+      {"heap_growth_of_100000_calls", heapGrowthOf(100000), 0, 0},
       {"warm_request_vs_libcurl", warmRequestVsLibcurl(), 1.3, 1.15},
   };
 }
