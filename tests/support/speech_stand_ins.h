@@ -44,28 +44,28 @@ class Journal final : public LogSink {
 
 class StandInSession final : public AudioSession {
  public:
-  explicit StandInSession(Journal& journal) : journal_(journal) {}
+  explicit StandInSession(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}
 
   std::optional<Error> refusal;  ///< Set before use.
 
   void configure(Category category, Mode mode, std::uint32_t options) override {
     const bool listening = category == Category::playAndRecord && mode == Mode::voiceChat;
-    journal_.note((listening ? "session: listen " : "session: other ") + std::to_string(options));
+    journal_->note((listening ? "session: listen " : "session: other ") + std::to_string(options));
     if (refusal) throw *refusal;
   }
   void setActive(bool active) override {
-    journal_.note(active ? "session: on" : "session: off");
+    journal_->note(active ? "session: on" : "session: off");
     if (!active) throw Error("Test", 1, "a session that does not let go");
   }
 
  private:
-  Journal& journal_;
+  std::shared_ptr<Journal> journal_;
 };
 
 /// The factory and the one microphone behind its engines.
 class StandInMicrophone final : public AudioEngineFactory {
  public:
-  explicit StandInMicrophone(Journal& journal) : journal_(journal) {}
+  explicit StandInMicrophone(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}
 
   AudioFormat format{48000, 1};       ///< Set before use.
   std::optional<Error> startFailure;  ///< Set before use.
@@ -93,7 +93,7 @@ class StandInMicrophone final : public AudioEngineFactory {
 
     AudioFormat inputFormat() override { return microphone_.format; }
     void installTap(std::size_t bufferFrames, Tap tap) override {
-      microphone_.journal_.note("tap on " + std::to_string(bufferFrames));
+      microphone_.journal_->note("tap on " + std::to_string(bufferFrames));
       const std::lock_guard lock(microphone_.mutex_);
       microphone_.tap_ = std::move(tap);
       microphone_.tapped_ = this;
@@ -101,7 +101,7 @@ class StandInMicrophone final : public AudioEngineFactory {
     void removeTap() override {
       const std::lock_guard lock(microphone_.mutex_);
       if (microphone_.tapped_ != this) return;  // the tap is a later engine's
-      microphone_.journal_.note("tap off");
+      microphone_.journal_->note("tap off");
       microphone_.tapped_ = nullptr;
       microphone_.tap_ = nullptr;
       microphone_.onFailure_ = nullptr;
@@ -113,14 +113,14 @@ class StandInMicrophone final : public AudioEngineFactory {
     void prepare() override {}
     void start() override {
       if (microphone_.startFailure) throw *microphone_.startFailure;
-      microphone_.journal_.note("microphone on");
+      microphone_.journal_->note("microphone on");
       const std::lock_guard lock(microphone_.mutex_);
       microphone_.onFailure_ = pendingFailureHandler_;
       running_ = true;
     }
     [[nodiscard]] bool isRunning() const override { return running_; }
     void stop() override {
-      microphone_.journal_.note("microphone off");
+      microphone_.journal_->note("microphone off");
       running_ = false;
     }
     void reset() override {}
@@ -131,7 +131,7 @@ class StandInMicrophone final : public AudioEngineFactory {
     bool running_ = false;
   };
 
-  Journal& journal_;
+  std::shared_ptr<Journal> journal_;
   std::mutex mutex_;
   const Engine* tapped_ = nullptr;
   AudioEngine::Tap tap_;
@@ -141,7 +141,7 @@ class StandInMicrophone final : public AudioEngineFactory {
 /// Writes the bytes of float samples, nothing else. What is not flushed is not on disk.
 class StandInFiles final : public AudioFileFactory {
  public:
-  explicit StandInFiles(Journal& journal) : journal_(journal) {}
+  explicit StandInFiles(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}
 
   std::optional<Error> createFailure;              ///< Set before use.
   std::optional<Error> writeFailure;               ///< Set before use.
@@ -169,7 +169,7 @@ class StandInFiles final : public AudioFileFactory {
                   static_cast<std::streamsize>(samples.size()));
     }
     void flush() override {
-      files_.journal_.note("file flushed");
+      files_.journal_->note("file flushed");
       file_.flush();
     }
 
@@ -178,7 +178,7 @@ class StandInFiles final : public AudioFileFactory {
     std::ofstream file_;
   };
 
-  Journal& journal_;
+  std::shared_ptr<Journal> journal_;
 };
 
 /// The factory and the one recogniser behind it; the test says what it understands.
@@ -186,7 +186,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
  public:
   using Handler = SpeechRecognizer::Handler;
 
-  explicit StandInRecognizers(Journal& journal) : journal_(journal) {}
+  explicit StandInRecognizers(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}
 
   bool known = true;      ///< Set before use.
   bool available = true;  ///< Set before use.
@@ -225,9 +225,9 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
       const std::lock_guard lock(all_.mutex_);
       all_.heardFrames_ += buffer.frames;
     }
-    void endAudio() override { all_.journal_.note("task: end of audio"); }
+    void endAudio() override { all_.journal_->note("task: end of audio"); }
     void finish() override {
-      all_.journal_.note("task: finish");
+      all_.journal_->note("task: finish");
       if (all_.lateResult) all_.say(*all_.lateResult);
       all_.fail(Error("Test", 216, "Recognition was Canceled"));
       drop();
@@ -248,7 +248,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
     [[nodiscard]] bool isAvailable() const override { return all_.available; }
     std::unique_ptr<SpeechRecognitionTask> startTask(bool partialResults,
                                                      Handler handler) override {
-      all_.journal_.note(partialResults ? "task: partial results" : "task: final result only");
+      all_.journal_->note(partialResults ? "task: partial results" : "task: final result only");
       return std::make_unique<Task>(all_, std::move(handler));
     }
 
@@ -256,7 +256,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
     StandInRecognizers& all_;
   };
 
-  Journal& journal_;
+  std::shared_ptr<Journal> journal_;
   std::mutex mutex_;
   const Task* running_ = nullptr;
   std::optional<Handler> handler_;
@@ -282,7 +282,7 @@ class StandInPermissions final : public Permissions {
 /// Notes what it is told to say and to silence.
 class StandInSynthesizers final : public SpeechSynthesizerFactory {
  public:
-  explicit StandInSynthesizers(Journal& journal) : journal_(journal) {}
+  explicit StandInSynthesizers(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}
 
   std::unique_ptr<SpeechSynthesizer> makeSynthesizer() override {
     return std::make_unique<Synthesizer>(journal_);
@@ -291,18 +291,18 @@ class StandInSynthesizers final : public SpeechSynthesizerFactory {
  private:
   class Synthesizer final : public SpeechSynthesizer {
    public:
-    explicit Synthesizer(Journal& journal) : journal_(journal) {}
+    explicit Synthesizer(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}
     void speak(SpeechUtterance utterance) override {
-      journal_.note("say " + utterance.language + " '" + utterance.text + "'");
+      journal_->note("say " + utterance.language + " '" + utterance.text + "'");
       if (utterance.onEnd) utterance.onEnd(true);
     }
-    void stopSpeaking() override { journal_.note("silence"); }
+    void stopSpeaking() override { journal_->note("silence"); }
 
    private:
-    Journal& journal_;
+    std::shared_ptr<Journal> journal_;
   };
 
-  Journal& journal_;
+  std::shared_ptr<Journal> journal_;
 };
 
 /// Time that passes when the test says so.
@@ -356,16 +356,16 @@ class ManualTime final : public CaptureTime {
   std::weak_ptr<Ticking> ticking_;
 };
 
-/// All of them together. Outlives what uses it.
+/// All of them together.
 struct SpeechStandIns {
   std::shared_ptr<Journal> journal = std::make_shared<Journal>();
-  std::shared_ptr<StandInSession> session = std::make_shared<StandInSession>(*journal);
-  std::shared_ptr<StandInMicrophone> microphone = std::make_shared<StandInMicrophone>(*journal);
-  std::shared_ptr<StandInFiles> files = std::make_shared<StandInFiles>(*journal);
-  std::shared_ptr<StandInRecognizers> recognizer = std::make_shared<StandInRecognizers>(*journal);
+  std::shared_ptr<StandInSession> session = std::make_shared<StandInSession>(journal);
+  std::shared_ptr<StandInMicrophone> microphone = std::make_shared<StandInMicrophone>(journal);
+  std::shared_ptr<StandInFiles> files = std::make_shared<StandInFiles>(journal);
+  std::shared_ptr<StandInRecognizers> recognizer = std::make_shared<StandInRecognizers>(journal);
   std::shared_ptr<StandInPermissions> permissions = std::make_shared<StandInPermissions>();
   std::shared_ptr<StandInSynthesizers> synthesizers =
-      std::make_shared<StandInSynthesizers>(*journal);
+      std::make_shared<StandInSynthesizers>(journal);
   std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
 
   [[nodiscard]] SpeechPlatform platform() const {
