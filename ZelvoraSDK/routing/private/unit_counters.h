@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -39,8 +40,8 @@ class UnitCounters {
   void clearRow(std::size_t row) { std::memset(examples_.data() + row * kRowSize, 0, kRowSize); }
 
   void clear(std::size_t taskCount, std::size_t rowCount) {
-    std::memset(keywords_.data(), 0, taskCount * sizeof(std::uint32_t));
-    std::memset(examples_.data(), 0, rowCount * kRowSize);
+    std::fill_n(keywords_.data(), taskCount, 0u);
+    std::fill_n(examples_.data(), rowCount * kRowSize, std::uint8_t{0});
   }
 
  private:
