@@ -1,5 +1,7 @@
-# Installs the build and lets a project that knows only the installed package use it:
-#   cmake -DBUILD=DIR -DWORK=DIR -DGENERATOR=NAME -DCOMPILER=CXX -DBOOST=DIR -P check_install.cmake
+# Installs the build and lets a project that knows only the installed package build and run
+# examples/hello:
+#   cmake -DBUILD=DIR -DROOT=DIR -DWORK=DIR -DGENERATOR=NAME -DCOMPILER=CXX -DBOOST=DIR
+#         -P check_install.cmake
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -10,6 +12,13 @@ endfunction()
 file(REMOVE_RECURSE ${WORK})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix)
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${CMAKE_CURRENT_LIST_DIR}/consumer -B ${WORK}/consumer
-    -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${WORK}/prefix -DBoost_DIR=${BOOST})
+    -DEXAMPLES=${ROOT}/examples -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${WORK}/prefix
+    -DBoost_DIR=${BOOST})
 run(${CMAKE_COMMAND} --build ${WORK}/consumer)
-run(${WORK}/consumer/consumer)
+
+set(ENV{XDG_DATA_HOME} ${WORK}/data)
+execute_process(COMMAND ${WORK}/consumer/hello WORKING_DIRECTORY ${ROOT}
+                OUTPUT_VARIABLE said TIMEOUT 60 COMMAND_ERROR_IS_FATAL ANY)
+if(NOT said MATCHES "execute\\(screenId: \"basket\"")
+  message(FATAL_ERROR "hello should open the basket; it said: ${said}")
+endif()
