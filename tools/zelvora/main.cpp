@@ -14,7 +14,7 @@ using namespace zelvora::tool;
 int runTool(int argc, char** argv) {
   CLI::App tool("Voice navigation for applications, from the terminal", "zelvora");
   tool.set_version_flag("--version", zelvora::ZelvoraKit::version);
-  tool.require_subcommand(1);
+  tool.require_subcommand(0, 1);
 
   Run run;
   addRouteCommand(tool, run);
@@ -26,7 +26,9 @@ int runTool(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return tool.exit(error) == 0 ? kAnswered : kUnusable;
   }
-  return run();
+  if (run) return run();
+  std::cerr << tool.help();
+  return kUnusable;
 }
 
 }  // namespace
