@@ -1,7 +1,6 @@
 #include <ZelvoraSDK/routing/private/word_automaton.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace zelvora {
 namespace {
