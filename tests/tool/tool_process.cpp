@@ -76,6 +76,8 @@ void ToolProcess::closeInput() {
   in_ = -1;
 }
 
+void ToolProcess::signal(int number) const { ::kill(pid_, number); }
+
 std::string ToolProcess::readLine() {
   std::string line;
   for (char byte; ::read(out_, &byte, 1) == 1 && byte != '\n';) line += byte;

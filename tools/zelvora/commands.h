@@ -13,5 +13,6 @@ void addRouteCommand(CLI::App& tool, Run& run);
 void addExplainCommand(CLI::App& tool, Run& run);
 void addChooseCommand(CLI::App& tool, Run& run);
 void addValidateCommand(CLI::App& tool, Run& run);
+void addServeCommand(CLI::App& tool, Run& run);  ///< Only with ZELVORA_BUILD_SERVE.
 
 }  // namespace zelvora::tool

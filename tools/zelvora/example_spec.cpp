@@ -10,10 +10,7 @@ std::optional<fs::path> ifFile(fs::path path) {
   return fs::is_regular_file(path, ignored) ? std::optional(std::move(path)) : std::nullopt;
 }
 
-}  // namespace
-
-std::optional<fs::path> findExampleSpec() {
-  const fs::path inTree = "examples/shop/shop.json";
+std::optional<fs::path> findExample(const fs::path& inTree) {
   if (auto here = ifFile(inTree)) return here;
 
   std::error_code unknown;
@@ -22,6 +19,14 @@ std::optional<fs::path> findExampleSpec() {
   const fs::path folder = tool.parent_path();
   if (auto installed = ifFile(folder / "../share/zelvora" / inTree)) return installed;
   return ifFile(folder / "../../.." / inTree);  // build/PRESET/bin
+}
+
+}  // namespace
+
+std::optional<fs::path> findExampleSpec() { return findExample("examples/shop/shop.json"); }
+
+std::optional<fs::path> findExampleCatalogue() {
+  return findExample("examples/shop/catalogue.json");
 }
 
 }  // namespace zelvora::tool

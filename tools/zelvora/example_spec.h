@@ -9,4 +9,7 @@ namespace zelvora::tool {
 /// is in, or where the tool was installed. Absent when it is in none of these.
 std::optional<std::filesystem::path> findExampleSpec();
 
+/// The catalogue that comes with it, looked for in the same places.
+std::optional<std::filesystem::path> findExampleCatalogue();
+
 }  // namespace zelvora::tool

@@ -21,6 +21,9 @@ int runTool(int argc, char** argv) {
   addExplainCommand(tool, run);
   addChooseCommand(tool, run);
   addValidateCommand(tool, run);
+#ifdef ZELVORA_BUILD_SERVE
+  addServeCommand(tool, run);
+#endif
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
