@@ -26,6 +26,8 @@ class Application {
   /// Hands `text` to the façade and waits for its one outcome.
   ZelvoraResult route(const std::string& text);
 
+  [[nodiscard]] MainLoop& loop() { return loop_; }
+
  private:
   Zelvora& facade();
 

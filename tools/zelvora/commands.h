@@ -14,5 +14,6 @@ void addExplainCommand(CLI::App& tool, Run& run);
 void addChooseCommand(CLI::App& tool, Run& run);
 void addValidateCommand(CLI::App& tool, Run& run);
 void addServeCommand(CLI::App& tool, Run& run);  ///< Only with ZELVORA_BUILD_SERVE.
+void addSpeakCommand(CLI::App& tool, Run& run);  ///< Only with ZELVORA_SPEECH.
 
 }  // namespace zelvora::tool

@@ -24,6 +24,9 @@ int runTool(int argc, char** argv) {
 #ifdef ZELVORA_BUILD_SERVE
   addServeCommand(tool, run);
 #endif
+#ifdef ZELVORA_SPEECH
+  addSpeakCommand(tool, run);
+#endif
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
