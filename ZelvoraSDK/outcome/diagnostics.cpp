@@ -16,7 +16,8 @@ void increment(std::int64_t& counter) {
 }  // namespace
 
 ZelvoraDiagnostics& ZelvoraDiagnostics::shared() {
-  static ZelvoraDiagnostics diagnostics;
+  // Never destroyed: background work may count until the process has ended.
+  static auto& diagnostics = *new ZelvoraDiagnostics;
   return diagnostics;
 }
 
