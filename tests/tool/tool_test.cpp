@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "tests/facade/small_spec.h"
 #include "tests/support/temporary_folder.h"
@@ -68,9 +69,18 @@ TEST_F(Tool, AnswersEachLineBeforeItReadsTheNext) {
 }
 
 TEST_F(Tool, TakesWhatFollowsTheDoubleDashAsText) {
-  const ToolRun run = runTool(call("route", {"--json", "--", "--json"}));
+  const std::vector<std::string> texts = {"--json", "++", "", "explain", "--"};
+  ToolCall call = this->call("explain", {"--json", "--"});
+  call.arguments.insert(call.arguments.end(), texts.begin(), texts.end());
+  const ToolRun run = runTool(call);
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out.substr(0, 17), R"({"text":"--json",)");
+  std::istringstream lines(run.out);
+  std::string line;
+  for (const std::string& text : texts) {
+    std::getline(lines, line);
+    EXPECT_TRUE(line.starts_with(R"({"text":")" + text + R"(","normalized":)")) << line;
+  }
+  EXPECT_FALSE(std::getline(lines, line)) << line;
 }
 
 TEST_F(Tool, KeepsTheSessionMemoryWithinOneCall) {
@@ -150,6 +160,8 @@ TEST_F(Tool, RefusesWhatItCannotUseWithOneClearLine) {
       {{"route", "--bundle", missing, "--resource", "spec", "x"}, missing, ""},
       {{"route", "--no-such-option", "x"}, "--no-such-option", ""},
       {{"frobnicate"}, "frobnicate", ""},
+      {{"choose"}, "screen", ""},
+      {{"route", "--resource", "shop", "x"}, "--bundle", ""},
   };
   for (const auto& row : rows) {
     const ToolRun run = runTool({.arguments = row.arguments});
@@ -157,6 +169,7 @@ TEST_F(Tool, RefusesWhatItCannotUseWithOneClearLine) {
     EXPECT_EQ(run.out, "") << row.named;
     EXPECT_NE(run.err.find(row.named), run.err.npos) << run.err;
     EXPECT_NE(run.err.find(row.place), run.err.npos) << run.err;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << run.err;
   }
   EXPECT_EQ(runTool({.arguments = {"route", "x"}, .environment = {{"ZELVORA_NOW", "soon"}}}).status,
             2);
@@ -184,6 +197,24 @@ TEST_F(Tool, TakesItsSettingsFromTheBundleUnlessToldOtherwise) {
   const ToolRun hebrew = runTool({.arguments = {"explain", "--json", "--bundle", shop, "--resource",
                                                 "shop", "--locale", "he-IL", "Open CART"}});
   EXPECT_NE(hebrew.out.find(R"("normalized":"Open CART")"), hebrew.out.npos) << hebrew.out;
+}
+
+TEST_F(Tool, ReadsTheTimeFromItsEnvironment) {
+  // A screen was opened just now for the second text; only a moving clock leaves the window.
+  spec_ =
+      file("spec.json",
+           smallSpec("", R"("context":{"enabled":true,"memory":{"followupWindowSeconds":0}},)"));
+  ToolCall frozen = call("route", {"--json", "open my cart", "there my"});
+  frozen.environment = {{"ZELVORA_NOW", "1000.5"}};
+  EXPECT_NE(runTool(frozen).out.find(R"("text":"there my","result":{"case":"execute")"),
+            std::string::npos);
+}
+
+TEST_F(Tool, FindsTheExampleSpecBesideItsBuild) {
+  ToolCall call{.arguments = {"route", "--offline", "--json", "open my cart"}};
+  call.arguments.insert(call.arguments.begin() + 1, {"--data-dir", folder_.path() / "data"});
+  call.environment = {{"ZELVORA_ACCESS_TOKEN", ""}};
+  EXPECT_NE(runTool(call).out.find(R"("screenId":"basket")"), std::string::npos);
 }
 
 TEST_F(Tool, HelpsAndTellsItsVersion) {

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <string>
 
 #include <ZelvoraSDK/base/version.h>
 
@@ -30,7 +31,8 @@ int runTool(int argc, char** argv) {
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return tool.exit(error) == 0 ? kAnswered : kUnusable;
+    if (error.get_exit_code() != 0) throw UsageError(std::string(error.what()) + "; see --help");
+    return tool.exit(error);  // prints the help or the version
   }
   if (run) return run();
   std::cerr << tool.help();
