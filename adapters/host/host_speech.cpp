@@ -1,5 +1,6 @@
 #include <adapters/host/host_speech.h>
 
+#include <adapters/pocketsphinx/pocketsphinx_recognizer.h>
 #include <adapters/pulse/pulse_engine.h>
 #include <adapters/pulse/pulse_session.h>
 #include <adapters/sndfile/file_microphone.h>
@@ -16,13 +17,18 @@ std::shared_ptr<AudioEngineFactory> microphone(const HostSpeechOptions& options,
                                           std::make_shared<RealTimePace>(executors.background()));
 }
 
+std::shared_ptr<SpeechRecognizerFactory> recognizers(const HostSpeechOptions& options) {
+  if (options.recognizers) return options.recognizers;
+  return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary);
+}
+
 }  // namespace
 
 SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors) {
   return {.audioSession = std::make_shared<PulseSession>(),
           .audioEngines = microphone(options, executors),
           .audioFiles = std::make_shared<SndfileRecordings>(),
-          .recognizers = options.recognizers,
+          .recognizers = recognizers(options),
           .permissions = options.permissions,
           .synthesizers = std::make_shared<SpeechdSynthesizerFactory>()};
 }

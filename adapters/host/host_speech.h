@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <ZelvoraSDK/platform/executors.h>
 #include <ZelvoraSDK/platform/speech_platform.h>
@@ -20,16 +22,18 @@ class GrantedPermissions final : public Permissions {
 
 /// What an application may choose about hearing and speaking.
 struct HostSpeechOptions {
-  /// What understands speech. REQUIRES: not null.
+  /// What understands speech; null for this system's own recogniser, on the device.
   std::shared_ptr<SpeechRecognizerFactory> recognizers;
+  /// Phrases for this system's own recogniser to expect; see `recognitionVocabulary`.
+  std::vector<std::string> vocabulary;
   /// Asked before the first capture.
   std::shared_ptr<Permissions> permissions = std::make_shared<GrantedPermissions>();
   /// A sound file that is heard in real time instead of the microphone.
   std::optional<std::filesystem::path> soundFile;
 };
 
-/// This system's microphone, recordings and voice. Throws Error when the sound file can't be read,
-/// or when speech was not built.
+/// This system's microphone, recordings, recogniser and voice. Throws Error when the sound file
+/// can't be read, or when speech was not built.
 SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors);
 
 }  // namespace zelvora

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/platform/speech_recognizer.h>
+
+namespace zelvora::testing {
+
+/// All that one task told, in order. Read it after the task's end.
+struct Heard {
+  std::vector<SpeechResult> partials;
+  std::vector<SpeechResult> finals;
+  std::vector<std::string> errors;
+};
+
+inline SpeechRecognizer::Handler noteInto(Heard& heard) {
+  return {.onResult =
+              [&heard](SpeechResult result) {
+                (result.isFinal ? heard.finals : heard.partials).push_back(std::move(result));
+              },
+          .onError = [&heard](Error error) { heard.errors.push_back(error.description()); }};
+}
+
+/// In buffers of 1,024 frames, as a microphone gives them.
+template <class Sample>
+void play(SpeechRecognitionTask& task, const AudioFormat& format, std::span<const Sample> samples) {
+  const std::size_t step = 1024 * format.channels;
+  for (std::size_t at = 0; at < samples.size(); at += step) {
+    const auto part = samples.subspan(at, std::min(step, samples.size() - at));
+    task.append({.format = format, .frames = part.size() / format.channels, .samples = part});
+  }
+}
+
+inline Heard hear(SpeechRecognizer& recognizer, const std::vector<std::int16_t>& samples) {
+  Heard heard;
+  const auto task = recognizer.startTask(true, noteInto(heard));
+  play(*task, {.sampleRate = 16000, .channels = 1}, std::span(samples));
+  task->finish();
+  return heard;
+}
+
+}  // namespace zelvora::testing
