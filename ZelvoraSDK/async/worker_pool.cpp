@@ -21,12 +21,22 @@ struct WorkerPool::Shared {
 WorkerPool::WorkerPool(std::size_t threadCount)
     : shared_(std::make_shared<Shared>()), threadCount_(threadCount) {}
 
-WorkerPool::~WorkerPool() {
+void WorkerPool::stop() {
   shared_->context.stop();
   const bool onOwnThread = shared_->context.get_executor().running_in_this_thread();
   const std::size_t allowed = onOwnThread ? 1 : 0;
   std::unique_lock lock(shared_->mutex);
-  shared_->threadEnded.wait_for(lock, kJoinBound, [&] { return shared_->running <= allowed; });
+  const bool ended =
+      shared_->threadEnded.wait_for(lock, kJoinBound, [&] { return shared_->running <= allowed; });
+  lock.unlock();
+  for (std::thread& thread : threads_) {
+    // What a thread still holds is gone for good only when it is joined.
+    if (ended && thread.get_id() != std::this_thread::get_id())
+      thread.join();
+    else
+      thread.detach();
+  }
+  threads_.clear();
 }
 
 asio::any_io_executor WorkerPool::executor() {
@@ -37,12 +47,12 @@ asio::any_io_executor WorkerPool::executor() {
 void WorkerPool::start() {
   const std::lock_guard lock(shared_->mutex);
   for (; shared_->running < threadCount_; ++shared_->running) {
-    std::thread([shared = shared_] {
+    threads_.emplace_back([shared = shared_] {
       shared->context.run();
       const std::lock_guard ending(shared->mutex);
       --shared->running;
       shared->threadEnded.notify_all();
-    }).detach();
+    });
   }
 }
 

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <thread>
+#include <vector>
 
 #include <ZelvoraSDK/async/awaitable.h>
 
@@ -15,14 +17,18 @@ class WorkerPool {
   static constexpr std::chrono::seconds kJoinBound{5};
 
   explicit WorkerPool(std::size_t threadCount);
-  /// Drops what has not begun and waits for what is running, at most `kJoinBound`; a thread that
-  /// is still busy then is left to itself. May run on a thread of the pool.
-  ~WorkerPool();
+  /// Stops, and drops what has not begun.
+  ~WorkerPool() { stop(); }
 
   WorkerPool(const WorkerPool&) = delete;
   WorkerPool& operator=(const WorkerPool&) = delete;
 
   asio::any_io_executor executor();
+
+  /// Begins nothing more and waits for what is running, at most `kJoinBound`; a thread that is
+  /// still busy then is left to itself. May run on a thread of the pool. Not to be called twice at
+  /// once.
+  void stop();
 
  private:
   struct Shared;
@@ -31,6 +37,7 @@ class WorkerPool {
 
   std::shared_ptr<Shared> shared_;
   std::size_t threadCount_;
+  std::vector<std::thread> threads_;
 };
 
 }  // namespace zelvora

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,19 +45,27 @@ class SharedLog final : public LogSink {
 /// A main loop that the test runs, and a pool of its own.
 class TestExecutors final : public Executors {
  public:
-  explicit TestExecutors(std::size_t threads) : pool_(threads) {}
+  TestExecutors(MainLoop& mainLoop, std::size_t threads)
+      : loop(mainLoop), pool_(std::in_place, threads) {}
   asio::any_io_executor main() override { return loop.executor(); }
-  asio::any_io_executor background() override { return pool_.executor(); }
+  asio::any_io_executor background() override { return pool_->executor(); }
 
-  MainLoop loop;
+  /// Waits for what is running; nothing runs afterwards.
+  void stopBackground() { pool_->stop(); }
+  /// Drops what was left to run.
+  void dropBackground() { pool_.reset(); }
+
+  MainLoop& loop;
 
  private:
-  WorkerPool pool_;
+  std::optional<WorkerPool> pool_;
 };
 
 /// Everything that a façade asks of its platform, in the test's hands.
 struct TestApplication {
-  std::shared_ptr<TestExecutors> executors = std::make_shared<TestExecutors>(2);
+  /// Apart from the executors: what waits in it may hold them.
+  std::unique_ptr<MainLoop> mainLoop = std::make_unique<MainLoop>();
+  std::shared_ptr<TestExecutors> executors = std::make_shared<TestExecutors>(*mainLoop, 2);
   std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
   std::shared_ptr<SharedLog> log = std::make_shared<SharedLog>();
   std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
@@ -67,6 +76,14 @@ struct TestApplication {
                            .locale = "en-US",
                            .bundleId = "com.example.shop",
                            .sttConfig = ZelvoraSTTConfig::localOnly()};
+
+  /// A program must not end while its background work runs. What waits on either side may hold
+  /// things of the other: so first nothing runs any more, then both let go.
+  ~TestApplication() {
+    executors->stopBackground();
+    mainLoop.reset();
+    executors->dropBackground();
+  }
 
   [[nodiscard]] Platform platform() const {
     return {.executors = executors,
