@@ -8,7 +8,8 @@
 namespace zelvora {
 
 /// A main actor for programs without an event loop: what is posted to `executor()` runs on the one
-/// thread that is inside `run()`. `executor()` and `stop()` may be called from any thread.
+/// thread that is inside `run()`. `executor()` and `stop()` may be called from any thread. Outlives
+/// whoever posts to it: stop background work first.
 class MainLoop {
  public:
   asio::any_io_executor executor() { return context_.get_executor(); }

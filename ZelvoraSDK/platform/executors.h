@@ -14,6 +14,10 @@ class Executors {
 
   /// Threads for everything else. An implementation may start them on the first call.
   virtual asio::any_io_executor background() = 0;
+
+  /// Begins no more background work and waits, for a bounded time, for what is running. A program
+  /// whose main executor does not last as long as the process calls it before that goes.
+  virtual void stopBackground() {}
 };
 
 }  // namespace zelvora

@@ -24,6 +24,7 @@ class HostExecutors final : public Executors {
 
   asio::any_io_executor main() override { return main_; }
   asio::any_io_executor background() override { return pool_.executor(); }
+  void stopBackground() override { pool_.stop(); }
 
  private:
   asio::any_io_executor main_;

@@ -6,12 +6,13 @@
 
 int main() {
   zelvora::MainLoop loop;
-  zelvora::HostOptions host{.bundle = "examples/shop"};
-  zelvora::Zelvora shop(hostPlatform(loop.executor(), host), {.name = "shop"});
+  const auto platform = hostPlatform(loop.executor(), {.bundle = "examples/shop"});
+  zelvora::Zelvora shop(platform, {.name = "shop"});
   shop.onResult = [&](const zelvora::ZelvoraResult& outcome) {
     std::cout << describe(outcome) << '\n';
     loop.stop();
   };
   shop.routeAndCallback("open my cart");
   loop.run();
+  platform.executors->stopBackground();  // it may not outlive the loop
 }

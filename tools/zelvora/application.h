@@ -18,6 +18,10 @@ class Application {
  public:
   /// Throws UsageError when an input file can't be used.
   explicit Application(const CommonOptions& options);
+  /// Waits for background work, which may still be telling the main loop.
+  ~Application() { platform_.executors->stopBackground(); }
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
 
   [[nodiscard]] const Platform& platform() const { return platform_; }
   [[nodiscard]] const ZelvoraSettings& settings() const { return settings_; }
