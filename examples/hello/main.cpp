@@ -6,7 +6,7 @@
 
 int main() {
   zelvora::MainLoop loop;
-  const auto platform = hostPlatform(loop.executor(), {.bundle = "examples/shop"});
+  const auto platform = zelvora::hostPlatform(loop.executor(), {.bundle = "examples/shop"});
   zelvora::Zelvora shop(platform, {.name = "shop"});
   shop.onResult = [&](const zelvora::ZelvoraResult& outcome) {
     std::cout << describe(outcome) << '\n';
