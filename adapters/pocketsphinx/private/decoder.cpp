@@ -70,7 +70,7 @@ ps_decoder_t* decoderWithoutSearch() {
   err_set_callback(&logNothing, nullptr);
   // The list of all settings goes past the callback.
   err_set_logfp(nullptr);
-  // The second pass costs a tenth of a second after the last word and corrects nothing.
+  // The second pass costs a tenth of a second after the last word.
   const std::unique_ptr<cmd_ln_t, FreeConfig> config(
       cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", kAcousticModel, "-dict", kDictionary,
                   "-fwdflat", "no", "-bestpath", "yes", nullptr));
