@@ -44,6 +44,7 @@ Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, AnyEncoda
     : platform(std::move(thePlatform)),
       settings(std::move(theSettings)),
       accessToken(tokensFor(settings, hooks)),
+      onTranscript(std::move(hooks.onTranscript)),
       spec(prepare(theSpec)),
       text(makeTextPipeline({.platform = platform,
                              .settings = settings,

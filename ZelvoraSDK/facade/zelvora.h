@@ -24,6 +24,8 @@ class VoicePipeline;
 struct ZelvoraHooks {
   AccessTokenProvider accessToken;           ///< Unset: the publishable key is the token.
   std::function<void(StageReport)> onStage;  ///< Told of each stage, on any thread.
+  /// Told, on the main executor, what `stopVoice()` understood, just before it is routed.
+  std::function<void(std::string)> onTranscript;
 };
 
 /// The one object that an application holds: it understands what the user says or types.

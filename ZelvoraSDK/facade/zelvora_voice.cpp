@@ -98,6 +98,7 @@ std::shared_ptr<VoicePipeline> Zelvora::Core::makeVoice(const std::shared_ptr<Co
       .makeRecognizer = [core] { return makeRecognizer(core->platform, core->settings.locale); },
       .routeAndCallback =
           [core, callbacks](std::string text) {
+            if (core->onTranscript) core->onTranscript(text);
             routeInBackground(core, callbacks, std::move(text));
           },
       .route = [core](std::string text) { return core->text->route(std::move(text)); }});

@@ -1,5 +1,7 @@
 #include "application.h"
 
+#include <unistd.h>
+
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -9,6 +11,7 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_parse.h>
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/spec_loader.h>
 #include <adapters/host/host_platform.h>
@@ -22,10 +25,15 @@
 namespace zelvora::tool {
 namespace {
 
-/// Prints the library's lines to standard error.
+/// Prints the library's lines to standard error; on a terminal over whatever live line stands there.
 class StandardErrorLogSink final : public LogSink {
  public:
-  void write(std::string_view line) override { std::cerr << std::string(line) + '\n'; }
+  void write(std::string_view line) override {
+    std::cerr << (isOnTerminal_ ? "\r\033[K" : "") + std::string(line) + '\n';
+  }
+
+ private:
+  const bool isOnTerminal_ = isatty(STDERR_FILENO) != 0;
 };
 
 /// A clock that stands still, for runs that can be repeated.
@@ -101,6 +109,12 @@ Application::Application(const CommonOptions& options)
       settings_(settingsFromPropertyList(*platform_.bundle)),
       spec_(specFor(options, *platform_.bundle)),
       hooks_(hooksFor(options)) {}
+
+void Application::enableSpeech(const std::optional<std::filesystem::path>& soundFile) {
+  platform_.speech = hostSpeech(
+      {.vocabulary = recognitionVocabulary(spec_, settings_.locale), .soundFile = soundFile},
+      *platform_.executors);
+}
 
 Zelvora& Application::facade() {
   if (!facade_) facade_ = std::make_unique<Zelvora>(platform_, settings_, spec_, hooks_);

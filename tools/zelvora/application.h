@@ -1,6 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <ZelvoraSDK/async/main_loop.h>
@@ -32,9 +34,16 @@ class Application {
 
   [[nodiscard]] MainLoop& loop() { return loop_; }
 
- private:
-  Zelvora& facade();
+  /// Lets it hear, a sound file instead of the microphone if one is given, and speak. Before the
+  /// first call to the façade. Throws Error when the file can't be read.
+  void enableSpeech(const std::optional<std::filesystem::path>& soundFile);
+  [[nodiscard]] SpeechPlatform& speech() { return *platform_.speech; }
 
+  /// The one façade. What the application is given after the first call does not count.
+  Zelvora& facade();
+  [[nodiscard]] ZelvoraHooks& hooks() { return hooks_; }
+
+ private:
   MainLoop loop_;
   Platform platform_;
   ZelvoraSettings settings_;

@@ -14,6 +14,8 @@ void addExplainCommand(CLI::App& tool, Run& run);
 void addChooseCommand(CLI::App& tool, Run& run);
 void addValidateCommand(CLI::App& tool, Run& run);
 void addServeCommand(CLI::App& tool, Run& run);  ///< Only with ZELVORA_BUILD_SERVE.
-void addSpeakCommand(CLI::App& tool, Run& run);  ///< Only with ZELVORA_SPEECH.
+// Only with ZELVORA_SPEECH.
+void addListenCommand(CLI::App& tool, Run& run);
+void addSpeakCommand(CLI::App& tool, Run& run);
 
 }  // namespace zelvora::tool

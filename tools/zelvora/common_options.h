@@ -18,6 +18,7 @@ struct CommonOptions {
   std::optional<std::string> baseURL;
   std::optional<std::string> bundleId;
   std::optional<std::string> accessToken;  ///< Empty counts as none.
+  std::optional<std::string> sttMode;      ///< Of the command that listens.
   std::optional<std::filesystem::path> dataDir;
   bool offline = false;
   bool json = false;

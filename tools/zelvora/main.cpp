@@ -26,6 +26,7 @@ int runTool(int argc, char** argv) {
   addServeCommand(tool, run);
 #endif
 #ifdef ZELVORA_SPEECH
+  addListenCommand(tool, run);
   addSpeakCommand(tool, run);
 #endif
   try {

@@ -13,6 +13,7 @@ class OptionBundle final : public AppBundle {
     override("ZelvoraPublishableKey", options.key);
     override("ZelvoraLocale", options.locale);
     override("ZelvoraBackendBaseURL", options.baseURL);
+    override("ZelvoraSTTMode", options.sttMode);
     if (!stringSetting("ZelvoraPublishableKey")) override("ZelvoraPublishableKey", "demo");
   }
 

@@ -98,7 +98,7 @@ void writeResult(JsonWriter& out, const ZelvoraResult& result) {
   out.endObject();
 }
 
-std::string routedLine(std::string_view text, const ZelvoraResult& result) {
+std::string routedLine(const std::optional<std::string>& text, const ZelvoraResult& result) {
   std::string line;
   JsonWriter out(line);
   out.beginObject();

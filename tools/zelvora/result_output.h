@@ -1,7 +1,7 @@
 #pragma once
 
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/outcome/result.h>
@@ -14,8 +14,8 @@ namespace zelvora::tool {
 /// out.
 void writeResult(JsonWriter& out, const ZelvoraResult& result);
 
-/// `{"text":…,"result":…}` on one line, without a line end.
-std::string routedLine(std::string_view text, const ZelvoraResult& result);
+/// `{"text":…,"result":…}` on one line, without a line end; without `text` when none was routed.
+std::string routedLine(const std::optional<std::string>& text, const ZelvoraResult& result);
 
 /// `result` for a person, several lines, each with its line end.
 std::string friendlyResult(const ZelvoraResult& result, const Style& style);

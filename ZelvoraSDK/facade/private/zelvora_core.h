@@ -30,6 +30,7 @@ class Zelvora::Core {
   Platform platform;
   ZelvoraSettings settings;
   AccessTokenProvider accessToken;
+  std::function<void(std::string)> onTranscript;
   std::shared_ptr<const Lazy<PreparedSpec>> spec;
   std::shared_ptr<TextPipeline> text;
 };
