@@ -78,6 +78,12 @@ void ToolProcess::closeInput() {
 
 void ToolProcess::signal(int number) const { ::kill(pid_, number); }
 
+bool ToolProcess::isRunning() const {
+  siginfo_t ended{};
+  ::waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOHANG | WNOWAIT);
+  return ended.si_pid == 0;
+}
+
 std::string ToolProcess::readLine() {
   std::string line;
   for (char byte; ::read(out_, &byte, 1) == 1 && byte != '\n';) line += byte;

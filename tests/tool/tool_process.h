@@ -34,6 +34,7 @@ class ToolProcess {
   void write(const std::string& text);
   void closeInput();
   void signal(int number) const;
+  [[nodiscard]] bool isRunning() const;
   /// The next line of standard output, without its end; blocks until it is there.
   std::string readLine();
   /// Reads what is left of both outputs and waits.
