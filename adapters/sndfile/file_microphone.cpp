@@ -6,50 +6,24 @@
 #include <vector>
 
 #include <ZelvoraSDK/async/guarded.h>
-#include <adapters/sndfile/private/sound_file.h>
+#include <adapters/sndfile/sound_reader.h>
 
 namespace zelvora {
 namespace {
-
-using sound::failure;
-using sound::File;
-
-/// A file that is being read from its start.
-struct Reading {
-  explicit Reading(const std::filesystem::path& path) {
-    SF_INFO info{};
-    file.reset(sf_open(path.c_str(), SFM_READ, &info));
-    if (!file) throw failure(nullptr, "can't read " + path.string());
-    format = {.sampleRate = static_cast<double>(info.samplerate),
-              .channels = static_cast<std::uint32_t>(info.channels)};
-  }
-
-  /// Fills `samples` with what comes next, silence after the end. Throws Error.
-  void read(std::vector<float>& samples) {
-    const auto size = static_cast<sf_count_t>(samples.size());
-    const sf_count_t got = sf_read_float(file.get(), samples.data(), size);
-    if (sf_error(file.get()) != SF_ERR_NO_ERROR) throw failure(file.get(), "can't read on");
-    std::fill(samples.begin() + got, samples.end(), 0.0F);
-    for (float& sample : samples) sample = std::clamp(sample, -1.0F, 1.0F);
-  }
-
-  File file;
-  AudioFormat format;
-};
 
 /// What the pace's thread and the owner's share.
 struct Capture {
   std::size_t bufferFrames = 1024;
   AudioEngine::Tap tap;
   AudioEngine::FailureHandler onFailure;
-  std::optional<Reading> reading;
+  std::optional<SoundReader> reading;
   std::vector<float> samples;
   bool running = false;
 };
 
 void playNextBuffer(Capture& capture) {
   if (!capture.running) return;
-  const AudioFormat format = capture.reading->format;
+  const AudioFormat format = capture.reading->format();
   capture.samples.resize(capture.bufferFrames * format.channels);
   try {
     capture.reading->read(capture.samples);
@@ -71,7 +45,7 @@ class FileEngine final : public AudioEngine {
   ~FileEngine() override { stop(); }
 
   AudioFormat inputFormat() override {
-    return capture_->with([this](Capture& capture) { return opened(capture).format; });
+    return capture_->with([this](Capture& capture) { return opened(capture).format(); });
   }
   void installTap(std::size_t bufferFrames, Tap tap) override {
     capture_->with([&](Capture& capture) {
@@ -89,7 +63,7 @@ class FileEngine final : public AudioEngine {
 
   void start() override {
     const Seconds period = capture_->with([this](Capture& capture) {
-      const double rate = opened(capture).format.sampleRate;
+      const double rate = opened(capture).format().sampleRate;
       capture.running = true;
       return Seconds{static_cast<double>(capture.bufferFrames) / rate};
     });
@@ -109,7 +83,7 @@ class FileEngine final : public AudioEngine {
   void reset() override { stop(); }
 
  private:
-  const Reading& opened(Capture& capture) {
+  const SoundReader& opened(Capture& capture) {
     if (!capture.reading) capture.reading.emplace(path_);
     return *capture.reading;
   }
@@ -124,7 +98,7 @@ class FileEngine final : public AudioEngine {
 
 FileMicrophone::FileMicrophone(std::filesystem::path file, std::shared_ptr<Pace> pace)
     : file_(std::move(file)), pace_(std::move(pace)) {
-  Reading{file_};
+  SoundReader{file_};
 }
 
 std::unique_ptr<AudioEngine> FileMicrophone::makeEngine() {

@@ -17,16 +17,11 @@ using ::testing::HasSubstr;
 using testing::ToolProcess;
 using testing::ToolRun;
 
-const AudioFormat kVoiceFormat{.sampleRate = 16000, .channels = 1};
-
 class ListenCommand : public ::testing::Test {
  protected:
   ListenCommand() {
-    const auto clip = testing::spoken("track my order");
-    std::vector<float> samples(clip.size());
-    std::ranges::transform(clip, samples.begin(),
-                           [](std::int16_t sample) { return static_cast<float>(sample) / 32768; });
-    testing::writeRecording(command_, kVoiceFormat, samples);
+    testing::writeRecording(command_, {.sampleRate = 16000, .channels = 1},
+                            testing::asFloats(testing::spoken("track my order")));
   }
 
   /// `zelvora listen` for the example, without a network.

@@ -24,6 +24,14 @@ inline std::vector<float> noise(std::size_t samples) {
   return all;
 }
 
+/// As a sound file of floats has them.
+inline std::vector<float> asFloats(std::span<const std::int16_t> samples) {
+  std::vector<float> all;
+  all.reserve(samples.size());
+  for (const std::int16_t sample : samples) all.push_back(static_cast<float>(sample) / 32768);
+  return all;
+}
+
 inline PcmBuffer bufferOf(const AudioFormat& format, std::span<const float> samples) {
   return {.format = format, .frames = samples.size() / format.channels, .samples = samples};
 }

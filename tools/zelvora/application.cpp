@@ -9,10 +9,8 @@
 #include <string_view>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/json_parse.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
-#include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/spec_loader.h>
 #include <adapters/host/host_platform.h>
 
@@ -66,15 +64,6 @@ Platform platformFor(const asio::any_io_executor& main, const CommonOptions& opt
   platform.bundle = withOptions(std::move(platform.bundle), options);
   if (options.offline) platform.urlSession = std::make_shared<OfflineSession>();
   return platform;
-}
-
-AnyEncodable specInFile(const std::filesystem::path& path) {
-  const std::string bytes = readInputFile(path);
-  try {
-    return AnyEncodable(JSONValue::from(parseJson(bytes).root()));
-  } catch (const Error& error) {
-    throw UsageError(path.string() + ": " + error.description());
-  }
 }
 
 AnyEncodable specFor(const CommonOptions& options, const AppBundle& bundle) {

@@ -2,6 +2,8 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/file.h>
+#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/spec/json_value.h>
 
 #include "usage_error.h"
 
@@ -12,6 +14,15 @@ std::string readInputFile(const std::filesystem::path& path) {
     return readFile(path);
   } catch (const Error& error) {
     throw UsageError(error.description());
+  }
+}
+
+AnyEncodable specInFile(const std::filesystem::path& path) {
+  const std::string bytes = readInputFile(path);
+  try {
+    return AnyEncodable(JSONValue::from(parseJson(bytes).root()));
+  } catch (const Error& error) {
+    throw UsageError(path.string() + ": " + error.description());
   }
 }
 

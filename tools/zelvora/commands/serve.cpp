@@ -10,6 +10,12 @@
 #include "../input_file.h"
 #include "../serve/http_server.h"
 #include "../usage_error.h"
+#ifdef ZELVORA_SPEECH
+#include <ZelvoraSDK/facade/spoken_phrases.h>
+#include <adapters/pocketsphinx/pocketsphinx_recognizer.h>
+
+#include "../serve/transcription.h"
+#endif
 
 namespace zelvora::tool {
 namespace {
@@ -48,8 +54,22 @@ serve::BackendOptions backendFor(const ServeOptions& options) {
   return backend;
 }
 
+#ifdef ZELVORA_SPEECH
+/// This system's recogniser, which expects the phrases of the spec served, else of the example's.
+serve::Transcriber transcriberFor(const ServeOptions& options) {
+  const auto spec = options.spec ? options.spec : findExampleSpec();
+  std::vector<std::string> vocabulary;
+  if (spec) vocabulary = recognitionVocabulary(specInFile(*spec), "en-US");
+  return serve::transcriberWith(
+      std::make_shared<PocketsphinxRecognizerFactory>(std::move(vocabulary)));
+}
+#endif
+
 int runServe(const ServeOptions& options) {
-  const serve::BackendOptions backend = backendFor(options);
+  serve::BackendOptions backend = backendFor(options);
+#ifdef ZELVORA_SPEECH
+  backend.transcriber = transcriberFor(options);
+#endif
   try {
     serve::serveUntilStopped(backend, options.port, [](const std::string& address) {
       std::cout << "Development backend on " << address << std::endl;

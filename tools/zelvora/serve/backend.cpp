@@ -63,13 +63,17 @@ std::string interpret(const BackendOptions& options, const JsonCursor& body) {
 Reply transcribe(const BackendOptions& options, const Request& request) {
   if (!options.transcriber) return {501, "This development backend has no speech recogniser"};
   if (request.audio.empty()) return {400, "The form has no part \"audio\", or an empty one"};
-  const auto text = options.transcriber(request.audio, request.locale);
-  std::string answer;
-  JsonWriter out(answer);
-  out.beginObject();
-  out.member("text", text.value_or(""));
-  out.endObject();
-  return {200, answer};
+  try {
+    const auto text = options.transcriber(request.audio, request.locale);
+    std::string answer;
+    JsonWriter out(answer);
+    out.beginObject();
+    out.member("text", text.value_or(""));
+    out.endObject();
+    return {200, answer};
+  } catch (const Error& error) {
+    return {400, error.description()};
+  }
 }
 
 using JsonEndpoint = std::string (*)(const BackendOptions&, const JsonCursor&);

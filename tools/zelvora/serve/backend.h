@@ -9,7 +9,8 @@
 
 namespace zelvora::serve {
 
-/// What was said in a recording; absent when nothing was. Called from several threads.
+/// What was said in a recording, the bytes of a sound file; absent when nothing was. Called from
+/// several threads. Throws Error.
 using Transcriber =
     std::function<std::optional<std::string>(const std::string& audio, const std::string& locale)>;
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include <ZelvoraSDK/platform/pcm_buffer.h>
+
+struct sf_private_tag;
+
+namespace zelvora {
+
+/// A sound of any format that libsndfile reads, from its start to its end. Confined to its owner's
+/// thread. Throws Error, of domain "ZelvoraAudioFile", for what is no sound or is damaged.
+class SoundReader {
+ public:
+  explicit SoundReader(const std::filesystem::path& path);
+  /// The bytes of a file; they are copied.
+  static SoundReader ofBytes(std::string_view bytes);
+
+  [[nodiscard]] const AudioFormat& format() const { return format_; }
+
+  /// Fills `samples`, whole frames, with what comes next, each within [-1, 1]. Answers how many
+  /// samples that are; fewer than asked for at the end, and the rest is silence.
+  std::size_t read(std::vector<float>& samples);
+
+ private:
+  struct Close {
+    void operator()(sf_private_tag* file) const;
+  };
+
+  SoundReader(sf_private_tag* file, AudioFormat format) : file_(file), format_(format) {}
+
+  std::unique_ptr<sf_private_tag, Close> file_;
+  AudioFormat format_;
+};
+
+}  // namespace zelvora
