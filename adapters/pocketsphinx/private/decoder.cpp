@@ -96,21 +96,20 @@ Model modelFrom(ps_decoder_t* decoder, const std::string& path, ngram_file_type_
 }
 
 /// The application's phrases and English at large, half and half.
-Model mixedModel(ps_decoder_t* decoder, Model general, const std::vector<Sentence>& sentences) {
+Model mixedModel(ps_decoder_t* decoder, const Model& general,
+                 const std::vector<Sentence>& sentences) {
   const MemoryFile arpa(arpaTrigram(sentences));
-  Model own = arpa.isComplete() ? modelFrom(decoder, arpa.path(), NGRAM_ARPA) : nullptr;
+  const Model own = arpa.isComplete() ? modelFrom(decoder, arpa.path(), NGRAM_ARPA) : nullptr;
   if (!own) throw cannotRead("vocabulary");
   std::array<ngram_model_t*, 2> models{own.get(), general.get()};
   std::string ownName = "application";
   std::string generalName = "general";
   std::array<char*, 2> names{ownName.data(), generalName.data()};
   const std::array<float32, 2> weights{0.5F, 0.5F};
+  // The set counts its own references to both.
   Model mixed(ngram_model_set_init(ps_get_config(decoder), models.data(), names.data(),
                                    weights.data(), models.size()));
   if (!mixed) throw cannotRead("vocabulary");
-  // The set has taken both.
-  static_cast<void>(own.release());
-  static_cast<void>(general.release());
   return mixed;
 }
 
@@ -162,7 +161,7 @@ Decoder::Decoder(const std::vector<std::string>& vocabulary) {
   addPronunciations(decoder, sentences);
   Model model = modelFrom(decoder, kLanguageModel, NGRAM_AUTO);
   if (!model) throw cannotRead("language model");
-  if (!sentences.empty()) model = mixedModel(decoder, std::move(model), sentences);
+  if (!sentences.empty()) model = mixedModel(decoder, model, sentences);
   if (ps_set_lm(decoder, kSearch, model.get()) < 0 || ps_set_search(decoder, kSearch) < 0)
     throw cannotRead("language model");
 }
