@@ -27,45 +27,36 @@ UrlRequest authorized(UrlRequest request, std::string_view accessToken) {
 }
 
 std::string interpretBody(const InterpretQuery& query) {
-  std::string body;
-  JsonWriter out(body);
-  out.beginObject();
-  out.member("locale", query.locale);
-  out.member("text", query.text);
-  out.member("spec", query.spec);
-  out.key("context");
-  out.beginObject();
-  out.member("platform", kBackendPlatform);
-  out.member("sdk_version", ZelvoraKit::version);
-  out.endObject();
-  out.endObject();
-  return body;
+  return jsonObject([&](JsonWriter& out) {
+    out.member("locale", query.locale);
+    out.member("text", query.text);
+    out.member("spec", query.spec);
+    out.key("context");
+    out.object([](JsonWriter& context) {
+      context.member("platform", kBackendPlatform);
+      context.member("sdk_version", ZelvoraKit::version);
+    });
+  });
 }
 
 std::string semanticBody(const SemanticQuery& query) {
-  std::string body;
-  JsonWriter out(body);
-  out.beginObject();
-  out.member("text", query.text);
-  out.member("locale", query.locale);
-  out.member("tasks", query.tasks);
-  out.member("app_id", query.appId);
-  out.member("top_k", query.topK);
-  out.endObject();
-  return body;
+  return jsonObject([&](JsonWriter& out) {
+    out.member("text", query.text);
+    out.member("locale", query.locale);
+    out.member("tasks", query.tasks);
+    out.member("app_id", query.appId);
+    out.member("top_k", query.topK);
+  });
 }
 
 std::string catalogBody(const CatalogQuery& query) {
-  std::string body;
-  JsonWriter out(body);
-  out.beginObject();
-  out.member("query", query.query);
-  out.member("publishable_key", query.publishableKey);
-  out.member("platform", query.platform);
-  out.member("bundle_id", query.bundleId);
-  out.member("sdk_version", query.sdkVersion);
-  out.endObject();
-  return body;
+  return jsonObject([&](JsonWriter& out) {
+    out.member("query", query.query);
+    out.member("publishable_key", query.publishableKey);
+    out.member("platform", query.platform);
+    out.member("bundle_id", query.bundleId);
+    out.member("sdk_version", query.sdkVersion);
+  });
 }
 
 }  // namespace

@@ -33,6 +33,13 @@ class JsonWriter {
 
   void beginObject() { open('{'); }
   void endObject() { close('}'); }
+  /// An object whose members `write(*this)` writes.
+  template <std::invocable<JsonWriter&> Write>
+  void object(const Write& write) {
+    beginObject();
+    write(*this);
+    endObject();
+  }
   void beginArray() { open('['); }
   void endArray() { close(']'); }
 
@@ -136,6 +143,14 @@ template <class T>
 [[nodiscard]] std::string toJson(const T& value) {
   std::string text;
   JsonWriter(text).value(value);
+  return text;
+}
+
+/// A compact document of one object, whose members `write(out)` writes.
+template <std::invocable<JsonWriter&> Write>
+[[nodiscard]] std::string jsonObject(const Write& write) {
+  std::string text;
+  JsonWriter(text).object(write);
   return text;
 }
 

@@ -23,7 +23,8 @@
 namespace zelvora::tool {
 namespace {
 
-/// Prints the library's lines to standard error; on a terminal over whatever live line stands there.
+/// Prints the library's lines to standard error; on a terminal over whatever live line stands
+/// there.
 class StandardErrorLogSink final : public LogSink {
  public:
   void write(std::string_view line) override {

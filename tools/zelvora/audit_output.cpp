@@ -29,15 +29,10 @@ struct CaseWriter {
 }  // namespace
 
 std::string auditEventLine(const ZelvoraAuditEvent& event) {
-  std::string line;
-  JsonWriter out(line);
-  out.beginObject();
-  out.key("auditEvent");
-  out.beginObject();
-  std::visit(CaseWriter{out}, event);
-  out.endObject();
-  out.endObject();
-  return line;
+  return jsonObject([&](JsonWriter& out) {
+    out.key("auditEvent");
+    out.object([&](JsonWriter& fields) { std::visit(CaseWriter{fields}, event); });
+  });
 }
 
 }  // namespace zelvora::tool

@@ -1,5 +1,7 @@
 #include "common_options.h"
 
+#include <CLI/CLI.hpp>
+
 namespace zelvora::tool {
 
 void addCommonOptions(CLI::App& command, CommonOptions& options) {

@@ -57,19 +57,16 @@ Explanation explain(const std::string& text, const PreparedSpec& spec,
 }
 
 std::string explanationLine(const Explanation& explanation) {
-  std::string line;
-  JsonWriter out(line);
-  out.beginObject();
-  out.member("text", explanation.text);
-  out.member("normalized", explanation.normalized);
-  out.key("candidates");
-  writeCandidates(out, explanation.candidates);
-  out.key("tasks");
-  writeTasks(out, explanation.tasks);
-  out.key("result");
-  writeResult(out, explanation.result);
-  out.endObject();
-  return line;
+  return jsonObject([&](JsonWriter& out) {
+    out.member("text", explanation.text);
+    out.member("normalized", explanation.normalized);
+    out.key("candidates");
+    writeCandidates(out, explanation.candidates);
+    out.key("tasks");
+    writeTasks(out, explanation.tasks);
+    out.key("result");
+    writeResult(out, explanation.result);
+  });
 }
 
 }  // namespace zelvora::tool

@@ -7,16 +7,6 @@
 namespace zelvora::tool {
 namespace {
 
-void writeChoice(JsonWriter& out, const ZelvoraChoice& choice) {
-  out.beginObject();
-  out.member("taskId", choice.taskId);
-  out.member("title", choice.title);
-  out.member("confidence", choice.confidence);
-  out.member("screenId", choice.screenId);
-  out.member("params", choice.params);
-  out.endObject();
-}
-
 /// The members of each case, in the order of its values.
 struct CaseWriter {
   JsonWriter& out;
@@ -40,10 +30,7 @@ struct CaseWriter {
   void operator()(const ZelvoraShowChoices& result) const {
     out.member("case", "showChoices");
     out.member("say", result.say);
-    out.key("choices");
-    out.beginArray();
-    for (const ZelvoraChoice& choice : result.choices) writeChoice(out, choice);
-    out.endArray();
+    out.member("choices", result.choices);
   }
   void operator()(const ZelvoraUnsupported& result) const {
     out.member("case", "unsupported");
@@ -99,14 +86,11 @@ void writeResult(JsonWriter& out, const ZelvoraResult& result) {
 }
 
 std::string routedLine(const std::optional<std::string>& text, const ZelvoraResult& result) {
-  std::string line;
-  JsonWriter out(line);
-  out.beginObject();
-  out.member("text", text);
-  out.key("result");
-  writeResult(out, result);
-  out.endObject();
-  return line;
+  return jsonObject([&](JsonWriter& out) {
+    out.member("text", text);
+    out.key("result");
+    writeResult(out, result);
+  });
 }
 
 std::string friendlyResult(const ZelvoraResult& result, const Style& style) {

@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include <ZelvoraSDK/routing/learning_store.h>
@@ -21,13 +22,10 @@ int runChoose(const ChooseOptions& options) {
   const auto count = store.recordChoice(key, options.screenId);
   if (!count) throw UsageError("the pick of " + options.screenId + " could not be recorded");
   if (options.common.json) {
-    std::string line;
-    JsonWriter out(line);
-    out.beginObject();
-    out.member("screenId", options.screenId);
-    out.member("count", *count);
-    out.endObject();
-    std::cout << line << '\n';
+    std::cout << jsonObject([&](JsonWriter& out) {
+      out.member("screenId", options.screenId);
+      out.member("count", *count);
+    }) << '\n';
   } else {
     std::cout << options.screenId << ", picked so far: " << *count << '\n';
   }

@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <boost/asio/post.hpp>
 #include <string>
 #include <vector>

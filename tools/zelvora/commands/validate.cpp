@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -36,13 +37,10 @@ void print(const std::filesystem::path& file, const std::vector<std::string>& pr
     if (problems.empty()) std::cerr << file.string() << ": no problems\n";
     return;
   }
-  std::string line;
-  JsonWriter out(line);
-  out.beginObject();
-  out.member("file", file.string());
-  out.member("problems", problems);
-  out.endObject();
-  std::cout << line << '\n';
+  std::cout << jsonObject([&](JsonWriter& out) {
+    out.member("file", file.string());
+    out.member("problems", problems);
+  }) << '\n';
 }
 
 int runValidate(const ValidateOptions& options) {

@@ -65,12 +65,7 @@ Reply transcribe(const BackendOptions& options, const Request& request) {
   if (request.audio.empty()) return {400, "The form has no part \"audio\", or an empty one"};
   try {
     const auto text = options.transcriber(request.audio, request.locale);
-    std::string answer;
-    JsonWriter out(answer);
-    out.beginObject();
-    out.member("text", text.value_or(""));
-    out.endObject();
-    return {200, answer};
+    return {200, jsonObject([&](JsonWriter& out) { out.member("text", text.value_or("")); })};
   } catch (const Error& error) {
     return {400, error.description()};
   }

@@ -39,15 +39,12 @@ void writeChoices(JsonWriter& out, const std::vector<Destination>& items,
 
 std::string catalogueAnswer(const std::vector<Destination>& items, std::string_view query) {
   const std::vector<Hit> hits = search(items, query, "en");
-  std::string answer;
-  JsonWriter out(answer);
-  out.beginObject();
-  if (!hits.empty() && hits.front().confidence >= kNavigateConfidence)
-    writeNavigation(out, items[hits.front().index], hits.front().confidence);
-  else
-    writeChoices(out, items, hits);
-  out.endObject();
-  return answer;
+  return jsonObject([&](JsonWriter& out) {
+    if (!hits.empty() && hits.front().confidence >= kNavigateConfidence)
+      writeNavigation(out, items[hits.front().index], hits.front().confidence);
+    else
+      writeChoices(out, items, hits);
+  });
 }
 
 }  // namespace zelvora::serve

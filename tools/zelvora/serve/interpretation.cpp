@@ -59,17 +59,14 @@ std::string interpretationAnswer(const std::vector<Destination>& destinations,
                                  std::string_view text, std::string_view locale) {
   const std::vector<Hit> hits = search(destinations, text, locale);
   const double best = hits.empty() ? 0 : hits.front().confidence;
-  std::string answer;
-  JsonWriter out(answer);
-  out.beginObject();
-  if (best >= kExecuteConfidence)
-    writeExecution(out, destinations[hits.front().index], best);
-  else if (best >= kChoicesConfidence)
-    writeChoices(out, destinations, hits);
-  else
-    writeUnsupported(out);
-  out.endObject();
-  return answer;
+  return jsonObject([&](JsonWriter& out) {
+    if (best >= kExecuteConfidence)
+      writeExecution(out, destinations[hits.front().index], best);
+    else if (best >= kChoicesConfidence)
+      writeChoices(out, destinations, hits);
+    else
+      writeUnsupported(out);
+  });
 }
 
 }  // namespace zelvora::serve
