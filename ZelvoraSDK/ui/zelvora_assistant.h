@@ -1,0 +1,122 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+#include <QtQml/QQmlParserStatus>
+#include <QtQml/QtQml>
+#include <functional>
+#include <memory>
+
+#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/ui/choice_value.h>
+#include <ZelvoraSDK/ui/mic_state.h>
+#include <ZelvoraSDK/ui/outcome_value.h>
+#include <ZelvoraSDK/ui/voice_phase.h>
+
+namespace zelvora {
+
+/// The façade as an object that QML can watch: give it the folder of an application bundle and the
+/// name of its spec, or hand it a façade from C++. A capture that ends by itself is routed.
+///
+/// Lives in the main thread, which is the platform's main executor.
+class ZelvoraAssistant : public QObject, public QQmlParserStatus {
+  Q_OBJECT
+  Q_INTERFACES(QQmlParserStatus)
+  QML_ELEMENT
+  Q_PROPERTY(QString bundle MEMBER bundle_ NOTIFY applicationChanged)
+  Q_PROPERTY(QString spec MEMBER spec_ NOTIFY applicationChanged)
+  Q_PROPERTY(ZelvoraMicState::State state READ state NOTIFY stateChanged)
+  Q_PROPERTY(zelvora::OutcomeValue lastOutcome READ lastOutcome NOTIFY lastOutcomeChanged)
+  Q_PROPERTY(QString say READ say NOTIFY lastOutcomeChanged)
+  Q_PROPERTY(QVariantList choices READ choices NOTIFY choicesChanged)
+  Q_PROPERTY(QString partialText READ partialText NOTIFY partialTextChanged)
+  Q_PROPERTY(double audioLevel READ audioLevel NOTIFY audioLevelChanged)
+  Q_PROPERTY(QString error READ error NOTIFY errorChanged)
+  Q_PROPERTY(bool permissionDenied READ permissionDenied NOTIFY permissionDeniedChanged)
+
+ public:
+  explicit ZelvoraAssistant(QObject* parent = nullptr);
+  ~ZelvoraAssistant() override;
+
+  /// Takes the façade's callbacks for itself. Fatal when it holds one already.
+  void hold(std::shared_ptr<Zelvora> facade);
+  /// For a `MeteredAudioEngineFactory`: feeds `audioLevel`. Callable from any thread, also when the
+  /// assistant is gone. `main` is the platform's main executor.
+  [[nodiscard]] std::function<void(float level)> levelListener(asio::any_io_executor main);
+
+  [[nodiscard]] ZelvoraMicState::State state() const;
+  [[nodiscard]] const OutcomeValue& lastOutcome() const { return lastOutcome_; }
+  [[nodiscard]] QString say() const { return lastOutcome_.say; }
+  /// What the user may pick from; empty but for a time after an outcome that asks.
+  [[nodiscard]] const QVariantList& choices() const { return choices_; }
+  /// What has been understood of the command that is being spoken.
+  [[nodiscard]] const QString& partialText() const { return partialText_; }
+  /// How loud the microphone is, 1 for full scale; 0 while nothing is heard.
+  [[nodiscard]] double audioLevel() const { return audioLevel_; }
+  /// What the recogniser has to complain of; empty when nothing.
+  [[nodiscard]] const QString& error() const { return error_; }
+  /// Whether the user, when asked last, refused the microphone.
+  [[nodiscard]] bool permissionDenied() const { return permissionDenied_; }
+
+  /// Routes a typed command.
+  Q_INVOKABLE void route(const QString& text);
+  /// Begins to listen, or stops and routes what was heard. Nothing happens while an outcome is
+  /// awaited.
+  Q_INVOKABLE void tapMic();
+  /// Stops and routes what was heard, if it listens.
+  Q_INVOKABLE void stop();
+  /// Counts the user's pick, so that it ranks higher the next time, and opens its screen.
+  Q_INVOKABLE void choose(const zelvora::ChoiceValue& choice);
+  /// Lets go of the choices without a pick.
+  Q_INVOKABLE void dismissChoices();
+
+  void classBegin() override {}
+  void componentComplete() override;
+
+ Q_SIGNALS:
+  // One for each outcome.
+  void execute(const QString& screenId, const QVariantMap& params, const QString& say);
+  void present(const QString& presentationId, const QVariantMap& params, const QString& say);
+  void offer(const QVariantList& choices, const QString& say);
+  void unsupported(const QString& say);
+
+  void applicationChanged();
+  void stateChanged();
+  void lastOutcomeChanged();
+  void choicesChanged();
+  void partialTextChanged();
+  void audioLevelChanged();
+  void errorChanged();
+  void permissionDeniedChanged();
+
+ private:
+  std::shared_ptr<Zelvora> makeFacade();
+  void watch();
+  void happen(VoiceEvent event);
+  void finish();
+  void deliver(const ZelvoraResult& result);
+  void setChoices(const QVariantList& choices);
+  void setPartialText(const QString& text);
+  void setAudioLevel(double level);
+  void setPermissionDenied(bool denied);
+
+  QString bundle_;
+  QString spec_;
+  std::shared_ptr<Zelvora> facade_;
+  ObservableObjectPublisher::Subscription watching_;
+
+  VoicePhase phase_ = VoicePhase::resting;
+  bool wasRecording_ = false;
+  int awaitedOutcomes_ = 0;
+  QString transcriptBefore_;  ///< The recogniser keeps it until the first word of a new command.
+
+  OutcomeValue lastOutcome_;
+  QVariantList choices_;
+  QString partialText_;
+  double audioLevel_ = 0;
+  QString error_;
+  bool permissionDenied_ = false;
+};
+
+}  // namespace zelvora

@@ -1,0 +1,262 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlEngine>
+#include <QtTest/QTest>
+#include <algorithm>
+
+#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/ui/platform_provider.h>
+#include <ZelvoraSDK/ui/zelvora_assistant.h>
+#include <adapters/qt/qt_main_executor.h>
+#include <tests/facade/small_spec.h>
+#include <tests/support/memory_bundle.h>
+#include <tests/support/recording_url_session.h>
+#include <tests/support/speech_stand_ins.h>
+#include <tests/support/temporary_folder.h>
+
+namespace zelvora {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class QtExecutors final : public Executors {
+ public:
+  asio::any_io_executor main() override { return main_.executor(); }
+  asio::any_io_executor background() override { return pool_.executor(); }
+  void stopBackground() override { pool_.stop(); }
+
+ private:
+  QtMainExecutor main_;
+  WorkerPool pool_{2};
+};
+
+/// Notes what is counted.
+class NotedDefaults final : public UserDefaults {
+ public:
+  explicit NotedDefaults(std::shared_ptr<testing::Journal> journal)
+      : journal_(std::move(journal)) {}
+
+  std::int64_t integer(const std::string& /*key*/) override { return 0; }
+  std::int64_t increment(const std::string& key) override {
+    journal_->note("counted " + key);
+    return 1;
+  }
+
+ private:
+  std::shared_ptr<testing::Journal> journal_;
+};
+
+/// An assistant made by QML on a platform in the test's hands, and what it says.
+class Assistant : public ::testing::Test {
+ protected:
+  Assistant() {
+    bundle_->strings = {{"ZelvoraPublishableKey", "key"}, {"ZelvoraSTTMode", "localOnly"}};
+    bundle_->resources = {{"shop.json", folder_.write("shop.json", testing::smallSpec())}};
+    setPlatformProvider(engine_, [this](const ZelvoraApplication& application) {
+      asked_ = application.bundle.toStdString() + " " + application.spec.toStdString();
+      return platform();
+    });
+  }
+  ~Assistant() override {
+    assistant_.reset();
+    executors_->stopBackground();
+  }
+
+  [[nodiscard]] Platform platform() const {
+    return {.executors = executors_,
+            .clock = std::make_shared<SystemClock>(),
+            .log = standIns_.journal,
+            .defaults = std::make_shared<NotedDefaults>(standIns_.journal),
+            .bundle = bundle_,
+            .urlSession = std::make_shared<testing::RecordingUrlSession>(),
+            .speech = standIns_.platform()};
+  }
+
+  ZelvoraAssistant& make() {
+    QQmlComponent component(&engine_);
+    component.setData(
+        "import Zelvora\n"
+        "ZelvoraAssistant { bundle: 'apps/shop'; spec: 'shop' }",
+        {});
+    assistant_.reset(qobject_cast<ZelvoraAssistant*>(component.create()));
+    if (!assistant_) throw std::runtime_error(qPrintable(component.errorString()));
+    listenTo(*assistant_);
+    return *assistant_;
+  }
+
+  void listenTo(ZelvoraAssistant& assistant) {
+    QObject::connect(&assistant, &ZelvoraAssistant::stateChanged,
+                     [this, &assistant] { states_.push_back(assistant.state()); });
+    QObject::connect(&assistant, &ZelvoraAssistant::execute,
+                     [this](const QString& screenId, const QVariantMap& params,
+                            const QString& say) { note("execute", screenId, params, say); });
+    QObject::connect(&assistant, &ZelvoraAssistant::present,
+                     [this](const QString& presentationId, const QVariantMap& params,
+                            const QString& say) { note("present", presentationId, params, say); });
+    QObject::connect(&assistant, &ZelvoraAssistant::unsupported,
+                     [this](const QString& say) { note("unsupported", {}, {}, say); });
+  }
+
+  void note(const char* kind, const QString& target, const QVariantMap& params,
+            const QString& say) {
+    QString line = QLatin1String(kind) + QLatin1Char(' ') + target;
+    for (auto at = params.begin(); at != params.end(); ++at)
+      line += QStringLiteral(" %1=%2").arg(at.key(), at.value().toString());
+    told_.push_back((line + QStringLiteral(": ") + say).toStdString());
+  }
+
+  /// Lets the event loop turn until `condition()`.
+  template <class Condition>
+  static void await(Condition condition) {
+    ASSERT_TRUE(QTest::qWaitFor(condition, 20000));
+  }
+  void beginListening(ZelvoraAssistant& assistant) {
+    assistant.tapMic();
+    await([&] { return assistant.state() == ZelvoraMicState::Listening; });
+  }
+
+  testing::TemporaryFolder folder_;
+  testing::SpeechStandIns standIns_;
+  std::shared_ptr<QtExecutors> executors_ = std::make_shared<QtExecutors>();
+  std::shared_ptr<testing::MemoryBundle> bundle_ = std::make_shared<testing::MemoryBundle>();
+  QQmlEngine engine_;
+  std::unique_ptr<ZelvoraAssistant> assistant_;
+  std::string asked_;
+  std::vector<int> states_;
+  std::vector<std::string> told_;
+};
+
+TEST_F(Assistant, RoutesTypedCommandsAndTellsEachOutcomeByItsSignal) {
+  ZelvoraAssistant& assistant = make();
+  EXPECT_EQ(asked_, "apps/shop shop");
+  assistant.route(QStringLiteral("open my cart"));
+  EXPECT_EQ(assistant.state(), ZelvoraMicState::Processing);
+  await([&] { return told_.size() == 1; });
+  EXPECT_EQ(assistant.lastOutcome().kind, QStringLiteral("execute"));
+  EXPECT_EQ(assistant.lastOutcome().taskId, QStringLiteral("cart"));
+  EXPECT_EQ(assistant.say(), QStringLiteral("Navigating to: Cart"));
+  assistant.route(QStringLiteral("show the spring promotion"));
+  await([&] { return told_.size() == 2; });
+  assistant.route(QStringLiteral(" "));
+  await([&] { return told_.size() == 3; });
+  EXPECT_THAT(told_, ElementsAre("execute cart_screen tab=items: Navigating to: Cart",
+                                 "present promo_sheet: Navigating to: Promotion",
+                                 "unsupported : Type or say something 🙂"));
+  EXPECT_THAT(states_, ElementsAre(2, 0, 2, 0, 2, 0));
+}
+
+TEST_F(Assistant, OpensTheScreenOfAPickAndCountsIt) {
+  ZelvoraAssistant& assistant = make();
+  assistant.choose(ChoiceValue(ZelvoraChoice{
+      .taskId = "cart", .title = "Cart", .screenId = "cart_screen", .params = Params{{"a", "b"}}}));
+  EXPECT_THAT(told_, ElementsAre("execute cart_screen a=b: "));
+  assistant.choose(ChoiceValue(ZelvoraChoice{.taskId = "cart", .title = "Cart"}));
+  EXPECT_EQ(told_.size(), 1U) << "a choice without a screen opens none";
+  await([&] {
+    return std::ranges::any_of(standIns_.journal->take(),
+                               [](const auto& line) { return line.starts_with("counted "); });
+  });
+}
+
+TEST_F(Assistant, HearsACommandAndShowsHowItGoes) {
+  ZelvoraAssistant& assistant = make();
+  standIns_.recognizer->lateResult = {
+      .text = "open my cart", .segments = {{"open my cart", 0.9}}, .isFinal = true};
+  beginListening(assistant);
+  standIns_.microphone->play(std::vector<float>(1024, 0.5F));
+  await([&] { return assistant.audioLevel() == 0.5; });
+  standIns_.recognizer->say({.text = "open"});
+  await([&] { return assistant.partialText() == QStringLiteral("open"); });
+  assistant.tapMic();
+  EXPECT_EQ(assistant.state(), ZelvoraMicState::Processing);
+  EXPECT_EQ(assistant.audioLevel(), 0);
+  assistant.tapMic();  // while an outcome is awaited: nothing
+  await([&] { return assistant.state() == ZelvoraMicState::Idle; });
+  EXPECT_THAT(told_, ElementsAre("execute cart_screen tab=items: Navigating to: Cart"));
+  EXPECT_THAT(states_, ElementsAre(1, 2, 0));
+
+  // What was said before is not what is being said now.
+  beginListening(assistant);
+  EXPECT_EQ(assistant.partialText(), QString());
+}
+
+TEST_F(Assistant, RoutesACaptureThatEndsByItselfOnce) {
+  ZelvoraAssistant& assistant = make();
+  beginListening(assistant);
+  standIns_.microphone->vanish(Error("Test", 7, "unplugged"));
+  await([&] { return !told_.empty(); });
+  EXPECT_EQ(assistant.error(), QStringLiteral("unplugged"));
+  EXPECT_EQ(assistant.state(), ZelvoraMicState::Idle);
+  assistant.stop();  // nothing listens
+  assistant.route(QStringLiteral("open my cart"));
+  await([&] { return told_.size() > 1; });
+  EXPECT_THAT(told_, ElementsAre("unsupported : No speech detected",
+                                 "execute cart_screen tab=items: Navigating to: Cart"));
+}
+
+TEST_F(Assistant, TellsThatTheMicrophoneWasRefused) {
+  standIns_.permissions->microphone = false;
+  ZelvoraAssistant& assistant = make();
+  assistant.tapMic();
+  await([&] { return !told_.empty(); });
+  EXPECT_THAT(told_, ElementsAre("unsupported : Microphone permission denied"));
+  EXPECT_TRUE(assistant.permissionDenied());
+  EXPECT_THAT(states_, IsEmpty());
+
+  standIns_.permissions->microphone = true;
+  beginListening(assistant);
+  EXPECT_FALSE(assistant.permissionDenied());
+}
+
+TEST_F(Assistant, StaysIdleWithoutAMicrophoneOrWhenSpeechIsDisabled) {
+  standIns_.microphone->startFailure = Error("Test", 3, "the microphone is taken");
+  ZelvoraAssistant& assistant = make();
+  assistant.tapMic();
+  await([&] { return !assistant.error().isEmpty(); });
+  EXPECT_EQ(assistant.error(), QStringLiteral("the microphone is taken"));
+  standIns_.microphone->startFailure.reset();
+  beginListening(assistant);
+
+  bundle_->strings["ZelvoraSTTMode"] = "disabled";
+  ZelvoraAssistant& mute = make();
+  mute.tapMic();
+  mute.route(QStringLiteral("open my cart"));
+  await([&] { return !told_.empty(); });
+  EXPECT_EQ(mute.state(), ZelvoraMicState::Idle);
+}
+
+TEST_F(Assistant, IsWiredToAButtonInTenLinesOfQml) {
+  QQmlComponent component(
+      &engine_, QUrl::fromLocalFile(QStringLiteral(ZELVORA_SOURCE_DIR "/examples/mic/Main.qml")));
+  const std::unique_ptr<QObject> window(component.create());
+  ASSERT_TRUE(window) << qPrintable(component.errorString());
+  standIns_.recognizer->lateResult = {
+      .text = "open my cart", .segments = {{"open my cart", 0.9}}, .isFinal = true};
+  auto* assistant = window->findChild<ZelvoraAssistant*>();
+  auto* button = window->findChild<QObject*>(QStringLiteral("button"));
+  QMetaObject::invokeMethod(button, "clicked");
+  await([&] { return assistant->state() == ZelvoraMicState::Listening; });
+  QMetaObject::invokeMethod(button, "clicked");
+  await([&] { return assistant->state() == ZelvoraMicState::Idle; });
+  EXPECT_EQ(window->findChild<QObject*>(QStringLiteral("screen"))->property("text"),
+            QStringLiteral("cart_screen"));
+}
+
+TEST_F(Assistant, TakesAFacadeFromTheProgramAndLetsGoOfIt) {
+  const auto facade = std::make_shared<Zelvora>(platform(), Zelvora::SpecResource{"shop"});
+  assistant_ = std::make_unique<ZelvoraAssistant>();
+  listenTo(*assistant_);
+  assistant_->hold(facade);
+  EXPECT_DEATH(assistant_->hold(facade),
+               "Fatal error: ZelvoraAssistant: it holds a façade already");
+  facade->routeAndCallback("open my cart");
+  await([&] { return told_.size() == 1; });
+  assistant_.reset();
+  EXPECT_FALSE(facade->onResult);
+}
+
+}  // namespace
+}  // namespace zelvora
