@@ -1,24 +1,30 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zelvora
 
 /// A round microphone button at the bottom trailing corner of whatever contains it.
 Item {
     id: root
 
-    /// A ZelvoraMicState. It takes the place of Item's own `state`, which names a State of QML.
+    /// A ZelvoraMicState. It stands in for Item's own `state`, which names a State of QML.
     property int state: ZelvoraMicState.Idle
     property zelvoraMicStyle style
+    /// Takes the place of the round face when set.
+    property Component content: null
+    /// The item behind the button, for a material that blurs it.
+    property Item backdrop: null
+    /// On, the halo stands still.
+    property bool reducedMotion: false
+    /// Enlarges the caption.
+    property real textScale: 1
 
     signal tap()
 
-    readonly property string caption: [style.idleLabel, style.listeningLabel,
-                                       style.processingLabel][state]
-
     width: parent ? parent.width : implicitWidth
     height: parent ? parent.height : implicitHeight
+    implicitWidth: button.implicitWidth + style.trailingPadding
+    implicitHeight: button.implicitHeight + style.bottomPadding
 
-    T.AbstractButton {
+    PlainButton {
         id: button
 
         objectName: "button"
@@ -26,19 +32,32 @@ Item {
             right: parent.right; rightMargin: root.style.trailingPadding
             bottom: parent.bottom; bottomMargin: root.style.bottomPadding
         }
-        implicitWidth: contentItem.implicitWidth
-        implicitHeight: contentItem.implicitHeight
+        text: [root.style.idleLabel, root.style.listeningLabel,
+               root.style.processingLabel][root.state]
+        focusRadius: root.style.showsText ? 12 : width / 2
         onClicked: root.tap()
 
-        contentItem: Item {
-            implicitWidth: root.style.size
-            implicitHeight: root.style.size
+        contentItem: Column {
+            spacing: 6
 
-            Material { anchors.fill: parent; radius: width / 2 }
-            StateSymbol {
-                anchors.centerIn: parent
+            MicFace {
+                objectName: "face"
+                anchors.horizontalCenter: parent.horizontalCenter
                 voiceState: root.state
-                pixelSize: root.style.size * 0.4
+                style: root.style
+                content: root.content
+                backdrop: root.backdrop
+                reducedMotion: root.reducedMotion
+            }
+            Text {
+                objectName: "caption"
+                anchors.horizontalCenter: parent.horizontalCenter
+                visible: root.style.showsText
+                text: button.text
+                color: root.palette.windowText
+                opacity: 0.6
+                font.pixelSize: 13 * root.textScale
+                Accessible.ignored: true
             }
         }
     }

@@ -1,4 +1,3 @@
-import QtQuick
 import Zelvora
 
 /// The symbol of a voice state, as large as a system symbol in a font of `pixelSize`.

@@ -1,0 +1,49 @@
+import QtQuick
+import Qt5Compat.GraphicalEffects // qmllint disable import
+import Zelvora
+
+/// What lies behind a material, blurred and cut to its shape.
+Item {
+    id: blur
+
+    required property Material material
+
+    ShaderEffectSource {
+        id: behind
+
+        anchors.fill: parent
+        visible: false
+        sourceItem: blur.material.backdrop
+        // qmllint disable
+        sourceRect: {
+            // mapToItem() tells nobody when its answer changes; these do.
+            const moves = [blur.width, blur.height, sourceItem.width, sourceItem.height,
+                           blur.material.parent.x, blur.material.parent.y];
+            return blur.mapToItem(sourceItem, 0, 0, blur.width, blur.height);
+        }
+        // qmllint enable
+    }
+
+    FastBlur {
+        id: blurred
+
+        anchors.fill: parent
+        visible: false
+        source: behind
+        radius: 32
+    }
+
+    Rectangle {
+        id: shape
+
+        anchors.fill: parent
+        visible: false
+        radius: blur.material.radius
+    }
+
+    OpacityMask {
+        anchors.fill: parent
+        source: blurred
+        maskSource: shape
+    }
+}
