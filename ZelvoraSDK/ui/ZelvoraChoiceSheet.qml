@@ -95,6 +95,7 @@ T.StackView {
 
             function walk(step) {
                 currentIndex = Math.max(0, Math.min(count - 1, currentIndex + step));
+                positionViewAtIndex(currentIndex, ListView.Contain);
                 currentItem.forceActiveFocus(Qt.TabFocusReason); // qmllint disable
             }
         }

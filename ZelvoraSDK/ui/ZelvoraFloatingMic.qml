@@ -82,14 +82,14 @@ Item {
 
             Loader {
                 readonly property var badge: root.badge
-                readonly property bool shown: badge !== null && badge !== undefined
 
                 anchors {
                     horizontalCenter: parent.right; horizontalCenterOffset: pill.mirrored ? 8 : -8
                     verticalCenter: parent.top; verticalCenterOffset: 6
                 }
                 objectName: "badge"
-                onBadgeChanged: setSource(shown ? "ZelvoraBadgeView.qml" : "", {type: badge ?? 0})
+                onBadgeChanged: setSource(Number.isInteger(badge) ? "ZelvoraBadgeView.qml" : "",
+                                          {type: badge})
             }
         }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QtGui/QFont>
 #include <QtGui/QGuiApplication>
 
 int main(int argc, char** argv) {
@@ -8,6 +9,7 @@ int main(int argc, char** argv) {
   qputenv("QT_QUICK_BACKEND", "software");
   qputenv("QSG_RENDER_LOOP", "basic");
   const QGuiApplication application(argc, argv);
+  QGuiApplication::setFont(QFont(QStringLiteral("Inter")));  // that of the pictures
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

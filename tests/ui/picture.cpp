@@ -1,14 +1,6 @@
 #include <tests/ui/picture.h>
 
-#include <QtGui/QFontDatabase>
-#include <QtGui/QGuiApplication>
-#include <QtQml/QQmlComponent>
-#include <QtQml/QQmlEngine>
-#include <QtQuick/QQuickItem>
-#include <QtQuick/QQuickRenderControl>
-#include <QtQuick/QQuickRenderTarget>
-#include <QtQuick/QQuickWindow>
-#include <stdexcept>
+#include <tests/ui/stage.h>
 
 namespace zelvora {
 namespace {
@@ -26,42 +18,6 @@ QByteArray onGround(const QByteArray& inside, const char* look) {
   return QByteArray("import QtQuick\nimport Zelvora\nRectangle {") + look + inside + "\n}";
 }
 
-/// The scene's items, and what draws them into an image.
-class Stage {
- public:
-  explicit Stage(const Picture& picture) : window_(&control_) {
-    QQmlComponent component(&engine_);
-    component.setData(picture.qml, QUrl(picture.name + QStringLiteral(".qml")));
-    root_.reset(qobject_cast<QQuickItem*>(component.create()));
-    if (!root_) throw std::runtime_error(qPrintable(component.errorString()));
-    root_->setSize(picture.size);
-    root_->setParentItem(window_.contentItem());
-    window_.contentItem()->setSize(picture.size);
-    window_.setGeometry(QRect(QPoint(), picture.size));
-  }
-
-  QImage draw(double pixelRatio) {
-    QImage image(window_.size() * pixelRatio, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(pixelRatio);
-    image.fill(Qt::transparent);
-    QQuickRenderTarget target = QQuickRenderTarget::fromPaintDevice(&image);
-    target.setDevicePixelRatio(pixelRatio);
-    window_.setRenderTarget(target);
-    control_.polishItems();
-    control_.beginFrame();
-    control_.sync();
-    control_.render();
-    control_.endFrame();
-    return image;
-  }
-
- private:
-  QQuickRenderControl control_;
-  QQuickWindow window_;
-  QQmlEngine engine_;
-  std::unique_ptr<QQuickItem> root_;
-};
-
 }  // namespace
 
 std::vector<Picture> pictures() {
@@ -70,7 +26,8 @@ std::vector<Picture> pictures() {
     const char* qml;
     QSize size;
   } rows[] = {
-      {"mic-button", R"(
+      {"mic-button",
+       R"(
         component Cell: Item {
           property alias state: mic.state
           property alias style: mic.style
@@ -83,7 +40,8 @@ std::vector<Picture> pictures() {
           Cell { state: ZelvoraMicState.Processing }
         })",
        {390, 132}},
-      {"mic-button-captions", R"(
+      {"mic-button-captions",
+       R"(
         component Cell: Item {
           property alias state: mic.state
           width: 130; height: 140
@@ -95,7 +53,8 @@ std::vector<Picture> pictures() {
           Cell { state: ZelvoraMicState.Processing }
         })",
        {390, 140}},
-      {"floating-mic", R"(
+      {"floating-mic",
+       R"(
         Grid {
           anchors.centerIn: parent; columns: 2; spacing: 34
           ZelvoraFloatingMic {}
@@ -105,14 +64,16 @@ std::vector<Picture> pictures() {
           ZelvoraFloatingMic { badge: ZelvoraBadgeType.Failure }
         })",
        {440, 270}},
-      {"badges", R"(
+      {"badges",
+       R"(
         Row {
           anchors.centerIn: parent; spacing: 24
           ZelvoraBadgeView { type: ZelvoraBadgeType.Success }
           ZelvoraBadgeView { type: ZelvoraBadgeType.Failure }
         })",
        {160, 64}},
-      {"choice-sheet", R"(
+      {"choice-sheet",
+       R"(
         ZelvoraChoiceSheet {
           anchors { fill: parent; topMargin: 8 }
           title: 'Which one?'
@@ -132,7 +93,7 @@ std::vector<Picture> pictures() {
 }
 
 QImage render(const Picture& picture, double pixelRatio) {
-  return Stage(picture).draw(pixelRatio);
+  return Stage(picture.qml, picture.size).draw(pixelRatio);
 }
 
 }  // namespace zelvora

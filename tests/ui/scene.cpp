@@ -2,11 +2,40 @@
 
 #include <gtest/gtest.h>
 
+#include <QtCore/QCoreApplication>
+#include <QtGui/QAccessible>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
 #include <QtTest/QTest>
+#include <stdexcept>
 
 namespace zelvora {
+namespace {
+
+QQuickItem* visibleBelow(QQuickItem* item, const QString& objectName) {
+  if (!item->isVisible()) return nullptr;
+  if (item->objectName() == objectName) return item;
+  for (QQuickItem* child : item->childItems())
+    if (QQuickItem* found = visibleBelow(child, objectName)) return found;
+  return nullptr;
+}
+
+}  // namespace
+
+void AnimationClock::pass(qint64 milliseconds, qint64 frame) {
+  for (const qint64 end = now_ + milliseconds; now_ < end;) {
+    // An animation starts from the event loop.
+    QCoreApplication::processEvents();
+    now_ += std::min(frame, end - now_);
+    advance();
+  }
+  QCoreApplication::processEvents();
+}
+
+void AnimationClock::start() {
+  start_ = now_;
+  QAnimationDriver::start();
+}
 
 Scene::Scene(const QByteArray& qml, QSize size) : view_(std::make_unique<QQuickView>()) {
   QObject::connect(view_->engine(), &QQmlEngine::warnings, [](const QList<QQmlError>& warnings) {
@@ -20,18 +49,40 @@ Scene::Scene(const QByteArray& qml, QSize size) : view_(std::make_unique<QQuickV
   view_->setResizeMode(QQuickView::SizeRootObjectToView);
   view_->resize(size);
   view_->show();
-  if (!QTest::qWaitForWindowExposed(view_.get())) throw std::runtime_error("no window");
+  view_->requestActivate();
+  if (!QTest::qWaitForWindowActive(view_.get())) throw std::runtime_error("no window");
+  QCoreApplication::processEvents();
+}
+
+QQuickItem* Scene::find(const char* objectName) const {
+  return visibleBelow(root(), QLatin1String(objectName));
 }
 
 QQuickItem* Scene::item(const char* objectName) const {
-  auto* found = root()->findChild<QQuickItem*>(QLatin1String(objectName));
-  if (!found) throw std::runtime_error(std::string("no item ") + objectName);
-  return found;
+  if (QQuickItem* found = find(objectName)) return found;
+  throw std::runtime_error(std::string("no item ") + objectName);
 }
 
 QRectF Scene::place(const char* objectName) const {
   const QQuickItem* found = item(objectName);
   return found->mapRectToScene(QRectF(0, 0, found->width(), found->height()));
+}
+
+void Scene::tap(QPointF at) const {
+  QTest::mouseClick(view_.get(), Qt::LeftButton, {}, at.toPoint());
+}
+
+Spoken spoken(QQuickItem* item) {
+  QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
+  // Qt hides an ignored item from the tree by not listing it below its parent.
+  QAccessibleInterface* above = face ? face->parent() : nullptr;
+  if (!face || !above || above->indexOfChild(face) < 0) return {.hidden = true};
+  return {face->text(QAccessible::Name), face->role()};
+}
+
+void pressByScreenReader(QQuickItem* item) {
+  QAccessible::queryAccessibleInterface(item)->actionInterface()->doAction(
+      QAccessibleActionInterface::pressAction());
 }
 
 }  // namespace zelvora

@@ -13,7 +13,7 @@ Item {
     // Sized instead of scaled: the software renderer scales a circle to a ragged one.
     Rectangle {
         objectName: "halo"
-        anchors.centerIn: parent
+        anchors { centerIn: parent; alignWhenCentered: false }
         width: root.size * (1 + 0.35 * root.phase)
         height: width
         radius: width / 2

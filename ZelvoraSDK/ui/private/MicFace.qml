@@ -12,8 +12,8 @@ Item {
     property Item backdrop: null
     property bool reducedMotion: false
 
-    implicitWidth: custom.item ? custom.width : style.size
-    implicitHeight: custom.item ? custom.height : style.size
+    implicitWidth: custom.item ? (custom.item as Item).width : style.size
+    implicitHeight: custom.item ? (custom.item as Item).height : style.size
 
     Loader {
         anchors.fill: parent

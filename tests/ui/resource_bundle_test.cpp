@@ -1,0 +1,21 @@
+#include <gtest/gtest.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QTemporaryDir>
+
+#include <ZelvoraSDK/ui/private/resource_bundle.h>
+
+namespace zelvora {
+namespace {
+
+TEST(ResourceBundle, IsTheFirstThatIsThere) {
+  const QTemporaryDir empty, first, second;
+  for (const QTemporaryDir* place : {&first, &second})
+    ASSERT_TRUE(QDir(place->path()).mkdir("ZelvoraSDK_ZelvoraSDK.bundle"));
+  EXPECT_EQ(findResourceBundle({empty.path(), first.path(), second.path()}),
+            first.filePath("ZelvoraSDK_ZelvoraSDK.bundle"));
+  EXPECT_EQ(findResourceBundle({empty.path()}), QString());
+}
+
+}  // namespace
+}  // namespace zelvora

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtGui/QImage>
+#include <QtQml/QQmlEngine>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickRenderControl>
+#include <QtQuick/QQuickWindow>
+#include <memory>
+
+namespace zelvora {
+
+/// A window that is drawn into an image, when it is told to and not otherwise.
+class Stage {
+ public:
+  /// Holds the item that the document `qml` declares, in points. Throws when it can't be made.
+  Stage(const QByteArray& qml, QSize size);
+
+  /// Draws at so many pixels a point, the same bytes each time.
+  QImage draw(double pixelRatio);
+
+  [[nodiscard]] QQuickItem* root() const { return root_.get(); }
+  /// Tells by its signals that a new frame is called for.
+  QQuickRenderControl& control() { return control_; }
+  [[nodiscard]] QQuickWindow& window() { return window_; }
+
+ private:
+  QQuickRenderControl control_;
+  QQuickWindow window_;
+  QQmlEngine engine_;
+  std::unique_ptr<QQuickItem> root_;
+};
+
+}  // namespace zelvora
