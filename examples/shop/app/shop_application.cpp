@@ -1,0 +1,91 @@
+#include "shop_application.h"
+
+#include <QEvent>
+#include <QFont>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QtQml/QQmlExtensionPlugin>
+
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/facade/settings.h>
+#include <ZelvoraSDK/facade/spoken_phrases.h>
+#include <ZelvoraSDK/spec/spec_loader.h>
+#include <ZelvoraSDK/ui/platform_provider.h>
+#include <adapters/plist/plist_bundle.h>
+
+#include "glyph_provider.h"
+
+Q_IMPORT_QML_PLUGIN(ShopPlugin)
+
+namespace zelvora::shop {
+namespace {
+
+/// The shop has no backend: what the device does not understand is not understood.
+class NoBackend final : public UrlSession {
+ public:
+  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
+    throw Error("Shop", 1, "I did not understand that. Say it another way?");
+    co_return UrlResponse{};
+  }
+};
+
+std::vector<std::string> phrasesToExpect(const AppBundle& bundle) {
+  return recognitionVocabulary(requireSpecResource("shop", bundle),
+                               settingsFromPropertyList(bundle).locale);
+}
+
+Platform platformFor(const ShopOptions& options, const asio::any_io_executor& main) {
+  const PlistBundle bundle(options.bundle);
+  HostOptions host{.bundle = options.bundle,
+                   .dataFolder = options.dataFolder,
+                   .log = options.log,
+                   .speech = HostSpeechOptions{.vocabulary = phrasesToExpect(bundle)}};
+  Platform platform = hostPlatform(main, host);
+  platform.urlSession = std::make_shared<NoBackend>();
+  return platform;
+}
+
+}  // namespace
+
+ShopApplication::ShopApplication(const ShopOptions& options)
+    : platform_(platformFor(options, main_.executor())),
+      replies_(platform_.speech->synthesizers, settingsFromPropertyList(*platform_.bundle).locale),
+      window_(std::make_unique<QQuickView>()) {
+  QQmlEngine& engine = *window_->engine();
+  engine.addImportPath(QStringLiteral(ZELVORA_QML_FOLDER));
+  engine.addImageProvider(QStringLiteral("glyphs"), new GlyphProvider);
+  setPlatformProvider(engine, [this](const ZelvoraApplication&) { return platform_; });
+  window_->setTitle(QStringLiteral("Meadow"));
+  window_->setResizeMode(QQuickView::SizeRootObjectToView);
+  window_->setInitialProperties(
+      {{QStringLiteral("bundle"), QString::fromStdString(options.bundle.string())},
+       {QStringLiteral("replies"), QVariant::fromValue<QObject*>(&replies_)}});
+  window_->setSource(QStringLiteral("qrc:/qt-project.org/imports/Shop/Main.qml"));
+  if (!window_->rootObject()) throw Error("Shop", 2, "the shop's screens can't be loaded");
+  window_->resize(390, 844);
+}
+
+ShopApplication::~ShopApplication() {
+  clearScreens();
+  window_.reset();
+  platform_.executors->stopBackground();  // it may not outlive the main executor
+}
+
+/// Qt's software renderer lets go of a picture only when it paints once more without it.
+void ShopApplication::clearScreens() {
+  window_->setSource({});
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  window_->releaseResources();
+  window_->grabWindow();
+}
+
+QObject& ShopApplication::shop() const { return *window_->rootObject(); }
+
+void chooseTypeFace() {
+  QFont font;
+  font.setFamilies({QStringLiteral("Inter"), QStringLiteral("DejaVu Sans")});
+  QGuiApplication::setFont(font);
+}
+
+}  // namespace zelvora::shop

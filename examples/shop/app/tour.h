@@ -1,0 +1,13 @@
+#pragma once
+
+#include <filesystem>
+
+#include "shop_application.h"
+
+namespace zelvora::shop {
+
+/// Walks through the shop by typed commands and paints what is seen on the way to PNG files in
+/// `folder`, which is made. Throws Error when a command leads nowhere.
+void paintTour(ShopApplication& application, const std::filesystem::path& folder);
+
+}  // namespace zelvora::shop
