@@ -8,6 +8,7 @@
 #include <QtTest/QTest>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@
 #include <ZelvoraSDK/ui/choice_value.h>
 #include <ZelvoraSDK/ui/zelvora_assistant.h>
 #include <examples/shop/app/shop_application.h>
+#include <examples/shop/app/tour.h>
 #include <tests/sound/sound_files.h>
 #include <tests/support/sound_server.h>
 #include <tests/support/speech_stand_ins.h>
@@ -165,6 +167,15 @@ TEST_F(ShopApp, HasAScreenOrAPresentationForEachTaskOfItsSpec) {
                               Q_ARG(QVariant, QVariantMap()));
     EXPECT_EQ(screen(), screenId.toStdString()) << name;
   }
+}
+
+TEST_F(ShopApp, PaintsATourByDayAndByNight) {
+  paintTour(app_, folder_.path() / "tour");
+  std::set<std::string> pictures;
+  for (const auto& entry : std::filesystem::directory_iterator(folder_.path() / "tour"))
+    pictures.insert(readFile(entry.path()));
+  // Only the two pictures of one screen, with and without what was answered, might be alike.
+  EXPECT_GT(pictures.size(), 50U);
 }
 
 TEST(ReplySpeaker, SaysAnswersUnlessItIsMuted) {
