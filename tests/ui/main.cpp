@@ -8,6 +8,7 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("QT_QUICK_BACKEND", "software");
   qputenv("QSG_RENDER_LOOP", "basic");
+  qputenv("QT_NO_GLIB", "1");  // its descriptors confuse the thread sanitizer
   const QGuiApplication application(argc, argv);
   QGuiApplication::setFont(QFont(QStringLiteral("Inter")));  // that of the pictures
   ::testing::InitGoogleTest(&argc, argv);
