@@ -54,9 +54,9 @@ TEST(PocketsphinxRecognizer, UnderstandsTheCommandsOfItsVocabulary) {
   const struct {
     const char* command;
     Voice voice;
-  } rows[] = {{"open my cart", Voice::slt},   {"track my order", Voice::rms},
-              {"gift cards", Voice::kal16},   {"opening hours", Voice::slt},
-              {"privacy policy", Voice::rms}, {"open the settings", Voice::slt}};
+  } rows[] = {{"open my cart", Voice::slt},   {"track my order", Voice::slt},
+              {"gift cards", Voice::kal16},   {"opening hours", Voice::rms},
+              {"privacy policy", Voice::rms}, {"open the settings", Voice::kal16}};
   for (const auto& row : rows) {
     const Heard heard = hear(*recognizer, spoken(row.command, row.voice));
     ASSERT_EQ(heard.finals.size(), 1U) << row.command;
@@ -116,8 +116,7 @@ TEST(PocketsphinxRecognizer, HearsTheSameInTheSameSoundWhateverCameBefore) {
 
 TEST(PocketsphinxRecognizer, LearnsAWordThatNoDictionaryHas) {
   const Heard heard = hear(*english(), spoken("show zelvoriento"));
-  // The synthetic voice's last breath may add a word of its own.
-  EXPECT_TRUE(heard.finals.at(0).text.starts_with("show zelvoriento")) << heard.finals[0].text;
+  EXPECT_EQ(heard.finals.at(0).text, "show zelvoriento");
 }
 
 TEST(PocketsphinxRecognizer, HasHandedOverTheLastResultWhenFinishReturns) {

@@ -37,6 +37,8 @@ struct DeleteWave {
 }  // namespace
 
 std::vector<std::int16_t> spoken(const std::string& text, Voice voice) {
+  // The voices draw their breath from the process-wide generator.
+  std::srand(1);
   const std::unique_ptr<cst_wave, DeleteWave> wave(
       flite_text_to_wave(text.c_str(), voiceOf(voice)));
   if (!wave || wave->sample_rate != kRate) std::abort();
