@@ -118,12 +118,21 @@ TEST_F(ShopApp, OpensTheScreenThatIsAskedForAloud) {
   tap(item("button"));
   await([&] { return assistant().state() == ZelvoraMicState::Listening; });
   const auto player = sound_.play(clip, "mic");
+  await([&] { return assistant().audioLevel() > 0.05; });
   // Nobody taps again: the silence after the command ends it.
   await([&] { return assistant().state() == ZelvoraMicState::Idle; });
   EXPECT_THAT(states_, ElementsAre(ZelvoraMicState::Listening, ZelvoraMicState::Processing,
                                    ZelvoraMicState::Idle));
   EXPECT_EQ(screen(), "parcel") << assistant().say().toStdString();
   EXPECT_EQ(parameter("order"), "latest");
+}
+
+TEST_F(ShopApp, SaysThatThereIsNoMicrophone) {
+  sound_.unplugMicrophone();
+  tap(item("button"));
+  await([&] { return item("answer").property("text") == QStringLiteral("No mic input"); });
+  EXPECT_EQ(item("answerBadge").property("type"), ZelvoraBadgeType::Failure);
+  EXPECT_TRUE(states_.empty());
 }
 
 TEST_F(ShopApp, RanksAPickHigherTheNextTime) {

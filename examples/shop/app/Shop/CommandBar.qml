@@ -35,6 +35,15 @@ Rectangle {
         border.width: field.activeFocus || bar.listening ? 2 : 0
         border.color: Theme.accent
 
+        Rectangle {
+            x: 26
+            y: parent.height - 7
+            width: (parent.width - 52) * Math.min(1, 4 * bar.assistant.audioLevel)
+            height: 3
+            radius: 1.5
+            visible: bar.listening
+            color: Theme.accent
+        }
         TextInput {
             id: field
 

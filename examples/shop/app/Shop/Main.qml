@@ -56,6 +56,8 @@ Rectangle {
         bundle: shop.bundle
         spec: "shop"
         onStateChanged: if (state === ZelvoraMicState.Listening) shop.replies.hush()
+        // A capture that could not begin ends in no outcome.
+        onErrorChanged: if (error !== "") banner.show(error, ZelvoraBadgeType.Failure)
         onExecute: (screenId, params, say) => {
             shop.open(screenId, params)
             shop.answer(say, ZelvoraBadgeType.Success)
@@ -86,6 +88,7 @@ Rectangle {
         anchors.bottom: bar.top
         width: parent.width
         replies: shop.replies
+        assistant: assistant
         onPresent: presentationId => shop.present(presentationId)
     }
     CommandBar {

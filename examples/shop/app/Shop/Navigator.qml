@@ -1,10 +1,12 @@
 import QtQuick
+import Zelvora
 
 /// The screens that were opened one from another; the last one is seen.
 Item {
     id: navigator
 
     required property var replies
+    required property ZelvoraAssistant assistant
     property var history: [{ screenId: "main", params: {} }]
     readonly property string screenId: history[history.length - 1].screenId
     readonly property var params: history[history.length - 1].params
@@ -29,6 +31,7 @@ Item {
         const given = { params: navigator.params }
         if (Lists.of[screenId]) given.list = Lists.of[screenId]
         if (screenId === "setup") given.replies = replies
+        if (screenId === "query") given.assistant = assistant
         loader.setSource(Screens.screenSource(screenId), given)
         entrance.from = 36 * direction
         entrance.restart()

@@ -60,6 +60,7 @@ Item {
     Label {
         id: words
 
+        objectName: "answer"
         anchors.left: mark.right
         anchors.leftMargin: 12
         anchors.right: parent.right

@@ -1,12 +1,14 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Zelvora
 
 /// Looking for a product by its name.
 Page {
     id: page
 
-    property alias text: field.text
+    required property ZelvoraAssistant assistant
+    readonly property string last: assistant.lastOutcome.kind
 
     Rectangle {
         width: parent.width
@@ -59,6 +61,15 @@ Page {
                 onClicked: field.text = modelData
             }
         }
+    }
+    ZelvoraFloatingMic {
+        visible: field.text === ""
+        state: page.assistant.state
+        badge: page.last === "" ? null : page.last === "unsupported" ? ZelvoraBadgeType.Failure
+                                                                      : ZelvoraBadgeType.Success
+        palette.windowText: Theme.accent
+        onTap: page.assistant.tapMic()
+        onStopTap: page.assistant.stop()
     }
     Heading {
         width: parent.width
