@@ -100,26 +100,14 @@ Item {
             width: 29
             height: 29
 
-            PlainButton {
-                objectName: "stop"
+            Loader {
                 anchors.centerIn: parent
-                visible: root.state === ZelvoraFloatingMic.Listening
-                text: "Stop"
-                padding: 6
-                focusRadius: height / 2
-                onClicked: root.stopTap()
-
-                background: Material {
-                    radius: height / 2
-                    ultraThin: true
-                    border { width: 1; color: Qt.rgba(1, 1, 1, 0.18) }
-                    backdrop: root.backdrop
-                }
-                contentItem: Symbol {
-                    implicitWidth: 17
-                    implicitHeight: 17
-                    name: "stop.fill"
-                    color: root.palette.windowText
+                active: root.state === ZelvoraFloatingMic.Listening
+                source: "private/StopButton.qml"
+                onLoaded: {
+                    const stop = item as StopButton;
+                    stop.backdrop = Qt.binding(() => root.backdrop);
+                    stop.clicked.connect(root.stopTap);
                 }
             }
         }

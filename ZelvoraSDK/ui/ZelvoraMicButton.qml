@@ -44,7 +44,8 @@ Item {
                 objectName: "face"
                 anchors.horizontalCenter: parent.horizontalCenter
                 voiceState: root.state
-                style: root.style
+                size: root.style.size
+                pulses: root.style.showsPulseWhileListening
                 content: root.content
                 backdrop: root.backdrop
                 reducedMotion: root.reducedMotion

@@ -18,18 +18,22 @@ Stage::Stage(const QByteArray& qml, QSize size) : window_(&control_) {
 }
 
 QImage Stage::draw(double pixelRatio) {
-  QImage image(window_.size() * pixelRatio, QImage::Format_ARGB32_Premultiplied);
-  image.setDevicePixelRatio(pixelRatio);
-  image.fill(Qt::transparent);
-  QQuickRenderTarget target = QQuickRenderTarget::fromPaintDevice(&image);
+  image_ = QImage(window_.size() * pixelRatio, QImage::Format_ARGB32_Premultiplied);
+  image_.setDevicePixelRatio(pixelRatio);
+  image_.fill(Qt::transparent);
+  QQuickRenderTarget target = QQuickRenderTarget::fromPaintDevice(&image_);
   target.setDevicePixelRatio(pixelRatio);
   window_.setRenderTarget(target);
+  redraw();
+  return image_;
+}
+
+void Stage::redraw() {
   control_.polishItems();
   control_.beginFrame();
   control_.sync();
   control_.render();
   control_.endFrame();
-  return image;
 }
 
 }  // namespace zelvora

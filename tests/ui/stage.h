@@ -19,12 +19,16 @@ class Stage {
   /// Draws at so many pixels a point, the same bytes each time.
   QImage draw(double pixelRatio);
 
+  /// Draws what has changed since draw() into the same image.
+  void redraw();
+
   [[nodiscard]] QQuickItem* root() const { return root_.get(); }
   /// Tells by its signals that a new frame is called for.
   QQuickRenderControl& control() { return control_; }
   [[nodiscard]] QQuickWindow& window() { return window_; }
 
  private:
+  QImage image_;
   QQuickRenderControl control_;
   QQuickWindow window_;
   QQmlEngine engine_;

@@ -6,17 +6,19 @@ import Zelvora
 Item {
     id: blur
 
-    required property Material material
+    property Material material: null
 
     ShaderEffectSource {
         id: behind
 
         anchors.fill: parent
         visible: false
-        sourceItem: blur.material.backdrop
+        sourceItem: blur.material?.backdrop ?? null
         // qmllint disable
         sourceRect: {
             // mapToItem() tells nobody when its answer changes; these do.
+            if (!sourceItem)
+                return Qt.rect(0, 0, 0, 0);
             const moves = [blur.width, blur.height, sourceItem.width, sourceItem.height,
                            blur.material.parent.x, blur.material.parent.y];
             return blur.mapToItem(sourceItem, 0, 0, blur.width, blur.height);
@@ -38,7 +40,7 @@ Item {
 
         anchors.fill: parent
         visible: false
-        radius: blur.material.radius
+        radius: blur.material?.radius ?? 0
     }
 
     OpacityMask {

@@ -20,13 +20,8 @@ Item {
         anchors.fill: parent
         active: material.backdrop !== null
                 && GraphicsInfo.shaderType !== GraphicsInfo.UnknownShadingLanguage
-        onActiveChanged: load()
-        Component.onCompleted: load()
-
-        function load() {
-            if (active && source == "")
-                setSource("Blur.qml", {material: material});
-        }
+        source: "Blur.qml"
+        onLoaded: (item as Blur).material = material
     }
 
     Rectangle {

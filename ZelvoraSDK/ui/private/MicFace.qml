@@ -7,20 +7,21 @@ Item {
     id: root
 
     property int voiceState: ZelvoraMicState.Idle
-    property zelvoraMicStyle style
+    property real size: 64
+    property bool pulses: true
     property Component content: null
     property Item backdrop: null
     property bool reducedMotion: false
 
-    implicitWidth: custom.item ? (custom.item as Item).width : style.size
-    implicitHeight: custom.item ? (custom.item as Item).height : style.size
+    implicitWidth: custom.item ? (custom.item as Item).width : size
+    implicitHeight: custom.item ? (custom.item as Item).height : size
 
     Loader {
         anchors.fill: parent
-        active: root.voiceState === ZelvoraMicState.Listening && root.style.showsPulseWhileListening
+        active: root.voiceState === ZelvoraMicState.Listening && root.pulses
         source: "Halo.qml"
         onLoaded: {
-            (item as Halo).size = Qt.binding(() => root.style.size);
+            (item as Halo).size = Qt.binding(() => root.size);
             (item as Halo).pulses = Qt.binding(() => !root.reducedMotion);
         }
     }
@@ -34,7 +35,7 @@ Item {
 
     Item {
         anchors.centerIn: parent
-        width: root.style.size
+        width: root.size
         height: width
         visible: !root.content
 
@@ -55,7 +56,7 @@ Item {
             objectName: "symbol"
             anchors.centerIn: parent
             voiceState: root.voiceState
-            pixelSize: root.style.size * 0.4
+            pixelSize: root.size * 0.4
         }
     }
 }

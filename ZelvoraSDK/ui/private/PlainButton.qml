@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Zelvora
 
 /// A button that looks like its content alone. Its `text` is what a screen reader says.
 T.AbstractButton {
@@ -39,11 +40,10 @@ T.AbstractButton {
         }
     }
 
-    Rectangle {
+    Loader {
         anchors { fill: parent; margins: -3 }
-        visible: button.visualFocus
-        color: "transparent"
-        radius: button.focusRadius + 3
-        border { width: 2; color: button.palette.highlight }
+        active: button.visualFocus
+        source: "FocusRing.qml"
+        onLoaded: (item as FocusRing).radius = Qt.binding(() => button.focusRadius + 3)
     }
 }

@@ -2,7 +2,6 @@
 
 #include <QtGui/QColor>
 #include <QtQuick/QQuickPaintedItem>
-#include <QtSvg/QSvgRenderer>
 
 namespace zelvora {
 
@@ -30,7 +29,6 @@ class Symbol : public QQuickPaintedItem {
  private:
   QString name_;
   QColor color_ = Qt::black;
-  QSvgRenderer drawing_;
 };
 
 }  // namespace zelvora

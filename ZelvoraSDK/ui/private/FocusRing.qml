@@ -1,0 +1,7 @@
+import QtQuick
+
+/// Shows which button the keyboard presses.
+Rectangle {
+    color: "transparent"
+    border { width: 2; color: palette.highlight }
+}
