@@ -1,6 +1,7 @@
 #include <benchmarks/voice/clips.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <fstream>
@@ -19,6 +20,7 @@ using testing::spoken;
 using testing::Voice;
 
 constexpr std::size_t kCommands = 30;
+constexpr std::array kVoices{Voice::slt, Voice::rms, Voice::kal16};
 constexpr std::size_t kTwoSeconds = 32000;
 constexpr const char* kRecordings = "/usr/share/pocketsphinx/test/data/";
 
@@ -49,8 +51,7 @@ std::vector<std::string> wordsOf(const std::string& text) {
 }
 
 void addVoices(std::vector<Clip>& clips, const std::string& text, const std::string& screenId) {
-  for (const Voice voice : {Voice::slt, Voice::rms, Voice::kal16})
-    clips.push_back({wordsOf(text), screenId, spoken(text, voice)});
+  for (const Voice voice : kVoices) clips.push_back({wordsOf(text), screenId, spoken(text, voice)});
 }
 
 template <class Wave>
@@ -91,10 +92,23 @@ void addRecordings(std::vector<Clip>& clips, const std::string& folder, const ch
 
 }  // namespace
 
-std::vector<Clip> commandClips() {
+std::vector<Clip> commandClips(const RuntimeSpec& spec,
+                               const std::function<std::string(const std::string&)>& screenOf) {
+  std::vector<Clip> clips;
+  for (const RuntimeSpec::Task& task : spec.tasksRaw) {
+    if (clips.size() == kCommands * kVoices.size()) break;
+    const auto* examples = task.examplesByLocale ? task.examplesByLocale->find(kLocale) : nullptr;
+    if (examples && !examples->empty())
+      addVoices(clips, examples->front(), screenOf(examples->front()));
+  }
+  return clips;
+}
+
+std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary) {
+  const std::vector<sphinx::Sentence> known = sphinx::spokenSentences(vocabulary);
   std::vector<Clip> clips;
   std::ifstream lines(ZELVORA_SOURCE_DIR "/examples/shop/utterances.tsv");
-  for (std::string line; clips.size() < kCommands * 3 && std::getline(lines, line);) {
+  for (std::string line; clips.size() < kCommands * kVoices.size() && std::getline(lines, line);) {
     std::istringstream fields(line);
     std::string text;
     std::string locale;
@@ -104,7 +118,8 @@ std::vector<Clip> commandClips() {
     std::getline(fields, locale, '\t');
     std::getline(fields, kind, '\t');
     std::getline(fields, target, '\t');
-    if (locale == "en-US" && kind == "execute") addVoices(clips, text, target);
+    if (locale == kLocale && kind == "execute" && !std::ranges::count(known, wordsOf(text)))
+      addVoices(clips, text, target);
   }
   return clips;
 }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
+
+#include <ZelvoraSDK/spec/runtime_spec.h>
 
 namespace zelvora::bench {
 
@@ -13,9 +16,16 @@ struct Clip {
   std::vector<std::int16_t> samples;
 };
 
-/// The first thirty English commands of the table of utterances, each by three voices.
-std::vector<Clip> commandClips();
-/// Twenty sentences that are no commands of a shop, each by three voices.
+inline constexpr const char* kLocale = "en-US";
+
+/// The first English example of each of the spec's first thirty tasks, by three voices; each should
+/// open what `screenOf` its text opens.
+std::vector<Clip> commandClips(const RuntimeSpec& spec,
+                               const std::function<std::string(const std::string&)>& screenOf);
+/// The first thirty English commands of the table of utterances that are no phrase of the
+/// vocabulary, by three voices.
+std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary);
+/// Twenty sentences that are no commands of a shop, by three voices.
 std::vector<Clip> strangeClips();
 /// Silence, noise of several strengths, a tone and clicks.
 std::vector<Clip> wordlessClips();

@@ -17,14 +17,16 @@
 #include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/spec/spec_resolution.h>
 #include <adapters/pocketsphinx/private/decoder.h>
 #include <benchmarks/timing.h>
+#include <benchmarks/voice/captures.h>
 #include <benchmarks/voice/clips.h>
+#include <benchmarks/voice/silent_log.h>
 
 namespace zelvora::bench {
 namespace {
 
-constexpr const char* kLocale = "en-US";
 constexpr double kBelievable = 0.65;
 constexpr std::size_t kBuffer = 1024;
 
@@ -41,11 +43,6 @@ double residentMegabytes() {
   file >> total >> resident;
   return resident * 4096 / 1e6;
 }
-
-class SilentLog final : public LogSink {
- public:
-  void write(std::string_view /*line*/) override {}
-};
 
 /// The device's part of the text pipeline.
 class Router {
@@ -145,13 +142,22 @@ void print(const char* model, const char* kind, const Tally& tally) {
   std::fflush(stdout);
 }
 
+/// All that is heard, made once for both models.
+struct Sounds {
+  std::vector<Clip> commands;
+  std::vector<Clip> paraphrases;
+  std::vector<Clip> strange = strangeClips();
+  std::vector<Clip> wordless = wordlessClips();
+  std::vector<Clip> human = humanClips();
+};
+
 struct Measured {
   Tally commands;
   Tally strange;
 };
 
 Measured measure(const char* model, const std::vector<std::string>& vocabulary,
-                 const Router& router) {
+                 const Sounds& sounds, const Router& router) {
   const double before = residentMegabytes();
   const double start = threadSeconds();
   sphinx::Decoder decoder(vocabulary);
@@ -162,13 +168,26 @@ Measured measure(const char* model, const std::vector<std::string>& vocabulary,
     print(model, kind, tally);
     return tally;
   };
-  Measured measured{.commands = tallyOf("commands", commandClips()),
-                    .strange = tallyOf("out of domain", strangeClips())};
-  tallyOf("wordless", wordlessClips());
-  tallyOf("human", humanClips());
+  Measured measured{.commands = tallyOf("commands", sounds.commands)};
+  tallyOf("paraphrases", sounds.paraphrases);
+  measured.strange = tallyOf("out of domain", sounds.strange);
+  tallyOf("wordless", sounds.wordless);
+  tallyOf("human", sounds.human);
   std::printf("%-6s loaded in %.2f s of processor time; %.0f MB more resident at the end\n", model,
               loading, residentMegabytes() - before);
   return measured;
+}
+
+void printEndpointing(const std::vector<Clip>& commands,
+                      const std::vector<std::string>& vocabulary) {
+  constexpr std::size_t kCaptures = 12;
+  const std::vector<Clip> first(
+      commands.begin(),
+      commands.begin() + static_cast<std::ptrdiff_t>(std::min(kCaptures, commands.size())));
+  const std::vector<double> delays = endpointingDelays(first, vocabulary);
+  std::printf(
+      "end of voice to end of capture, %zu commands in real time: median %.2f s, p95 %.2f s\n",
+      delays.size(), quantile(delays, 0.5), quantile(delays, 0.95));
 }
 
 bool judge(const char* what, double value, double limit, bool atLeast) {
@@ -199,11 +218,17 @@ int main() {
   using namespace zelvora;
   const AnyEncodable spec = bench::shop();
   const bench::Router router(spec);
+  const auto vocabulary = recognitionVocabulary(spec, bench::kLocale);
+  const bench::Sounds sounds{.commands = bench::commandClips(
+                                 *resolveSpec(spec).value().runtimeSpec,
+                                 [&](const std::string& text) { return router.screenOf(text); }),
+                             .paraphrases = bench::paraphraseClips(vocabulary)};
   std::printf(
       "model  sound        clips  WER %% exact%%  heard believed  right  wrong  final ms  (p95)    "
       "RTF\n");
-  const auto stock = bench::measure("stock", {}, router);
-  const auto mixed = bench::measure("mixed", recognitionVocabulary(spec, bench::kLocale), router);
+  const auto stock = bench::measure("stock", {}, sounds, router);
+  const auto mixed = bench::measure("mixed", vocabulary, sounds, router);
+  bench::printEndpointing(sounds.commands, vocabulary);
   std::printf("\n");
   return bench::judge(stock, mixed) ? 0 : 1;
 }
