@@ -16,11 +16,12 @@ Item {
         sourceItem: blur.material?.backdrop ?? null
         // qmllint disable
         sourceRect: {
-            // mapToItem() tells nobody when its answer changes; these do.
             if (!sourceItem)
                 return Qt.rect(0, 0, 0, 0);
-            const moves = [blur.width, blur.height, sourceItem.width, sourceItem.height,
-                           blur.material.parent.x, blur.material.parent.y];
+            // mapToItem() tells nobody when its answer changes; what is read here does.
+            const places = [blur.width, blur.height];
+            for (let item = blur.material; item; item = item.parent)
+                places.push(item.x, item.y);
             return blur.mapToItem(sourceItem, 0, 0, blur.width, blur.height);
         }
         // qmllint enable
