@@ -84,7 +84,7 @@ Item {
                 readonly property var badge: root.badge
 
                 anchors {
-                    horizontalCenter: parent.right; horizontalCenterOffset: pill.mirrored ? 8 : -8
+                    horizontalCenter: parent.right; horizontalCenterOffset: -8
                     verticalCenter: parent.top; verticalCenterOffset: 6
                 }
                 objectName: "badge"

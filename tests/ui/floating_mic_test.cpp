@@ -66,7 +66,7 @@ TEST(FloatingMic, RunsTheOtherWayWhenMirrored) {
   EXPECT_EQ(scene.place("symbolFrame").right(), scene.place("pill").right() - 14);
   EXPECT_LT(scene.place("word").right(), scene.place("symbolFrame").left());
   EXPECT_LT(scene.place("stop").right(), scene.place("pill").left());
-  EXPECT_LT(scene.place("badge").left(), scene.place("pill").left());
+  EXPECT_EQ(scene.place("image").center().x(), scene.place("pill").left() + 8);
 }
 
 TEST(FloatingMic, TellsOfItsTwoButtons) {

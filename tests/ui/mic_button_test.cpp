@@ -123,7 +123,9 @@ TEST(MicButton, TellsOfTapsKeysAndPressesByAScreenReader) {
   const Scene scene(micButton(""));
   scene.tap("button");
   EXPECT_EQ(scene.get("taps"), 1);
+  EXPECT_EQ(scene.find("focusRing"), nullptr);
   scene.item("button")->forceActiveFocus(Qt::TabFocusReason);
+  EXPECT_EQ(scene.place("focusRing"), scene.place("button").adjusted(-3, -3, 3, 3));
   for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
     QTest::keyClick(scene.window(), key);
   EXPECT_EQ(scene.get("taps"), 4);
