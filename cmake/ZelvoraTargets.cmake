@@ -36,6 +36,34 @@ target_link_libraries(zelvora_boost INTERFACE Boost::headers Threads::Threads)
 target_compile_definitions(zelvora_boost INTERFACE BOOST_ASIO_NO_DEPRECATED)
 install(TARGETS zelvora_boost EXPORT ZelvoraSDK)
 
+# zelvora_precompiled(NAME TYPE HEADERS … USES …): headers that most files read, for the targets that
+# say zelvora_precompile(TARGET NAME). They shorten builds from nothing; what they do to caches of
+# compilers, to warnings and to forgotten includes is why they are not the rule. TYPE is STATIC or
+# EXECUTABLE, whose code is made differently.
+function(zelvora_precompiled name type)
+  cmake_parse_arguments(arg "" "" "HEADERS;USES" ${ARGN})
+  if(NOT ZELVORA_PRECOMPILE_HEADERS)
+    return()
+  endif()
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  file(CONFIGURE OUTPUT ${source} CONTENT "int main() {}\n")
+  if(type STREQUAL EXECUTABLE)
+    add_executable(${name} ${source})
+  else()
+    add_library(${name} ${type} ${source})
+  endif()
+  target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+  target_link_libraries(${name} PRIVATE zelvora_flags ${arg_USES})
+endfunction()
+
+function(zelvora_precompile target name)
+  if(ZELVORA_PRECOMPILE_HEADERS)
+    target_precompile_headers(${target} REUSE_FROM ${name})
+    # Where a library's own definitions forbid it, the headers are read as ever.
+    set_target_properties(${target} PROPERTIES PCH_WARN_INVALID OFF)
+  endif()
+endfunction()
+
 # zelvora_library(NAME SOURCES … USES …): one layer or adapter, as target zelvora_NAME, alias Zelvora::NAME.
 function(zelvora_library name)
   cmake_parse_arguments(arg "" "" "SOURCES;USES;PRIVATE" ${ARGN})
@@ -43,6 +71,7 @@ function(zelvora_library name)
     add_library(zelvora_${name} STATIC ${arg_SOURCES})
     set(scope PUBLIC)
     target_link_libraries(zelvora_${name} PRIVATE $<BUILD_INTERFACE:zelvora_flags> ${arg_PRIVATE})
+    zelvora_precompile(zelvora_${name} zelvora_core_headers)
   else()
     add_library(zelvora_${name} INTERFACE)
     set(scope INTERFACE)
