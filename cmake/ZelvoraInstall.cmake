@@ -4,7 +4,7 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-install(DIRECTORY ZelvoraSDK adapters DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+install(DIRECTORY ZelvoraSDK DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING PATTERN *.h PATTERN private EXCLUDE)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZelvoraSDK)

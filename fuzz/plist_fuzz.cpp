@@ -7,7 +7,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
-#include <adapters/plist/property_list.h>
+#include <ZelvoraSDK/adapters/plist/property_list.h>
 
 namespace {
 

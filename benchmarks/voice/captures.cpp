@@ -10,9 +10,9 @@
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/speech/level.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
-#include <adapters/pocketsphinx/pocketsphinx_recognizer.h>
-#include <adapters/sndfile/file_microphone.h>
-#include <adapters/sndfile/sndfile_recordings.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
+#include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
+#include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 #include <benchmarks/voice/silent_log.h>
 #include <tests/support/temporary_folder.h>
 

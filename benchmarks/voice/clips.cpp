@@ -10,7 +10,7 @@
 #include <random>
 #include <sstream>
 
-#include <adapters/pocketsphinx/private/vocabulary.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
 #include <tests/support/synthetic_voice.h>
 
 namespace zelvora::bench {

@@ -18,7 +18,7 @@
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/spec_resolution.h>
-#include <adapters/pocketsphinx/private/decoder.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/voice/captures.h>
 #include <benchmarks/voice/clips.h>

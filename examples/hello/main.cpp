@@ -2,7 +2,7 @@
 
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/facade/zelvora.h>
-#include <adapters/host/host_platform.h>
+#include <ZelvoraSDK/adapters/host/host_platform.h>
 
 int main() {
   zelvora::MainLoop loop;

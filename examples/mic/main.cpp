@@ -2,8 +2,8 @@
 #include <QQuickView>
 
 #include <ZelvoraSDK/ui/platform_provider.h>
-#include <adapters/host/host_platform.h>
-#include <adapters/qt/qt_main_executor.h>
+#include <ZelvoraSDK/adapters/host/host_platform.h>
+#include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 
 int main(int argc, char** argv) {
   QGuiApplication application(argc, argv);

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/facade/zelvora.h>
-#include <adapters/curl/curl_url_session.h>
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <tests/support/scripted_server.h>
 
 #include "small_spec.h"

@@ -20,13 +20,13 @@ set(adapter     base async platform boost/)
 
 # may_include(FILE OUT): what an include in FILE may begin with.
 function(may_include file out)
-  string(REGEX MATCH "^(ZelvoraSDK|adapters)/([^/]+)/" folder "${file}")
+  string(REGEX MATCH "^ZelvoraSDK/(adapters/)?([^/]+)/" folder "${file}")
   set(room ${CMAKE_MATCH_2})
   if(folder STREQUAL "")
     set(uses "")  # a header at the top, for everyone: the standard library only
-  elseif(folder STREQUAL "adapters/host/")
-    set(uses ${adapter} adapters/)
-  elseif(folder MATCHES "^adapters/")
+  elseif(folder STREQUAL "ZelvoraSDK/adapters/host/")
+    set(uses ${adapter} ZelvoraSDK/adapters/)
+  elseif(folder MATCHES "^ZelvoraSDK/adapters/")
     set(uses ${adapter})
   elseif(room STREQUAL "ui" OR room IN_LIST layers)
     set(uses ${${room}})
@@ -44,16 +44,16 @@ function(is_allowed file include out)
     return()
   endif()
   # A private folder is for its own room, and no public header leads into it: it is not installed.
-  if(include MATCHES "^(ZelvoraSDK|adapters)/[^/]+/private/")
-    string(REGEX MATCH "^[^/]+/[^/]+/" room "${include}")
+  if(include MATCHES "^ZelvoraSDK/(adapters/)?[^/]+/private/")
+    string(REGEX MATCH "^ZelvoraSDK/(adapters/)?[^/]+/" room "${include}")
     if(NOT file MATCHES "^${room}(private/|.*\\.cpp$)")
       set(${out} FALSE PARENT_SCOPE)
     endif()
     return()
   endif()
   # Where an adapter keeps its library to itself it may read whatever that takes.
-  if(file MATCHES "^adapters/.*(\\.cpp|/private/[^/]*)$"
-     AND NOT include MATCHES "^(ZelvoraSDK|adapters|tools|tests|examples|benchmarks|fuzz)/")
+  if(file MATCHES "^ZelvoraSDK/adapters/.*(\\.cpp|/private/[^/]*)$"
+     AND NOT include MATCHES "^(ZelvoraSDK|tools|tests|examples|benchmarks|fuzz)/")
     return()
   endif()
   may_include(${file} beginnings)
@@ -66,8 +66,7 @@ function(is_allowed file include out)
   set(${out} FALSE PARENT_SCOPE)
 endfunction()
 
-file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/ZelvoraSDK/*.h ${ROOT}/ZelvoraSDK/*.cpp
-     ${ROOT}/adapters/*.h ${ROOT}/adapters/*.cpp)
+file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/ZelvoraSDK/*.h ${ROOT}/ZelvoraSDK/*.cpp)
 if(NOT files)
   message(FATAL_ERROR "no sources below '${ROOT}'")
 endif()

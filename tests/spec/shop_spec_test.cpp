@@ -19,7 +19,7 @@ using testing::Contains;
 using testing::IsEmpty;
 
 RuntimeSpec shopSpec() {
-  std::ifstream file(SHOP_SPEC, std::ios::binary);
+  std::ifstream file(ZELVORA_SOURCE_DIR "/examples/shop/shop.json", std::ios::binary);
   const std::string bytes(std::istreambuf_iterator<char>(file), {});
   return decodeJson<RuntimeSpec>(bytes);
 }

@@ -9,7 +9,7 @@
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/speech/cloud_stt.h>
-#include <adapters/curl/curl_url_session.h>
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <tests/support/scripted_server.h>
 
 namespace zelvora {

@@ -12,7 +12,7 @@
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/spec_loader.h>
-#include <adapters/host/host_platform.h>
+#include <ZelvoraSDK/adapters/host/host_platform.h>
 
 #include "example_spec.h"
 #include "input_file.h"

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include <ZelvoraSDK/platform/platform.h>
-#include <adapters/host/host_platform.h>
-#include <adapters/qt/qt_main_executor.h>
+#include <ZelvoraSDK/adapters/host/host_platform.h>
+#include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 
 #include "reply_speaker.h"
 

@@ -6,7 +6,7 @@
 
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/base/error.h>
-#include <adapters/curl/curl_url_session.h>
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <tests/support/scripted_server.h>
 
 namespace zelvora::test {

@@ -1,4 +1,4 @@
-#include <adapters/plist/property_list.h>
+#include <ZelvoraSDK/adapters/plist/property_list.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

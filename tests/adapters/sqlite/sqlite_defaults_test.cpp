@@ -1,4 +1,4 @@
-#include <adapters/sqlite/sqlite_defaults.h>
+#include <ZelvoraSDK/adapters/sqlite/sqlite_defaults.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -13,7 +13,7 @@
 #include "../usage_error.h"
 #ifdef ZELVORA_SPEECH
 #include <ZelvoraSDK/facade/spoken_phrases.h>
-#include <adapters/pocketsphinx/pocketsphinx_recognizer.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 
 #include "../serve/transcription.h"
 #endif

@@ -5,7 +5,7 @@
 
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/speech/voice_speaker.h>
-#include <adapters/speechd/speechd_synthesizer.h>
+#include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
 
 #include "../application.h"
 #include "../commands.h"

@@ -5,7 +5,7 @@
 
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
-#include <adapters/sndfile/sound_reader.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
 
 namespace zelvora::serve {
 namespace {

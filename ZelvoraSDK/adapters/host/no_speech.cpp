@@ -1,0 +1,12 @@
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/adapters/host/host_speech.h>
+
+// Stands in for host_speech.cpp where the libraries of sound are left out.
+
+namespace zelvora {
+
+SpeechPlatform hostSpeech(const HostSpeechOptions& /*options*/, Executors& /*executors*/) {
+  throw Error("ZelvoraHost", 1, "this build neither hears nor speaks");
+}
+
+}  // namespace zelvora

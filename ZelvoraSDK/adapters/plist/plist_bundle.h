@@ -1,0 +1,30 @@
+#pragma once
+
+#include <ZelvoraSDK/platform/app_bundle.h>
+#include <ZelvoraSDK/adapters/plist/property_list.h>
+
+namespace zelvora {
+
+/// An application bundle that is a folder: `Info.plist` holds the settings, and each other file
+/// directly in it is a resource. Immutable, callable from any thread.
+class PlistBundle final : public AppBundle {
+ public:
+  /// Reads the settings; a folder without `Info.plist` has none. Throws Error, with the path, when
+  /// there is no such folder or its list can't be read.
+  explicit PlistBundle(std::filesystem::path folder);
+
+  /// A name or an extension never leads out of the folder.
+  [[nodiscard]] std::optional<std::filesystem::path> resource(
+      const std::string& name, const std::string& extension) const override;
+  [[nodiscard]] std::optional<std::string> stringSetting(const std::string& key) const override;
+  [[nodiscard]] std::optional<double> numberSetting(const std::string& key) const override;
+  /// The setting "CFBundleIdentifier".
+  [[nodiscard]] std::optional<std::string> identifier() const override;
+  [[nodiscard]] std::string description() const override;
+
+ private:
+  std::filesystem::path folder_;
+  PropertyListEntries entries_;
+};
+
+}  // namespace zelvora

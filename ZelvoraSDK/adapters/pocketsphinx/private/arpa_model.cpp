@@ -1,0 +1,112 @@
+#include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <map>
+#include <numeric>
+
+namespace zelvora::sphinx {
+namespace {
+
+constexpr double kDiscount = 0.5;
+constexpr double kNever = -99;  ///< log10 of nothing, as the format writes it.
+constexpr std::size_t kOrder = 3;
+
+using Gram = std::vector<std::string>;
+/// What followed a history, and how often.
+using Followers = std::map<std::string, double>;
+/// By history, which has one word less than the order.
+using Counts = std::array<std::map<Gram, Followers>, kOrder>;
+
+Counts countOf(const std::vector<Sentence>& sentences) {
+  Counts counts;
+  for (const Sentence& sentence : sentences) {
+    Gram words{"<s>"};
+    words.insert(words.end(), sentence.begin(), sentence.end());
+    words.emplace_back("</s>");
+    for (std::ptrdiff_t end = 1; end < std::ssize(words); ++end)
+      for (std::ptrdiff_t past = 0; past < std::ptrdiff_t{kOrder} && past <= end; ++past)
+        ++counts[static_cast<std::size_t>(past)][Gram(
+            words.begin() + end - past, words.begin() + end)][words[static_cast<std::size_t>(end)]];
+  }
+  return counts;
+}
+
+double total(const Followers& followers) {
+  return std::accumulate(followers.begin(), followers.end(), 0.0,
+                         [](double sum, const auto& follower) { return sum + follower.second; });
+}
+
+class Model {
+ public:
+  explicit Model(const std::vector<Sentence>& sentences) : counts_(countOf(sentences)) {}
+
+  [[nodiscard]] std::string text() const {
+    std::array<std::string, kOrder> grams;
+    std::array<std::size_t, kOrder> sizes{};
+    for (std::size_t past = 0; past < kOrder; ++past)
+      for (const auto& [history, followers] : counts_[past])
+        for (const auto& [word, count] : followers) {
+          grams[past] += line(history, word, std::log10(probability(history, word)));
+          ++sizes[past];
+        }
+    grams[0] += line({}, "<s>", kNever);
+    ++sizes[0];
+    return assembled(grams, sizes);
+  }
+
+ private:
+  /// Of a word that followed `history`. No word gives anything up without a history: all are known.
+  [[nodiscard]] double probability(const Gram& history, const std::string& word) const {
+    const Followers& followers = counts_[history.size()].at(history);
+    const double given = history.empty() ? 0 : kDiscount;
+    return (followers.at(word) - given) / total(followers);
+  }
+
+  /// The factor on the probabilities after the shorter history, for words that never followed
+  /// `history`; 1 when nothing ever did.
+  [[nodiscard]] double backOff(const Gram& history) const {
+    const auto found = counts_[history.size()].find(history);
+    if (found == counts_[history.size()].end()) return 1;
+    const Followers& followers = found->second;
+    const Gram shorter(history.begin() + 1, history.end());
+    double left = 1;
+    for (const auto& [word, count] : followers) left -= probability(shorter, word);
+    const double given = kDiscount * static_cast<double>(followers.size()) / total(followers);
+    return left > 1e-9 ? given / left : 1;
+  }
+
+  [[nodiscard]] std::string line(const Gram& history, const std::string& word,
+                                 double logProbability) const {
+    std::array<char, 32> number{};
+    std::snprintf(number.data(), number.size(), "%.5f", logProbability);
+    std::string text = number.data();
+    Gram gram = history;
+    gram.push_back(word);
+    for (std::size_t i = 0; i < gram.size(); ++i) text += (i == 0 ? '\t' : ' ') + gram[i];
+    if (gram.size() < kOrder) {
+      std::snprintf(number.data(), number.size(), "\t%.5f", std::log10(backOff(gram)));
+      text += number.data();
+    }
+    return text + '\n';
+  }
+
+  static std::string assembled(const std::array<std::string, kOrder>& grams,
+                               const std::array<std::size_t, kOrder>& sizes) {
+    std::string text = "\\data\\\n";
+    for (std::size_t past = 0; past < kOrder; ++past)
+      text += "ngram " + std::to_string(past + 1) + "=" + std::to_string(sizes[past]) + '\n';
+    for (std::size_t past = 0; past < kOrder; ++past)
+      text += "\n\\" + std::to_string(past + 1) + "-grams:\n" + grams[past];
+    return text + "\n\\end\\\n";
+  }
+
+  Counts counts_;
+};
+
+}  // namespace
+
+std::string arpaTrigram(const std::vector<Sentence>& sentences) { return Model(sentences).text(); }
+
+}  // namespace zelvora::sphinx

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
+
+namespace zelvora::sphinx {
+
+/// A trigram model of the sentences in the ARPA format. What was seen gives up half a count each
+/// (absolute discounting), which is left to what was not. Pure.
+[[nodiscard]] std::string arpaTrigram(const std::vector<Sentence>& sentences);
+
+}  // namespace zelvora::sphinx

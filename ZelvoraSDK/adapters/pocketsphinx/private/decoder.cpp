@@ -1,0 +1,209 @@
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
+
+#include <pocketsphinx.h>
+#include <sphinxbase/cmn.h>
+#include <sphinxbase/err.h>
+#include <sphinxbase/feat.h>
+#include <sphinxbase/ngram_model.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/pronunciation.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
+
+namespace zelvora::sphinx {
+namespace {
+
+constexpr const char* kAcousticModel = ZELVORA_SPHINX_MODELS "/en-us/en-us";
+constexpr const char* kLanguageModel = ZELVORA_SPHINX_MODELS "/en-us/en-us.lm.bin";
+constexpr const char* kDictionary = ZELVORA_SPHINX_MODELS "/en-us/cmudict-en-us.dict";
+constexpr const char* kSearch = "zelvora";
+
+struct FreeConfig {
+  void operator()(cmd_ln_t* config) const { cmd_ln_free_r(config); }
+};
+struct FreeModel {
+  void operator()(ngram_model_t* model) const { ngram_model_free(model); }
+};
+using Model = std::unique_ptr<ngram_model_t, FreeModel>;
+
+Error cannotRead(const std::string& what) {
+  return {"ZelvoraSpeechRecognizer", 2, "The speech recogniser can't read its " + what};
+}
+
+/// A file in memory, for a library that reads models from files only.
+class MemoryFile {
+ public:
+  explicit MemoryFile(std::string_view content) : file_(memfd_create("model", MFD_CLOEXEC)) {
+    while (file_ >= 0 && !content.empty()) {
+      const ssize_t written = write(file_, content.data(), content.size());
+      if (written <= 0) break;
+      content.remove_prefix(static_cast<std::size_t>(written));
+    }
+    isComplete_ = file_ >= 0 && content.empty();
+  }
+  ~MemoryFile() {
+    if (file_ >= 0) close(file_);
+  }
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+
+  [[nodiscard]] bool isComplete() const { return isComplete_; }
+  [[nodiscard]] std::string path() const { return "/proc/self/fd/" + std::to_string(file_); }
+
+ private:
+  int file_;
+  bool isComplete_ = false;
+};
+
+void logNothing(void*, err_lvl_t, const char*, ...) {}
+
+ps_decoder_t* decoderWithoutSearch() {
+  err_set_callback(&logNothing, nullptr);
+  // The list of all settings goes past the callback.
+  err_set_logfp(nullptr);
+  // The second pass costs a tenth of a second after the last word, and more than 5,000 states a
+  // frame cost a sixth of all the time and help nothing.
+  const std::unique_ptr<cmd_ln_t, FreeConfig> config(
+      cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", kAcousticModel, "-dict", kDictionary,
+                  "-fwdflat", "no", "-bestpath", "yes", "-maxhmmpf", "5000", nullptr));
+  return config ? ps_init(config.get()) : nullptr;
+}
+
+/// Before the search is made, which looks words up once.
+void addPronunciations(ps_decoder_t* decoder, const std::vector<Sentence>& sentences) {
+  for (const Sentence& sentence : sentences)
+    for (const std::string& word : sentence) {
+      char* const known = ps_lookup_word(decoder, word.c_str());
+      const bool isKnown = known != nullptr;
+      std::free(known);
+      if (isKnown) continue;
+      if (const std::string phones = pronunciation(word); !phones.empty())
+        ps_add_word(decoder, word.c_str(), phones.c_str(), FALSE);
+    }
+}
+
+Model modelFrom(ps_decoder_t* decoder, const std::string& path, ngram_file_type_t type) {
+  return Model(
+      ngram_model_read(ps_get_config(decoder), path.c_str(), type, ps_get_logmath(decoder)));
+}
+
+/// The application's phrases and English at large, half and half.
+Model mixedModel(ps_decoder_t* decoder, const Model& general,
+                 const std::vector<Sentence>& sentences) {
+  const MemoryFile arpa(arpaTrigram(sentences));
+  const Model own = arpa.isComplete() ? modelFrom(decoder, arpa.path(), NGRAM_ARPA) : nullptr;
+  if (!own) throw cannotRead("vocabulary");
+  std::array<ngram_model_t*, 2> models{own.get(), general.get()};
+  std::string ownName = "application";
+  std::string generalName = "general";
+  std::array<char*, 2> names{ownName.data(), generalName.data()};
+  const std::array<float32, 2> weights{0.5F, 0.5F};
+  // The set counts its own references to both.
+  Model mixed(ngram_model_set_init(ps_get_config(decoder), models.data(), names.data(),
+                                   weights.data(), models.size()));
+  if (!mixed) throw cannotRead("vocabulary");
+  return mixed;
+}
+
+/// A word that was said, not silence or noise.
+bool isWord(std::string_view word) {
+  return !word.empty() && word[0] != '<' && word[0] != '[' && word[0] != '+';
+}
+
+/// "read(2)" names the second way of saying "read".
+std::string withoutVariant(std::string_view word) {
+  return std::string(word.substr(0, word.find('(')));
+}
+
+void addWord(SpeechResult& result, std::string word, double confidence) {
+  result.text += (result.text.empty() ? "" : " ") + word;
+  result.segments.push_back({std::move(word), confidence});
+}
+
+/// Takes up again the mean that the model came with; it drifts with what is heard.
+void resetMean(ps_decoder_t* decoder) {
+  std::vector<mfcc_t> mean(static_cast<std::size_t>(ps_get_feat(decoder)->cepsize));
+  const char* rest = cmd_ln_str_r(ps_get_config(decoder), "-cmninit");
+  for (mfcc_t& value : mean) {
+    if (!rest || !*rest) break;
+    char* end = nullptr;
+    value = std::strtof(rest, &end);
+    rest = *end == ',' ? end + 1 : end;
+  }
+  cmn_live_set(ps_get_feat(decoder)->cmn_struct, mean.data());
+}
+
+}  // namespace
+
+void Decoder::Free::operator()(ps_decoder_s* decoder) const { ps_free(decoder); }
+
+bool Decoder::isInstalled() {
+  std::error_code ignored;
+  return std::filesystem::exists(kAcousticModel, ignored) &&
+         std::filesystem::exists(kLanguageModel, ignored) &&
+         std::filesystem::exists(kDictionary, ignored);
+}
+
+Decoder::Decoder(const std::vector<std::string>& vocabulary) {
+  // The library ends the process over some files that are missing.
+  if (isInstalled()) decoder_.reset(decoderWithoutSearch());
+  if (!decoder_) throw cannotRead("acoustic model");
+  ps_decoder_t* const decoder = decoder_.get();
+  const std::vector<Sentence> sentences = spokenSentences(vocabulary);
+  addPronunciations(decoder, sentences);
+  Model model = modelFrom(decoder, kLanguageModel, NGRAM_AUTO);
+  if (!model) throw cannotRead("language model");
+  if (!sentences.empty()) model = mixedModel(decoder, model, sentences);
+  if (ps_set_lm(decoder, kSearch, model.get()) < 0 || ps_set_search(decoder, kSearch) < 0)
+    throw cannotRead("language model");
+}
+
+void Decoder::begin() {
+  if (isRunning_) ps_end_utt(decoder_.get());
+  resetMean(decoder_.get());
+  ps_start_stream(decoder_.get());
+  isRunning_ = ps_start_utt(decoder_.get()) == 0;
+  if (!isRunning_) throw Error("ZelvoraSpeechRecognizer", 4, "The speech recogniser did not start");
+}
+
+void Decoder::hear(std::span<const std::int16_t> sound) {
+  if (!isRunning_) return;
+  ps_process_raw(decoder_.get(), sound.data(), sound.size(), FALSE, FALSE);
+  // By itself the library takes the speaker's own mean up after some seconds only, when a command
+  // is long over.
+  cmn_live_update(ps_get_feat(decoder_.get())->cmn_struct);
+}
+
+SpeechResult Decoder::partialResult() const {
+  SpeechResult result;
+  if (!isRunning_) return result;
+  for (ps_seg_t* at = ps_seg_iter(decoder_.get()); at; at = ps_seg_next(at))
+    if (isWord(ps_seg_word(at))) addWord(result, withoutVariant(ps_seg_word(at)), 0);
+  return result;
+}
+
+SpeechResult Decoder::end() {
+  SpeechResult result{.isFinal = true};
+  if (!isRunning_) return result;
+  isRunning_ = false;
+  ps_end_utt(decoder_.get());
+  logmath_t* const logs = ps_get_logmath(decoder_.get());
+  for (ps_seg_t* at = ps_seg_iter(decoder_.get()); at; at = ps_seg_next(at)) {
+    if (!isWord(ps_seg_word(at))) continue;
+    const int32 certainty = ps_seg_prob(at, nullptr, nullptr, nullptr);
+    // Rounded logarithms come out a little above 1.
+    addWord(result, withoutVariant(ps_seg_word(at)), std::min(1.0, logmath_exp(logs, certainty)));
+  }
+  return result;
+}
+
+}  // namespace zelvora::sphinx

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <ZelvoraSDK/async/guarded.h>
+#include <ZelvoraSDK/async/serial_queue.h>
+#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
+
+namespace zelvora::sphinx {
+
+/// The decoder and the one thread that it lives on. Callable from any thread but for `decoder`.
+class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
+ public:
+  explicit DecoderThread(std::vector<std::string> vocabulary)
+      : vocabulary_(std::move(vocabulary)) {}
+
+  [[nodiscard]] const SerialQueue& queue() const { return queue_; }
+
+  /// Loads on the first call. REQUIRES: on the queue. Throws Error when a model can't be read.
+  Decoder& decoder() {
+    if (!decoder_) decoder_.emplace(vocabulary_);
+    return *decoder_;
+  }
+
+  /// A failure shows when the decoder is used.
+  void loadInBackground() {
+    queue_.post([self = shared_from_this()] {
+      try {
+        self->decoder();
+      } catch (const std::exception&) {
+      }
+    });
+  }
+
+  /// Throws Error while another one has the decoder.
+  void claim(const void* owner) {
+    const bool isFree = owner_.with([=](const void*& current) {
+      if (!current) current = owner;
+      return current == owner;
+    });
+    if (!isFree)
+      throw Error("ZelvoraSpeechRecognizer", 1, "Another speech recognition is still running");
+  }
+
+  /// Does nothing when `owner` has no claim. Work it has posted still comes before the next one's.
+  void release(const void* owner) {
+    owner_.with([=](const void*& current) {
+      if (current == owner) current = nullptr;
+    });
+  }
+
+ private:
+  std::vector<std::string> vocabulary_;
+  std::optional<Decoder> decoder_;
+  Guarded<const void*> owner_;
+  WorkerPool thread_{1};
+  SerialQueue queue_{"speech recogniser", thread_.executor()};
+};
+
+}  // namespace zelvora::sphinx

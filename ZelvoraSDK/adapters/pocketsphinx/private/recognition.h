@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <ZelvoraSDK/async/guarded.h>
+#include <ZelvoraSDK/platform/speech_recognizer.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder_thread.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/resampler.h>
+
+namespace zelvora::sphinx {
+
+/// One utterance on its way through the decoder. Public calls from any thread, in any order.
+class Recognition : public std::enable_shared_from_this<Recognition> {
+ public:
+  Recognition(std::shared_ptr<DecoderThread> thread, bool reportPartialResults,
+              SpeechRecognizer::Handler handler);
+
+  void begin();
+  void append(const PcmBuffer& buffer);
+  void endAudio();
+  /// Returns when the final result has been handed over.
+  void finish();
+  /// The handler is not called after that.
+  void abandon();
+
+ private:
+  struct Listener {
+    SpeechRecognizer::Handler handler;
+    bool isGone = false;
+  };
+
+  // On the thread of the decoder.
+  void startDecoding();
+  void hear(const MonoSound& sound);
+  void endDecoding();
+  void feed(const MonoSound& sound);
+  void report(SpeechResult result);
+  void fail(const Error& failure);
+
+  std::shared_ptr<DecoderThread> thread_;
+  bool reportPartialResults_;
+  Guarded<Listener> listener_;
+  Guarded<bool> audioEnded_;
+
+  // Touched on the thread of the decoder only.
+  bool isDecoding_ = false;
+  std::optional<Resampler> resampler_;
+  std::string lastText_;
+};
+
+}  // namespace zelvora::sphinx
