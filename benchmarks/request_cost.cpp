@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/async/spawn.h>
-#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/workload.h>
 #include <tests/support/scripted_server.h>

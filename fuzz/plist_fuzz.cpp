@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include <ZelvoraSDK/adapters/plist/property_list.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/adapters/plist/property_list.h>
 
 namespace {
 

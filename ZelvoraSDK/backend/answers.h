@@ -2,7 +2,7 @@
 
 #include <ZelvoraSDK/backend/catalogue.h>
 #include <ZelvoraSDK/backend/route_response.h>
-#include <ZelvoraSDK/platform/url_session.h>
+#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/routing/semantic_records.h>
 
 namespace zelvora {

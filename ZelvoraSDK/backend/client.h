@@ -6,9 +6,9 @@
 #include <ZelvoraSDK/backend/catalogue.h>
 #include <ZelvoraSDK/backend/requests.h>
 #include <ZelvoraSDK/backend/route_response.h>
-#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/network.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/platform/url.h>
-#include <ZelvoraSDK/platform/url_session.h>
 #include <ZelvoraSDK/routing/semantic_records.h>
 
 namespace zelvora {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/json_write.h>
-#include <ZelvoraSDK/platform/bearer_token.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora {
 namespace {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/version.h>
+#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/url.h>
-#include <ZelvoraSDK/platform/url_session.h>
 #include <ZelvoraSDK/routing/semantic_records.h>
 #include <ZelvoraSDK/spec/any_encodable.h>
 

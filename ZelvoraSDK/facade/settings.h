@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <ZelvoraSDK/platform/app_bundle.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/speech/stt_config.h>
 
 namespace zelvora {

@@ -6,7 +6,7 @@
 
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

@@ -7,7 +7,7 @@
 #include <variant>
 
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/platform/app_bundle.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/speech/stt_config.h>
 
 namespace zelvora {

@@ -3,13 +3,9 @@
 #include <memory>
 #include <optional>
 
-#include <ZelvoraSDK/platform/app_bundle.h>
-#include <ZelvoraSDK/platform/clock.h>
-#include <ZelvoraSDK/platform/executors.h>
-#include <ZelvoraSDK/platform/log_sink.h>
-#include <ZelvoraSDK/platform/speech_platform.h>
-#include <ZelvoraSDK/platform/url_session.h>
-#include <ZelvoraSDK/platform/user_defaults.h>
+#include <ZelvoraSDK/platform/network.h>
+#include <ZelvoraSDK/platform/speech.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

@@ -8,8 +8,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/platform/log_sink.h>
-#include <ZelvoraSDK/platform/user_defaults.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

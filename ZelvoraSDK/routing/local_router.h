@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/routing/compiled_tasks.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 #include <ZelvoraSDK/spec/zelvora_spec.h>

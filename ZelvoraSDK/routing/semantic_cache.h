@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/routing/semantic_records.h>
 
 namespace zelvora {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

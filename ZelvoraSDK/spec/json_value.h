@@ -83,7 +83,10 @@ JSONValue::Payload JSONValue::payloadOf(const T& any) {
     Array array;
     for (const std::ranges::range_value_t<T>& element : any) array.emplace_back(element);
     return array;
-  } else if constexpr (requires { any.has_value(); *any; })
+  } else if constexpr (requires {
+                         any.has_value();
+                         *any;
+                       })
     return any.has_value() ? payloadOf(*any) : Payload(nullptr);
   else
     return describe(any);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <ZelvoraSDK/platform/app_bundle.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/spec/any_encodable.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 

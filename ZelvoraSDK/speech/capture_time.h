@@ -4,7 +4,7 @@
 #include <memory>
 
 #include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

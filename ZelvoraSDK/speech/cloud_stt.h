@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
+#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/url.h>
-#include <ZelvoraSDK/platform/url_session.h>
 #include <ZelvoraSDK/speech/stt_protocols.h>
 #include <ZelvoraSDK/speech/uuid.h>
 

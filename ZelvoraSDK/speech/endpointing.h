@@ -1,6 +1,6 @@
 #pragma once
 
-#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

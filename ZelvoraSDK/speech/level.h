@@ -4,8 +4,8 @@
 #include <limits>
 #include <optional>
 
-#include <ZelvoraSDK/platform/clock.h>
-#include <ZelvoraSDK/platform/pcm_buffer.h>
+#include <ZelvoraSDK/platform/audio.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include <ZelvoraSDK/platform/audio_engine.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include <ZelvoraSDK/platform/audio_file.h>
-#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/audio.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/speech/stt_protocols.h>
 
 namespace zelvora {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <ZelvoraSDK/platform/url_session.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora {
 

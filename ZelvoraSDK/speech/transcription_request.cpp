@@ -1,7 +1,7 @@
 #include <ZelvoraSDK/speech/transcription_request.h>
 
 #include <ZelvoraSDK/base/json_write.h>
-#include <ZelvoraSDK/platform/bearer_token.h>
+#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/speech/multipart.h>
 
 namespace zelvora {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include <ZelvoraSDK/platform/speech_synthesizer.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora {
 

@@ -13,12 +13,12 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/spec_resolution.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/voice/captures.h>
 #include <benchmarks/voice/clips.h>

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora::bench {
 

@@ -1,8 +1,8 @@
 #include <iostream>
 
+#include <ZelvoraSDK/adapters/host/host_platform.h>
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/facade/zelvora.h>
-#include <ZelvoraSDK/adapters/host/host_platform.h>
 
 int main() {
   zelvora::MainLoop loop;

@@ -1,9 +1,9 @@
 #include <QGuiApplication>
 #include <QQuickView>
 
-#include <ZelvoraSDK/ui/platform_provider.h>
 #include <ZelvoraSDK/adapters/host/host_platform.h>
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
+#include <ZelvoraSDK/ui/platform_provider.h>
 
 int main(int argc, char** argv) {
   QGuiApplication application(argc, argv);

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/speech_platform.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 // The ports of an application that listens and speaks.
 

@@ -12,11 +12,8 @@
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/app_bundle.h>
-#include <ZelvoraSDK/platform/executors.h>
-#include <ZelvoraSDK/platform/log_sink.h>
-#include <ZelvoraSDK/platform/url_session.h>
-#include <ZelvoraSDK/platform/user_defaults.h>
+#include <ZelvoraSDK/platform/network.h>
+#include <ZelvoraSDK/platform/system.h>
 
 // The ports that every application hands over, in their smallest form that keeps the promises of
 // the headers in ZelvoraSDK/platform.

@@ -7,10 +7,10 @@
 #include <string>
 #include <utility>
 
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/backend/client.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <tests/support/recording_log.h>
 #include <tests/support/scripted_server.h>
 

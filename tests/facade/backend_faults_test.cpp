@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
+#include <ZelvoraSDK/facade/zelvora.h>
 #include <tests/support/scripted_server.h>
 
 #include "small_spec.h"

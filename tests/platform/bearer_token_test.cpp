@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/platform/bearer_token.h>
+#include <ZelvoraSDK/platform/network.h>
 
 #include <gtest/gtest.h>
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <utility>
 
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/speech/cloud_stt.h>
-#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <tests/support/scripted_server.h>
 
 namespace zelvora {

@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-#include <ZelvoraSDK/platform/app_bundle.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora::testing {
 

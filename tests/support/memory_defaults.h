@@ -4,7 +4,7 @@
 #include <string>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/user_defaults.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora::testing {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora::testing {
 

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/url_session.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora::testing {
 

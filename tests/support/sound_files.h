@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/platform/pcm_buffer.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora::testing {
 

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/log_sink.h>
-#include <ZelvoraSDK/platform/speech_platform.h>
+#include <ZelvoraSDK/platform/speech.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/speech/capture_time.h>
 
 // Stand-ins at the ports of sound and speech. They note each call and do what the test says.

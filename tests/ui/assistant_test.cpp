@@ -6,10 +6,10 @@
 #include <QtTest/QTest>
 #include <algorithm>
 
+#include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 #include <ZelvoraSDK/ui/zelvora_assistant.h>
-#include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 #include <tests/facade/small_spec.h>
 #include <tests/support/memory_bundle.h>
 #include <tests/support/recording_url_session.h>

@@ -8,11 +8,11 @@
 #include <iostream>
 #include <string_view>
 
+#include <ZelvoraSDK/adapters/host/host_platform.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/spec_loader.h>
-#include <ZelvoraSDK/adapters/host/host_platform.h>
 
 #include "example_spec.h"
 #include "input_file.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <ZelvoraSDK/platform/url_session.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora::tool {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include <ZelvoraSDK/platform/app_bundle.h>
+#include <ZelvoraSDK/platform/system.h>
 
 #include "common_options.h"
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include <ZelvoraSDK/platform/url_session.h>
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora {
 namespace {

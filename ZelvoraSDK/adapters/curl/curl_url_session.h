@@ -5,7 +5,7 @@
 #include <optional>
 
 #include <ZelvoraSDK/async/bounded_thread.h>
-#include <ZelvoraSDK/platform/url_session.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora {
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <utility>
 
-#include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 #include <ZelvoraSDK/adapters/sqlite/sqlite_defaults.h>
+#include <ZelvoraSDK/async/worker_pool.h>
 
 namespace zelvora {
 namespace {

@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include <ZelvoraSDK/platform/platform.h>
 #include <ZelvoraSDK/adapters/host/host_speech.h>
+#include <ZelvoraSDK/platform/platform.h>
 
 namespace zelvora {
 

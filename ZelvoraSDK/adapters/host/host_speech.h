@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/platform/executors.h>
-#include <ZelvoraSDK/platform/speech_platform.h>
+#include <ZelvoraSDK/platform/speech.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

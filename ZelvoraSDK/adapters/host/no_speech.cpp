@@ -1,5 +1,5 @@
-#include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/adapters/host/host_speech.h>
+#include <ZelvoraSDK/base/error.h>
 
 // Stands in for host_speech.cpp where the libraries of sound are left out.
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <ZelvoraSDK/platform/app_bundle.h>
 #include <ZelvoraSDK/adapters/plist/property_list.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

@@ -9,8 +9,8 @@
 #include <optional>
 #include <utility>
 
-#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/adapters/plist/private/shape.h>
+#include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/decoder_thread.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/recognition.h>
+#include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/platform/speech_recognizer.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora {
 

@@ -2,9 +2,9 @@
 
 #include <optional>
 
+#include <ZelvoraSDK/adapters/pulse/private/silent_call.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/adapters/pulse/private/silent_call.h>
 
 namespace zelvora {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include <ZelvoraSDK/platform/audio_session.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
 

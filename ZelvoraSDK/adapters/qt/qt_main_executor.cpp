@@ -4,8 +4,8 @@
 #include <boost/asio/execution_context.hpp>
 #include <utility>
 
-#include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/adapters/qt/private/main_queue.h>
+#include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {
 namespace {

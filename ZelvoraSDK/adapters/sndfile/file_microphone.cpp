@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
+#include <ZelvoraSDK/async/guarded.h>
 
 namespace zelvora {
 namespace {

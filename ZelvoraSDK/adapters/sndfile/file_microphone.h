@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <memory>
 
-#include <ZelvoraSDK/platform/audio_engine.h>
 #include <ZelvoraSDK/adapters/sndfile/pace.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
 

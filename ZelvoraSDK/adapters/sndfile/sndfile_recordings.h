@@ -1,6 +1,6 @@
 #pragma once
 
-#include <ZelvoraSDK/platform/audio_file.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
 

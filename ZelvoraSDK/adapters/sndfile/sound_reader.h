@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include <ZelvoraSDK/platform/pcm_buffer.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 struct sf_private_tag;
 

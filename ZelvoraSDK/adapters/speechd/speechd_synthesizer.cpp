@@ -6,10 +6,10 @@
 #include <future>
 #include <utility>
 
-#include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
 #include <ZelvoraSDK/adapters/speechd/private/session.h>
+#include <ZelvoraSDK/async/guarded.h>
+#include <ZelvoraSDK/async/worker_pool.h>
 
 namespace zelvora {
 namespace {

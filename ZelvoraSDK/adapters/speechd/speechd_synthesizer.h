@@ -1,7 +1,7 @@
 #pragma once
 
-#include <ZelvoraSDK/platform/clock.h>
-#include <ZelvoraSDK/platform/speech_synthesizer.h>
+#include <ZelvoraSDK/platform/speech.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

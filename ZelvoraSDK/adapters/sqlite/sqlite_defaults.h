@@ -5,7 +5,7 @@
 #include <memory>
 
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/platform/user_defaults.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 

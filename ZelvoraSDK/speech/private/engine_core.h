@@ -7,8 +7,8 @@
 #include <string>
 
 #include <ZelvoraSDK/async/serial_queue.h>
-#include <ZelvoraSDK/platform/audio_engine.h>
-#include <ZelvoraSDK/platform/speech_recognizer.h>
+#include <ZelvoraSDK/platform/audio.h>
+#include <ZelvoraSDK/platform/speech.h>
 #include <ZelvoraSDK/speech/endpointing.h>
 #include <ZelvoraSDK/speech/recording.h>
 #include <ZelvoraSDK/speech/speech_engine.h>

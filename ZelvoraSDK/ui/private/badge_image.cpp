@@ -4,7 +4,7 @@
 #include <QtGui/QPainter>
 #include <QtSvg/QSvgRenderer>
 
-#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/ui/private/resource_bundle.h>
 
 namespace zelvora {

@@ -7,12 +7,12 @@
 #include <QQuickItem>
 #include <QtQml/QQmlExtensionPlugin>
 
+#include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/spec_loader.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
-#include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 
 #include "glyph_provider.h"
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <memory>
 
-#include <ZelvoraSDK/platform/platform.h>
 #include <ZelvoraSDK/adapters/host/host_platform.h>
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
+#include <ZelvoraSDK/platform/platform.h>
 
 #include "reply_speaker.h"
 

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <tests/support/scripted_server.h>
 
 namespace zelvora::test {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/platform/speech_recognizer.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::testing {
 

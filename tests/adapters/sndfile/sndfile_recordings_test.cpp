@@ -4,8 +4,8 @@
 #include <sndfile.h>
 
 #include <ZelvoraSDK/base/error.h>
-#include <tests/support/sound_files.h>
 #include <tests/support/child_process.h>
+#include <tests/support/sound_files.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora {

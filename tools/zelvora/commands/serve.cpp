@@ -12,8 +12,8 @@
 #include "../serve/http_server.h"
 #include "../usage_error.h"
 #ifdef ZELVORA_SPEECH
-#include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
+#include <ZelvoraSDK/facade/spoken_phrases.h>
 
 #include "../serve/transcription.h"
 #endif

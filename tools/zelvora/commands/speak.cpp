@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/speech/voice_speaker.h>
-#include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
 
 #include "../application.h"
 #include "../commands.h"

@@ -3,9 +3,9 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
 
 namespace zelvora::serve {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include <ZelvoraSDK/platform/clock.h>
-#include <ZelvoraSDK/platform/speech_recognizer.h>
+#include <ZelvoraSDK/platform/speech.h>
+#include <ZelvoraSDK/platform/system.h>
 
 #include "backend.h"
 

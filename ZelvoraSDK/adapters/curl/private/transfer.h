@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 
+#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/async/reply.h>
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/url.h>
-#include <ZelvoraSDK/platform/url_session.h>
-#include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 
 namespace zelvora {
 

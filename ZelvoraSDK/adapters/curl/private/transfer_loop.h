@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include <ZelvoraSDK/async/mailbox.h>
 #include <ZelvoraSDK/adapters/curl/private/transfer.h>
+#include <ZelvoraSDK/async/mailbox.h>
 
 namespace zelvora {
 

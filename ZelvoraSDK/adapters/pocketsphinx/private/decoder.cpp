@@ -14,10 +14,10 @@
 #include <filesystem>
 #include <string_view>
 
-#include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/pronunciation.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
+#include <ZelvoraSDK/base/error.h>
 
 namespace zelvora::sphinx {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/platform/speech_recognizer.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 struct ps_decoder_s;
 

@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 
 namespace zelvora::sphinx {
 

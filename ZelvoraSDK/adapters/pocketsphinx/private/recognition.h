@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
-#include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/platform/speech_recognizer.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/decoder_thread.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/resampler.h>
+#include <ZelvoraSDK/async/guarded.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::sphinx {
 

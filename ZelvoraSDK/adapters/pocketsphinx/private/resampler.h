@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include <ZelvoraSDK/platform/pcm_buffer.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 struct SpeexResamplerState_;
 

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-#include <ZelvoraSDK/platform/audio_engine.h>
 #include <ZelvoraSDK/adapters/pulse/private/main_loop.h>
 #include <ZelvoraSDK/adapters/pulse/private/microphone.h>
 #include <ZelvoraSDK/adapters/pulse/private/reblock.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora::pulse {
 

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include <ZelvoraSDK/platform/pcm_buffer.h>
 #include <ZelvoraSDK/adapters/pulse/private/main_loop.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora::pulse {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <utility>
 
-#include <ZelvoraSDK/platform/speech_synthesizer.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::speechd {
 namespace {

@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-#include <ZelvoraSDK/platform/speech_synthesizer.h>
 #include <ZelvoraSDK/adapters/speechd/private/daemon.h>
 #include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
 #include <ZelvoraSDK/adapters/speechd/private/protocol.h>
+#include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::speechd {
 

@@ -3,10 +3,11 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/platform/clock.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 
@@ -44,5 +45,9 @@ class UrlSession {
   /// first. Goes on where the caller runs. A cancelled call ends at once, with an Error.
   virtual asio::awaitable<UrlResponse> send(UrlRequest request) = 0;
 };
+
+/// The value of an Authorization header for `token`, which may or may not carry the scheme
+/// already: "abc", "Bearer abc" and "Bearer abc " all give "Bearer abc".
+[[nodiscard]] std::string bearerAuthorization(std::string_view token);
 
 }  // namespace zelvora

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/platform/log_sink.h>
+#include <ZelvoraSDK/platform/system.h>
 
 #include <cstdio>
 #include <string>

@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/pcm_buffer.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
 
@@ -61,6 +62,57 @@ class SpeechRecognizerFactory {
   /// Null for a locale that the platform does not know; never throws. It should return at once and
   /// load in the background: the first recogniser is made long before the first capture.
   virtual std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) = 0;
+};
+
+/// A text to be said.
+struct SpeechUtterance {
+  std::string text;
+  std::string language;  ///< Language code such as a BCP 47 tag; unknown: the default voice.
+  double rate = kDefaultRate;
+  /// Told once, on any thread, when the text has been said (true) or was cut short (false).
+  std::function<void(bool said)> onEnd;
+
+  /// The platform's ordinary speed; 0 is the slowest and 1 the fastest.
+  static constexpr double kDefaultRate = 0.5;
+};
+
+/// Says one text at a time. Callable from any thread; no operation waits for sound.
+class SpeechSynthesizer {
+ public:
+  virtual ~SpeechSynthesizer() = default;
+
+  virtual void speak(SpeechUtterance utterance) = 0;
+  /// Silences at once what is being said and drops what waits.
+  virtual void stopSpeaking() = 0;
+};
+
+/// Makes synthesisers. Callable from any thread.
+class SpeechSynthesizerFactory {
+ public:
+  virtual ~SpeechSynthesizerFactory() = default;
+  virtual std::unique_ptr<SpeechSynthesizer> makeSynthesizer() = 0;
+};
+
+/// Asks the user, or remembers what the user said. Callable from any thread.
+class Permissions {
+ public:
+  enum class SpeechStatus { notDetermined = 0, denied = 1, restricted = 2, authorized = 3 };
+
+  virtual ~Permissions() = default;
+
+  virtual asio::awaitable<SpeechStatus> requestSpeechRecognition() = 0;
+  /// Whether the microphone may be used.
+  virtual asio::awaitable<bool> requestMicrophone() = 0;
+};
+
+/// The part of the system that hears and speaks. No member may be null.
+struct SpeechPlatform {
+  std::shared_ptr<AudioSession> audioSession;
+  std::shared_ptr<AudioEngineFactory> audioEngines;
+  std::shared_ptr<AudioFileFactory> audioFiles;
+  std::shared_ptr<SpeechRecognizerFactory> recognizers;
+  std::shared_ptr<Permissions> permissions;
+  std::shared_ptr<SpeechSynthesizerFactory> synthesizers;
 };
 
 }  // namespace zelvora
