@@ -19,7 +19,7 @@
 namespace zelvora::bench {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 constexpr AudioFormat kFormat{.sampleRate = 16000, .channels = 1};
 constexpr std::size_t kBuffer = 1024;
@@ -58,13 +58,13 @@ double captureSeconds(const std::filesystem::path& file, WorkerPool& threads,
                            .recognizers = recognizers,
                            .permissions = nullptr,
                            .synthesizers = nullptr}});
-  Clock::time_point start;
+  SteadyClock::time_point start;
   std::promise<double> taken;
   engine.onRecordingChanged = [&](bool isRecording) {
-    const auto now = Clock::now();
+    const auto now = SteadyClock::now();
     if (isRecording) start = now;
     // The engine tells an end before each beginning, too.
-    else if (start != Clock::time_point{})
+    else if (start != SteadyClock::time_point{})
       taken.set_value(std::chrono::duration<double>(now - start).count());
   };
   engine.start();

@@ -15,7 +15,7 @@
 namespace zelvora {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 /// How often a held file is tried again. SQLite's own handler waits ever longer, so that a busy
 /// store starves the unlucky.
@@ -124,16 +124,16 @@ class SqliteDefaults::Connection {
     throw Error("SQLite", code, options_.file.string() + ": " + cause);
   }
 
-  void beginWaiting() { deadline_ = Clock::now() + options_.busyTimeout; }
+  void beginWaiting() { deadline_ = SteadyClock::now() + options_.busyTimeout; }
 
   static int waitWhileBusy(void* self, int /*attempts*/) {
-    if (Clock::now() >= static_cast<Connection*>(self)->deadline_) return 0;
+    if (SteadyClock::now() >= static_cast<Connection*>(self)->deadline_) return 0;
     std::this_thread::sleep_for(kBusyPoll);
     return 1;
   }
 
   const Options& options_;
-  Clock::time_point deadline_;
+  SteadyClock::time_point deadline_;
   Database database_;
   Statement select_;
   Statement increment_;
