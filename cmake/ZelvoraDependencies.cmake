@@ -1,29 +1,70 @@
-# The libraries the core and its adapters stand on; README.md says why each was chosen.
-# Read by this project and, once installed, by every project that finds it.
+# The libraries that each component stands on; README.md says why each was chosen. Read by this project
+# and, once installed, by every project that finds it, so all targets made here carry our prefix.
 
-find_package(Threads REQUIRED)
-# A Boost from elsewhere is taken with -DBoost_ROOT=DIR.
-find_package(Boost 1.81 REQUIRED COMPONENTS json)
-find_package(PkgConfig REQUIRED)
-pkg_check_modules(utf8proc REQUIRED IMPORTED_TARGET libutf8proc)
-pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
-pkg_check_modules(plist REQUIRED IMPORTED_TARGET libplist-2.0)
-pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl>=7.88)
-if(ZELVORA_SPEECH)
-  pkg_check_modules(pulse REQUIRED IMPORTED_TARGET libpulse)
-  pkg_check_modules(sndfile REQUIRED IMPORTED_TARGET sndfile)
+# zelvora_find(MODULE NAME): NAME as pkg-config knows it, as PkgConfig::zelvora_MODULE. What is missing
+# is named in zelvora_missing.
+macro(zelvora_find module name)
+  find_package(PkgConfig QUIET)
+  if(PkgConfig_FOUND)
+    pkg_check_modules(zelvora_${module} QUIET IMPORTED_TARGET ${name})
+  endif()
+  if(NOT TARGET PkgConfig::zelvora_${module})
+    list(APPEND zelvora_missing "${name}")
+  endif()
+endmacro()
+
+# zelvora_find_core(PARTS…): headers for those who include ours, and libraries for those who link them.
+macro(zelvora_find_core with_libraries)
+  find_package(Threads QUIET)
+  if(NOT Threads_FOUND)
+    list(APPEND zelvora_missing "threads")
+  endif()
+  # A Boost from elsewhere is taken with -DBoost_ROOT=DIR.
+  if(${with_libraries})
+    find_package(Boost 1.81 QUIET COMPONENTS json)
+  else()
+    find_package(Boost 1.81 QUIET)
+  endif()
+  if(NOT Boost_FOUND)
+    list(APPEND zelvora_missing "Boost 1.81 or later, with Boost.JSON")
+  endif()
+  if(${with_libraries})
+    zelvora_find(utf8proc libutf8proc)
+  endif()
+endmacro()
+
+macro(zelvora_find_host)
+  zelvora_find(sqlite sqlite3)
+  zelvora_find(plist libplist-2.0)
+  zelvora_find(curl libcurl>=7.88)
+endmacro()
+
+macro(zelvora_find_speech)
+  zelvora_find(pulse libpulse)
+  zelvora_find(sndfile sndfile)
+  zelvora_find(speexdsp speexdsp)
   # Pronunciations come from flite, which says nothing to pkg-config: flite_cmulex and flite.
-  pkg_check_modules(pocketsphinx REQUIRED IMPORTED_TARGET pocketsphinx)
-  # Debian's description of it names a folder that does not exist, which CMake refuses.
-  get_target_property(sphinx_folders PkgConfig::pocketsphinx INTERFACE_INCLUDE_DIRECTORIES)
-  foreach(folder IN LISTS sphinx_folders)
-    if(NOT IS_DIRECTORY "${folder}")
-      list(REMOVE_ITEM sphinx_folders "${folder}")
-    endif()
-  endforeach()
-  set_target_properties(PkgConfig::pocketsphinx PROPERTIES INTERFACE_INCLUDE_DIRECTORIES "${sphinx_folders}")
-  pkg_check_modules(speexdsp REQUIRED IMPORTED_TARGET speexdsp)
-endif()
-if(ZELVORA_BUILD_UI)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Quick Svg)
-endif()
+  zelvora_find(pocketsphinx pocketsphinx)
+  if(TARGET PkgConfig::zelvora_pocketsphinx)
+    # Debian's description of it names a folder that does not exist, which CMake refuses.
+    get_target_property(zelvora_folders PkgConfig::zelvora_pocketsphinx INTERFACE_INCLUDE_DIRECTORIES)
+    foreach(zelvora_folder IN LISTS zelvora_folders)
+      if(NOT IS_DIRECTORY "${zelvora_folder}")
+        list(REMOVE_ITEM zelvora_folders "${zelvora_folder}")
+      endif()
+    endforeach()
+    set_target_properties(PkgConfig::zelvora_pocketsphinx PROPERTIES
+      INTERFACE_INCLUDE_DIRECTORIES "${zelvora_folders}")
+  endif()
+endmacro()
+
+macro(zelvora_find_ui with_libraries)
+  if(${with_libraries})
+    find_package(Qt6 6.4 QUIET COMPONENTS Core Quick Svg)
+  else()
+    find_package(Qt6 6.4 QUIET COMPONENTS Core Quick)
+  endif()
+  if(NOT Qt6_FOUND)
+    list(APPEND zelvora_missing "Qt 6.4 or later, with Quick and Svg")
+  endif()
+endmacro()

@@ -1,17 +1,48 @@
-# What `cmake --install` lays down besides the libraries: the public headers and the package
-# ZelvoraSDK, so that another project says find_package(ZelvoraSDK) and links Zelvora::NAME.
+# What `cmake --install` lays down, by component: runtime (libraries), devel (headers, CMake package,
+# pkg-config files), qml (the views), tool (the command-line tool), doc. Another project says
+# find_package(ZelvoraSDK) and links Zelvora::NAME.
 
-include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-install(DIRECTORY ZelvoraSDK DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+install(DIRECTORY ZelvoraSDK DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT devel
   FILES_MATCHING PATTERN *.h PATTERN private EXCLUDE)
 
+set(zelvora_components core)
+if(ZELVORA_BUILD_HOST)
+  list(APPEND zelvora_components host)
+  if(ZELVORA_SPEECH)
+    list(APPEND zelvora_components speech)
+  endif()
+endif()
+if(ZELVORA_BUILD_UI)
+  list(APPEND zelvora_components ui)
+endif()
+
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZelvoraSDK)
-install(EXPORT ZelvoraSDK NAMESPACE Zelvora:: DESTINATION ${package_dir} FILE ZelvoraSDKTargets.cmake)
-write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake
+install(EXPORT ZelvoraSDK NAMESPACE Zelvora:: DESTINATION ${package_dir}
+  FILE ZelvoraSDKTargets.cmake COMPONENT devel)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 configure_file(cmake/ZelvoraSDKConfig.cmake.in ZelvoraSDKConfig.cmake @ONLY)
 install(FILES cmake/ZelvoraDependencies.cmake
-  ${CMAKE_CURRENT_BINARY_DIR}/ZelvoraSDKConfig.cmake
-  ${CMAKE_CURRENT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake DESTINATION ${package_dir})
+  ${PROJECT_BINARY_DIR}/ZelvoraSDKConfig.cmake
+  ${PROJECT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake DESTINATION ${package_dir} COMPONENT devel)
+
+# For builds that ask pkg-config: `pkg-config --cflags --libs zelvora-host`, with --static for archives.
+file(RELATIVE_PATH up_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+if(ZELVORA_SPEECH)
+  set(speech_requirements "libpulse, sndfile, speexdsp, pocketsphinx")
+  set(speech_libraries "-lflite_cmulex -lflite")
+endif()
+foreach(product IN ITEMS zelvora zelvora-host)
+  if(product STREQUAL "zelvora" OR ZELVORA_BUILD_HOST)
+    configure_file(cmake/${product}.pc.in ${product}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${product}.pc
+      DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT devel)
+  endif()
+endforeach()
+
+install(FILES README.md CHANGELOG.md LICENSE NOTICE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(DIRECTORY examples/shop DESTINATION ${CMAKE_INSTALL_DATADIR}/zelvora/examples COMPONENT doc
+  PATTERN app EXCLUDE)

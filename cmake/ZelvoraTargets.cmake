@@ -5,6 +5,11 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# A shared library shows what ZELVORA_EXPORT marks and nothing else, least of all a piece of Boost.
+if(BUILD_SHARED_LIBS)
+  set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+  set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+endif()
 
 # Flags that all targets share. Carried by an interface target so that nothing leaks to consumers.
 # Designated initialisers leave out fields on purpose, which -Wextra takes for an oversight.
@@ -34,7 +39,10 @@ endif()
 add_library(zelvora_boost INTERFACE)
 target_link_libraries(zelvora_boost INTERFACE Boost::headers Threads::Threads)
 target_compile_definitions(zelvora_boost INTERFACE BOOST_ASIO_NO_DEPRECATED)
-install(TARGETS zelvora_boost EXPORT ZelvoraSDK)
+set_target_properties(zelvora_boost PROPERTIES EXPORT_NAME boost)
+if(ZELVORA_INSTALL)
+  install(TARGETS zelvora_boost EXPORT ZelvoraSDK)
+endif()
 
 # zelvora_precompiled(NAME TYPE HEADERS … USES …): headers that most files read, for the targets that
 # say zelvora_precompile(TARGET NAME). They shorten builds from nothing; what they do to caches of
@@ -64,23 +72,68 @@ function(zelvora_precompile target name)
   endif()
 endfunction()
 
-# zelvora_library(NAME SOURCES … USES …): one layer or adapter, as target zelvora_NAME, alias Zelvora::NAME.
+# zelvora_library(NAME SOURCES … USES … PRIVATE …): one layer or adapter, as target zelvora_NAME, alias
+# Zelvora::NAME inside this tree. PRIVATE names the libraries that only its sources know.
 function(zelvora_library name)
   cmake_parse_arguments(arg "" "" "SOURCES;USES;PRIVATE" ${ARGN})
   if(arg_SOURCES)
     add_library(zelvora_${name} STATIC ${arg_SOURCES})
     set(scope PUBLIC)
-    target_link_libraries(zelvora_${name} PRIVATE $<BUILD_INTERFACE:zelvora_flags> ${arg_PRIVATE})
+    target_link_libraries(zelvora_${name} PRIVATE zelvora_flags ${arg_PRIVATE})
+    set_target_properties(zelvora_${name} PROPERTIES ZELVORA_STANDS_ON "${arg_PRIVATE}")
     zelvora_precompile(zelvora_${name} zelvora_core_headers)
   else()
     add_library(zelvora_${name} INTERFACE)
     set(scope INTERFACE)
   endif()
-  target_include_directories(zelvora_${name} ${scope} $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-                                                      $<INSTALL_INTERFACE:include>)
+  target_include_directories(zelvora_${name} ${scope} ${PROJECT_SOURCE_DIR})
   target_compile_features(zelvora_${name} ${scope} cxx_std_20)
   target_link_libraries(zelvora_${name} ${scope} ${arg_USES})
-  add_library(Zelvora::${name} ALIAS zelvora_${name})
-  set_target_properties(zelvora_${name} PROPERTIES EXPORT_NAME ${name})
-  install(TARGETS zelvora_${name} EXPORT ZelvoraSDK)
+  # Where the tree is part of another project, the names of products are the products'.
+  if(PROJECT_IS_TOP_LEVEL OR NOT name MATCHES "^(host|speech)$")
+    add_library(Zelvora::${name} ALIAS zelvora_${name})
+  endif()
+endfunction()
+
+# zelvora_product(NAME FILE ROOMS … USES …): what an application links, lib<FILE>, made of the rooms
+# given; Zelvora::NAME here and once installed. Shared or static by BUILD_SHARED_LIBS. The tests link
+# the rooms themselves, whose inner parts a shared library hides.
+function(zelvora_product name file)
+  cmake_parse_arguments(arg "" "" "ROOMS;USES" ${ARGN})
+  set(target zelvora_${name}_product)
+  add_library(${target})
+  foreach(room IN LISTS arg_ROOMS)
+    get_target_property(type zelvora_${room} TYPE)
+    if(NOT type STREQUAL INTERFACE_LIBRARY)
+      target_sources(${target} PRIVATE $<TARGET_OBJECTS:zelvora_${room}>)
+      get_target_property(stands_on zelvora_${room} ZELVORA_STANDS_ON)
+      if(stands_on)
+        target_link_libraries(${target} PRIVATE ${stands_on})
+      endif()
+    endif()
+  endforeach()
+  target_link_libraries(${target} PUBLIC ${arg_USES})
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                              $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME ${file}
+    EXPORT_NAME ${name} VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  if(BUILD_SHARED_LIBS AND NOT ZELVORA_SANITIZE)
+    # A symbol that is missing is found here and not by the application's author.
+    target_link_options(${target} PRIVATE LINKER:--no-undefined LINKER:--exclude-libs,ALL)
+  endif()
+  if(NOT TARGET Zelvora::${name})
+    add_library(Zelvora::${name} ALIAS ${target})
+  endif()
+  zelvora_install_library(${target})
+endfunction()
+
+# zelvora_install_library(TARGET): the library itself for those who run programs, its link and archive
+# for those who build them.
+function(zelvora_install_library target)
+  if(ZELVORA_INSTALL)
+    install(TARGETS ${target} EXPORT ZelvoraSDK
+      LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT devel
+      ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT devel)
+  endif()
 endfunction()
