@@ -2,6 +2,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_error.h>
+#include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/base/text.h>
 
 #include <boost/json/basic_parser_impl.hpp>

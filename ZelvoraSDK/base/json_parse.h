@@ -1,17 +1,11 @@
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <string_view>
 
 #include <boost/json/value.hpp>
 
 namespace zelvora {
-
-/// The longest document that is read, in bytes, byte-order mark included.
-inline constexpr std::size_t kMaxJsonBytes = 128u << 20;
-/// How many arrays and objects may stand within each other.
-inline constexpr std::size_t kMaxJsonDepth = 512;
 
 /// A parsed document. Owns all of its tree in one arena, so moving and destroying it is cheap.
 class JsonDocument {
@@ -33,7 +27,8 @@ class JsonDocument {
 
 /// Parses a whole document of any kind, scalars included. Skips a byte-order mark; of duplicate
 /// keys the last value counts, at the place of the first. Doubles are the nearest to what is
-/// written; a number too small for one is 0. Throws Error in `kJsonErrorDomain`.
+/// written; a number too small for one is 0. Throws Error in `kJsonErrorDomain`, also for what
+/// passes `kMaxJsonBytes` or `kMaxJsonDepth`.
 [[nodiscard]] JsonDocument parseJson(std::string_view bytes);
 
 }  // namespace zelvora

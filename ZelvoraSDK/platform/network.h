@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,9 +9,6 @@
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
-
-/// The largest response that a session accepts, body and what the transport counts with it.
-inline constexpr std::size_t kMaxResponseBytes = std::size_t{16} * 1024 * 1024;
 
 struct UrlHeader {
   std::string name;
@@ -41,8 +37,8 @@ class UrlSession {
 
   /// Answers with whatever status arrived; redirects are not followed. Throws Error with the
   /// transport's own domain and code when none arrived within `request.timeout`, when the
-  /// response is cut short or passes `kMaxResponseBytes`, and when the session is destroyed
-  /// first. Goes on where the caller runs. A cancelled call ends at once, with an Error.
+  /// response is cut short or passes `kMaxResponseBytes` (base/limits.h), and when the session is
+  /// destroyed first. Goes on where the caller runs. A cancelled call ends at once, with an Error.
   virtual asio::awaitable<UrlResponse> send(UrlRequest request) = 0;
 };
 

@@ -1,6 +1,7 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/limits.h>
 
 #include <gtest/gtest.h>
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
+#include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <tests/support/scripted_server.h>
 
@@ -161,7 +162,7 @@ void expectOneOutcome(const Stage& stage, const Host& host, const ZelvoraResult&
 
 constexpr const char* kLost = "The connection to the server was lost.";
 constexpr const char* kCutShort = "The server's answer was cut short.";
-constexpr const char* kTooLarge = "The server's answer is larger than 16 MiB.";
+constexpr const char* kTooLarge = "The server's answer is larger than 1 MiB.";
 
 TEST(BackendFaults, EndInOneOutcomeInEachStage) {
   const ScriptedServer elsewhere({answeringOnce(httpResponse(200, "caught"))});
@@ -200,7 +201,8 @@ TEST(BackendFaults, EndInOneOutcomeInEachStage) {
        sayingEverywhere("The request timed out."), Seconds{1}},
       {"not HTTP", answeringOnce("220 ready when you are\r\n"),
        sayingEverywhere("No HTTP response")},
-      {"announced too large", answeringOnce(ok + "Content-Length: 16777217\r\n\r\n"),
+      {"announced too large",
+       answeringOnce(ok + "Content-Length: " + std::to_string(kMaxResponseBytes + 1) + "\r\n\r\n"),
        sayingEverywhere(kTooLarge)},
       {"too large", answeringForever(ok + "\r\n"), sayingEverywhere(kTooLarge)},
       {"empty", answeringOnce(httpResponse(200, "")), sayingEmpty(200)},

@@ -3,7 +3,7 @@
 #include <string>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/platform/network.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {

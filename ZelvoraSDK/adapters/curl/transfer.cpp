@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/curl/private/curl_failure.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {

@@ -9,14 +9,10 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/curl/private/curl_failure.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {
-
-/// Further requests wait. libcurl's own limit of connections forgets waiting ones now and then.
-constexpr std::size_t kMaxActiveTransfers = 32;
-/// Handles that are kept for later requests.
-constexpr std::size_t kMaxIdleHandles = 16;
 
 void initialiseLibrary() {
   // Never undone: other parts of the application may use libcurl too.
@@ -107,6 +103,7 @@ int TransferLoop::millisecondsToDeadline() const {
 }
 
 void TransferLoop::beginWaiting() {
+  // libcurl's own limit of connections forgets waiting ones now and then.
   while (!waiting_.empty() && active_.size() < kMaxActiveTransfers) {
     auto transfer = std::move(waiting_.front());
     waiting_.pop_front();

@@ -5,6 +5,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/file.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {

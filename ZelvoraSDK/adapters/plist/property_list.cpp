@@ -10,6 +10,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/plist/private/shape.h>
+#include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {

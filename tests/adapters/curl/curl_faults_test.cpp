@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/base/limits.h>
 #include <tests/adapters/curl/curl_support.h>
 
 namespace zelvora::test {

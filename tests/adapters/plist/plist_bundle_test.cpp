@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/limits.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {

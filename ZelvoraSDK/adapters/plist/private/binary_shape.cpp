@@ -2,6 +2,7 @@
 
 #include <ZelvoraSDK/adapters/plist/private/shape.h>
 #include <ZelvoraSDK/adapters/plist/property_list.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {
@@ -10,8 +11,6 @@ constexpr std::size_t kHeaderBytes = 8;
 constexpr std::size_t kTrailerBytes = 32;
 /// What an object costs in memory, besides its payload: roughly.
 constexpr std::size_t kBytesPerObject = 64;
-/// The most memory that a list may unfold to.
-constexpr std::size_t kMaxUnfoldedBytes = 16 * kMaxPropertyListBytes;
 
 [[noreturn]] void failMalformed() { throw propertyListError("malformed binary list"); }
 
@@ -126,7 +125,7 @@ class ObjectWalk {
     const std::size_t payload = payloadBytes(object);
     require(object.start <= layout_.tableStart && payload <= layout_.tableStart - object.start);
     unfolded_ += kBytesPerObject + payload;
-    if (unfolded_ > kMaxUnfoldedBytes) throw propertyListError("unfolds to too much");
+    if (unfolded_ > kMaxUnfoldedPropertyListBytes) throw propertyListError("unfolds to too much");
     if (object.kind == kArray) visitReferences(object, object.count, depth);
     if (object.kind == kDictionary) visitReferences(object, object.count * 2, depth);
   }

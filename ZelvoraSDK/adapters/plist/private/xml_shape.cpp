@@ -4,6 +4,7 @@
 
 #include <ZelvoraSDK/adapters/plist/private/shape.h>
 #include <ZelvoraSDK/adapters/plist/property_list.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {

@@ -6,13 +6,13 @@
 #include <string_view>
 #include <utility>
 
+#include <ZelvoraSDK/base/limits.h>
+
 namespace zelvora::speechd {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr const char* kCancel = "CANCEL SELF\r\n";
-/// No answer of the daemon's comes near.
-constexpr std::size_t kLongestLine = 65536;
 
 }  // namespace
 
@@ -107,7 +107,8 @@ void Session::takeNotice(const Answer& notice) {
 }
 
 void Session::readLine() {
-  asio::async_read_until(socket_, asio::dynamic_buffer(received_, kLongestLine), kLineEnd,
+  asio::async_read_until(socket_, asio::dynamic_buffer(received_, kMaxSpeechReplyLineBytes),
+                         kLineEnd,
                          [self = shared_from_this()](const auto& failed, std::size_t size) {
                            if (failed) return self->breakOff();
                            self->takeLine(size);

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+/// Every bound on what comes from outside: files, servers, devices, the terminal. Each is applied
+/// before the bytes are in memory and allows the value itself. docs/limits.md lists them.
+namespace zelvora {
+
+// JSON: specs and answers of the backend.
+
+/// Bytes of one document, byte-order mark included. A spec of 10,000 tasks has 5 MB.
+inline constexpr std::size_t kMaxJsonBytes = std::size_t{128} << 20;
+/// Arrays and objects within each other: readers recurse, and a phone's threads have small stacks.
+inline constexpr std::size_t kMaxJsonDepth = 512;
+
+// HTTPS: what the backend answers.
+
+/// Bytes of one response, body and what the transport counts with it. A parsed tree takes about 27
+/// times as much, and an answer that the semantic cache keeps stays there.
+inline constexpr std::size_t kMaxResponseBytes = std::size_t{1} << 20;
+/// Transfers under way at once in one session; further ones wait for their turn.
+inline constexpr std::size_t kMaxActiveTransfers = 32;
+/// Connections' handles kept for later; each holds some 30 kB.
+inline constexpr std::size_t kMaxIdleHandles = 16;
+
+// Property lists.
+
+/// Bytes of one file. Settings of an application take a few kilobytes.
+inline constexpr std::size_t kMaxPropertyListBytes = std::size_t{1} << 20;
+/// Arrays and dictionaries within each other: the library behind it recurses.
+inline constexpr std::size_t kMaxPropertyListDepth = 64;
+/// Bytes that a binary list may unfold to: its objects can refer to each other again and again.
+inline constexpr std::size_t kMaxUnfoldedPropertyListBytes = 16 * kMaxPropertyListBytes;
+
+// Sound: files, recordings and devices.
+
+/// Frames a second. Telephones have 8,000; no microphone has more than 192,000.
+inline constexpr std::uint32_t kMinSampleRate = 8'000;
+inline constexpr std::uint32_t kMaxSampleRate = 192'000;
+/// Channels of a file, and the most that are asked of a device.
+inline constexpr std::uint32_t kMaxSoundChannels = 8;
+/// Of one sound file. A command takes seconds.
+inline constexpr std::chrono::minutes kMaxSoundLength{10};
+
+// Speech output: what the speech daemon sends.
+
+/// Bytes of one line of a reply; real ones have fewer than a hundred.
+inline constexpr std::size_t kMaxSpeechReplyLineBytes = std::size_t{64} << 10;
+
+}  // namespace zelvora
