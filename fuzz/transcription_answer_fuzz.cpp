@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <string>
 
+#include <ZelvoraSDK/backend/transcription.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/speech/transcription_answer.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zelvora;

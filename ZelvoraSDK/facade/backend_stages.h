@@ -6,8 +6,8 @@
 #include <ZelvoraSDK/async/actor.h>
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/lazy.h>
+#include <ZelvoraSDK/backend/access_token.h>
 #include <ZelvoraSDK/backend/client.h>
-#include <ZelvoraSDK/facade/access_token.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/stage_report.h>

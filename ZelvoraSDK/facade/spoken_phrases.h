@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/backend/transcription.h>
 #include <ZelvoraSDK/spec/any_encodable.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
-#include <ZelvoraSDK/speech/stt_protocols.h>
 
 namespace zelvora {
 

@@ -8,6 +8,7 @@
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/lazy.h>
 #include <ZelvoraSDK/async/publisher.h>
+#include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/settings.h>

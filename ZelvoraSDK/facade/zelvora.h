@@ -7,7 +7,7 @@
 
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/publisher.h>
-#include <ZelvoraSDK/facade/access_token.h>
+#include <ZelvoraSDK/backend/access_token.h>
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/stage_report.h>

@@ -2,9 +2,9 @@
 #include <utility>
 
 #include <ZelvoraSDK/async/spawn.h>
+#include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/facade/voice_pipeline.h>
-#include <ZelvoraSDK/speech/cloud_stt.h>
 
 namespace zelvora {
 namespace {
@@ -17,7 +17,7 @@ asio::awaitable<std::string> tokenWhileAlive(std::weak_ptr<Callbacks> facade,
 
 std::shared_ptr<ZelvoraCloudSTTProvider> makeCloudSTT(const Platform& platform,
                                                       const ZelvoraSettings& settings,
-                                                      TokenProvider tokens) {
+                                                      AccessTokenProvider tokens) {
   const ZelvoraSTTMode mode = settings.sttConfig.mode;
   if (mode != ZelvoraSTTMode::cloudOnly && mode != ZelvoraSTTMode::hybrid)
     return std::make_shared<ZelvoraNoCloudSTTProvider>();
@@ -86,7 +86,7 @@ asio::awaitable<void> answerAudio(Platform platform, std::weak_ptr<Callbacks> fa
 
 std::shared_ptr<VoicePipeline> Zelvora::Core::makeVoice(const std::shared_ptr<Core>& core,
                                                         std::weak_ptr<Callbacks> callbacks) {
-  const TokenProvider tokens = [callbacks, accessToken = core->accessToken] {
+  const AccessTokenProvider tokens = [callbacks, accessToken = core->accessToken] {
     return tokenWhileAlive(callbacks, accessToken);
   };
   return std::make_shared<VoicePipeline>(VoicePipeline::Parts{

@@ -7,10 +7,14 @@
 #include <memory>
 #include <span>
 #include <variant>
+#include <vector>
 
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {
+
+/// Recorded sound, as the bytes of a file.
+using AudioData = std::vector<std::byte>;
 
 /// How a microphone delivers sound.
 struct AudioFormat {

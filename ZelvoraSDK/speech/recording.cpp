@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-#include <ZelvoraSDK/speech/uuid.h>
+#include <ZelvoraSDK/base/uuid.h>
 
 namespace zelvora {
 namespace {

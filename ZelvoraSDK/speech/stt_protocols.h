@@ -1,26 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
-
-/// Recorded sound, as the bytes of a file.
-using AudioData = std::vector<std::byte>;
-
-/// What a cloud transcriber is told besides the sound.
-struct ZelvoraSTTRequestParams {
-  std::string language;
-  std::string prompt;
-  std::vector<std::string> hints;  ///< Words that are likely to be said.
-
-  bool operator==(const ZelvoraSTTRequestParams&) const = default;
-};
 
 /// A recogniser that listens. Used on the main executor only.
 class ZelvoraSTT {
@@ -64,20 +50,6 @@ class ZelvoraSpeechTranscriber {
 
   /// Absent when nothing was said. Throws Error.
   virtual asio::awaitable<std::optional<std::string>> transcribe() = 0;
-};
-
-/// Turns recorded sound into text somewhere else. Callable from any thread.
-class ZelvoraCloudSTTProvider {
- public:
-  virtual ~ZelvoraCloudSTTProvider() = default;
-
-  /// What was said, never blank. Throws Error.
-  virtual asio::awaitable<std::string> transcribe(
-      AudioData audio, std::string locale, std::optional<ZelvoraSTTRequestParams> sttParams) = 0;
-
-  asio::awaitable<std::string> transcribe(AudioData audio, std::string locale) {
-    return transcribe(std::move(audio), std::move(locale), std::nullopt);
-  }
 };
 
 }  // namespace zelvora

@@ -16,7 +16,8 @@ set(backend     base async platform outcome spec routing boost/)
 set(speech      base async platform boost/)
 set(facade      base async platform outcome spec routing backend speech boost/)
 set(ui          ${layers} boost/ Q)
-set(adapter     base async platform boost/)
+# What several recognisers share stands in a folder of its own.
+set(adapter     base async platform boost/ ZelvoraSDK/adapters/audio/)
 
 # may_include(FILE OUT): what an include in FILE may begin with.
 function(may_include file out)

@@ -43,6 +43,7 @@ expect(refused ZelvoraSDK/adapters/plist/plist_bundle.h "#include <plist/plist.h
 expect(passes  ZelvoraSDK/adapters/curl/private/handle.h "#include <curl/curl.h>")
 expect(refused ZelvoraSDK/adapters/curl/curl_session.cpp "#include <ZelvoraSDK/facade/zelvora.h>")
 expect(refused ZelvoraSDK/adapters/curl/curl_session.cpp "#include <ZelvoraSDK/adapters/plist/plist_bundle.h>")
+expect(passes  ZelvoraSDK/adapters/pocketsphinx/task.cpp "#include <ZelvoraSDK/adapters/audio/resampler.h>")
 expect(passes  ZelvoraSDK/adapters/host/host_platform.cpp "#include <ZelvoraSDK/adapters/plist/plist_bundle.h>")
 expect(refused ZelvoraSDK/adapters/host/host_platform.cpp "#include <ZelvoraSDK/facade/zelvora.h>")
 file(REMOVE_RECURSE ${WORK})

@@ -8,8 +8,8 @@
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/speech/cloud_stt.h>
 #include <tests/support/scripted_server.h>
 
 namespace zelvora {

@@ -4,17 +4,30 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/backend/access_token.h>
+#include <ZelvoraSDK/backend/transcription.h>
+#include <ZelvoraSDK/base/uuid.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/url.h>
-#include <ZelvoraSDK/speech/stt_protocols.h>
-#include <ZelvoraSDK/speech/uuid.h>
 
 namespace zelvora {
 
-/// Supplies the backend's access token, with or without its "Bearer " prefix. Called on any thread,
-/// possibly several times at once; may fail.
-using TokenProvider = std::function<asio::awaitable<std::string>()>;
+/// Turns recorded sound into text somewhere else. Callable from any thread.
+class ZelvoraCloudSTTProvider {
+ public:
+  virtual ~ZelvoraCloudSTTProvider() = default;
+
+  /// What was said, never blank. Throws Error.
+  virtual asio::awaitable<std::string> transcribe(
+      AudioData audio, std::string locale, std::optional<ZelvoraSTTRequestParams> sttParams) = 0;
+
+  asio::awaitable<std::string> transcribe(AudioData audio, std::string locale) {
+    return transcribe(std::move(audio), std::move(locale), std::nullopt);
+  }
+};
 
 /// For applications without cloud transcription: every call fails with code 501.
 class ZelvoraNoCloudSTTProvider final : public ZelvoraCloudSTTProvider {
@@ -30,9 +43,9 @@ class ZelvoraBackendCloudSTTProvider final : public ZelvoraCloudSTTProvider {
  public:
   struct Settings {
     Url baseURL;
-    TokenProvider tokenProvider;
+    AccessTokenProvider tokenProvider;
     /// Asked once for a fresh token when the backend rejects the first; unset: `tokenProvider`.
-    TokenProvider tokenRefreshProvider;
+    AccessTokenProvider tokenRefreshProvider;
     /// Tells the uploads' boundaries apart; unique each time.
     std::function<std::string()> makeUuid = randomUuid;
   };
@@ -41,7 +54,7 @@ class ZelvoraBackendCloudSTTProvider final : public ZelvoraCloudSTTProvider {
 
   using ZelvoraCloudSTTProvider::transcribe;
   /// Fails with the transport's and the token providers' errors, unchanged, and as
-  /// `transcription_answer.h` says.
+  /// `readTranscription` says.
   asio::awaitable<std::string> transcribe(
       AudioData audio, std::string locale,
       std::optional<ZelvoraSTTRequestParams> sttParams) override;

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/speech/uuid.h>
+#include <ZelvoraSDK/base/uuid.h>
 
 #include <array>
 #include <cstddef>

@@ -1,10 +1,8 @@
-#include <ZelvoraSDK/speech/cloud_stt.h>
+#include <ZelvoraSDK/backend/cloud_stt.h>
 
 #include <utility>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/speech/transcription_answer.h>
-#include <ZelvoraSDK/speech/transcription_request.h>
 
 namespace zelvora {
 namespace {
@@ -40,7 +38,7 @@ asio::awaitable<std::string> transcribeWithRetry(std::shared_ptr<const Settings>
   } catch (const Error& failure) {
     if (failure.code() != kTokenRejected) throw;
   }
-  const TokenProvider& fresh =
+  const AccessTokenProvider& fresh =
       settings->tokenRefreshProvider ? settings->tokenRefreshProvider : settings->tokenProvider;
   token = co_await fresh();
   co_return co_await upload(session, requestFor(speech, std::move(token), *settings));

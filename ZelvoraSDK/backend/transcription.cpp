@@ -1,0 +1,119 @@
+#include <ZelvoraSDK/backend/transcription.h>
+
+#include <string_view>
+#include <utility>
+
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/json_read.h>
+#include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/text.h>
+
+namespace zelvora {
+namespace {
+
+constexpr Seconds kTimeout{60};
+constexpr int kEmptyResult = 0;
+constexpr int kNoHttpResponse = 2;
+constexpr std::string_view kLineEnd = "\r\n";
+
+std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+/// Builds the body of a multipart/form-data upload, part by part, in the order of the calls.
+class MultipartForm {
+ public:
+  explicit MultipartForm(std::string boundary) : boundary_(std::move(boundary)) {}
+
+  /// A part that is a line of text; written as it is, also when empty.
+  void addField(std::string_view name, std::string_view value) {
+    openPart("name=" + quoted(name));
+    body_.append(kLineEnd).append(value).append(kLineEnd);
+  }
+
+  struct File {
+    std::string_view name;  ///< Of the form's part.
+    std::string_view fileName;
+    std::string_view contentType;
+    const AudioData& content;  ///< Written byte for byte.
+  };
+  void addFile(const File& file) {
+    openPart("name=" + quoted(file.name) + "; filename=" + quoted(file.fileName));
+    body_.append("Content-Type: ").append(file.contentType).append(kLineEnd).append(kLineEnd);
+    body_.append(reinterpret_cast<const char*>(file.content.data()), file.content.size());
+    body_.append(kLineEnd);
+  }
+
+  [[nodiscard]] std::string contentType() const {
+    return "multipart/form-data; boundary=" + boundary_;
+  }
+
+  /// Closes the form and hands it over.
+  [[nodiscard]] std::string finish() && {
+    body_.append("--").append(boundary_).append("--").append(kLineEnd);
+    return std::move(body_);
+  }
+
+ private:
+  void openPart(std::string_view disposition) {
+    body_.append("--").append(boundary_).append(kLineEnd);
+    body_.append("Content-Disposition: form-data; ").append(disposition).append(kLineEnd);
+  }
+
+  std::string boundary_;
+  std::string body_;
+};
+
+void addParams(MultipartForm& form, const ZelvoraSTTRequestParams& params) {
+  form.addField("language", params.language);
+  form.addField("prompt", params.prompt);
+  if (!params.hints.empty()) form.addField("hints", toJson(params.hints));
+}
+
+/// The object's member "text"; absent when the body is not JSON or holds no such string.
+std::optional<std::string> textMember(std::string_view body) {
+  try {
+    const JsonDocument document = parseJson(body);
+    return JsonCursor(document.root()).optional<std::string>("text");
+  } catch (const Error&) {
+    return std::nullopt;
+  }
+}
+
+std::string readText(std::string_view bodyText) {
+  const std::string member = textMember(bodyText).value_or("");
+  if (!isBlank(member)) return std::string(trimmed(member));
+  if (isBlank(bodyText)) throw Error(kSTTErrorDomain, kEmptyResult, "Empty STT result");
+  return std::string(trimmed(bodyText));
+}
+
+}  // namespace
+
+UrlRequest transcriptionRequest(const Url& baseURL, const RecordedSpeech& speech,
+                                const UploadPass& pass) {
+  MultipartForm form(pass.boundary);
+  if (speech.sttParams) addParams(form, *speech.sttParams);
+  form.addFile({.name = "audio",
+                .fileName = "audio.wav",
+                .contentType = "audio/wav",
+                .content = speech.audio});
+
+  UrlRequest request;
+  request.method = "POST";
+  request.url = toString(appendingPath(baseURL, "/api/stt"));
+  request.headers = {{"Content-Type", form.contentType()},
+                     {"Authorization", bearerAuthorization(pass.accessToken)},
+                     {"X-Locale", speech.locale}};
+  request.body = std::move(form).finish();
+  request.timeout = kTimeout;
+  return request;
+}
+
+std::string readTranscription(const UrlResponse& answer) {
+  if (!answer.status) throw Error(kSTTErrorDomain, kNoHttpResponse, "No HTTP response");
+  const int status = *answer.status;
+  const std::string bodyText = isValidUtf8(answer.body) ? answer.body : std::string();
+  if (status >= 200 && status <= 299) return readText(bodyText);
+  throw Error(kSTTErrorDomain, status,
+              bodyText.empty() ? "STT HTTP " + std::to_string(status) : bodyText);
+}
+
+}  // namespace zelvora
