@@ -3,7 +3,6 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/facade/candidate_choice.h>
 #include <ZelvoraSDK/facade/replacements.h>
 #include <ZelvoraSDK/routing/normalizer.h>
 
@@ -22,15 +21,20 @@ CleanedUtterance cleanUtterance(std::string_view text, const PreparedSpec& spec,
 LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec,
                           const std::string& locale, const ZelvoraLocalRouter& router,
                           const ExpansionMoment& moment) {
-  const RuntimeSpec::Thresholds& thresholds = spec.thresholds();
   const auto route = [&](std::string_view text) {
-    return router.route(text, *spec.tasks(), thresholds);
+    return router.route(text, *spec.tasks(), spec.thresholds());
   };
+  return answerLocally(utterance, spec, locale, RouteLocally(route), moment);
+}
+
+LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec,
+                          const std::string& locale, const RouteLocally& route,
+                          const ExpansionMoment& moment) {
   LocalAnswer answer;
   if (const RuntimeSpec::Context* context = spec.enabledContext()) {
     answer.candidates =
         SpecContextEngine::expand(utterance, locale, spec.full()->routing.context, moment);
-    const CandidateRules rules = candidateRules(*context, thresholds, moment.lastResult);
+    const CandidateRules rules = candidateRules(*context, spec.thresholds(), moment.lastResult);
     if (auto best = bestCandidateResult(answer.candidates, rules, route)) {
       answer.result = *std::move(best);
       return answer;

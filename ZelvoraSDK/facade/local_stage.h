@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include <ZelvoraSDK/facade/candidate_choice.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/routing/context_engine.h>
@@ -30,6 +31,11 @@ struct LocalAnswer {
 /// REQUIRES: `spec.tasks()` is not null.
 LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec,
                           const std::string& locale, const ZelvoraLocalRouter& router,
+                          const ExpansionMoment& moment);
+
+/// The same with `route` in place of a router, which neither reports nor counts.
+LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec,
+                          const std::string& locale, const RouteLocally& route,
                           const ExpansionMoment& moment);
 
 }  // namespace zelvora

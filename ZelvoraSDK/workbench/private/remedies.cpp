@@ -1,0 +1,301 @@
+#include <ZelvoraSDK/workbench/private/remedies.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/routing/canonical_text.h>
+#include <ZelvoraSDK/routing/compiled_tasks.h>
+#include <ZelvoraSDK/routing/decision.h>
+#include <ZelvoraSDK/workbench/private/findings.h>
+
+namespace zelvora::workbench {
+namespace {
+
+using Kind = SpecEdit::Kind;
+
+constexpr double kSinglePoints = 3.0;
+constexpr double kTokenPoints = 0.6;
+constexpr long kWorkOfSearching = 50;  ///< Going over all texts, in texts routed.
+constexpr std::size_t kMostExamples = 8;
+constexpr const char* kNothingHelps =
+    "give it keywords of several words that no other task has, or lower the thresholds";
+
+std::vector<std::string> wordsOf(std::string_view canonical) {
+  std::vector<std::string> words;
+  for (CanonicalWords each(canonical); !each.done(); each.next()) words.emplace_back(each.word());
+  return words;
+}
+
+std::string joined(const std::vector<std::string>& words) {
+  return joinWords({words.begin(), words.end()});
+}
+
+/// Routes with one task in another form: all others keep their scores.
+class RouteWith {
+ public:
+  RouteWith(const PreparedSpec& spec, std::uint32_t task, const ZelvoraTaskSpec& record)
+      : spec_(spec), task_(task), changed_({record}) {}
+
+  ZelvoraResult operator()(std::string_view text) const {
+    const std::vector<ScoredTask> own = changed_.rank(text);
+    if (own.empty()) return nothingSaid();
+    std::vector<ScoredTask> ranked = spec_.tasks()->rank(text);
+    const ZelvoraTaskSpec* const first = spec_.tasks()->tasks().data();
+    for (ScoredTask& each : ranked)
+      if (each.task == first + task_) each = {each.task, own[0].score, own[0].confidence};
+    // Equal scores keep the order of the spec.
+    std::ranges::sort(ranked, [](const ScoredTask& a, const ScoredTask& b) {
+      return a.score != b.score ? a.score > b.score : a.task < b.task;
+    });
+    return decide(ranked, ranked.size(), spec_.thresholds());
+  }
+
+ private:
+  const PreparedSpec& spec_;
+  std::uint32_t task_;
+  CompiledTasks changed_;
+};
+
+void say(Remedy& remedy, const std::string& what) {
+  remedy.hint += (remedy.hint.empty() ? "" : "; ") + what;
+}
+
+}  // namespace
+
+const std::vector<std::size_t>& Remedies::textsWith(const std::string& word) {
+  const auto [at, isNew] = textsWith_.try_emplace(word);
+  if (!isNew) return at->second;
+  triesLeft_ -= kWorkOfSearching;
+  for (std::size_t text = 0; text < spec_.ownTexts().size(); ++text)
+    if (routed_.of(text).searchable.find(word) != std::string::npos) at->second.push_back(text);
+  return at->second;
+}
+
+std::vector<std::string> Remedies::tellingWords(std::uint32_t task, std::string_view canonical) {
+  std::vector<std::string> words = wordsOf(canonical);
+  std::vector<std::size_t> order(words.size());
+  std::vector<std::size_t> elsewhere(words.size());
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    order[i] = i;
+    for (const std::size_t text : textsWith(words[i]))
+      elsewhere[i] += spec_.ownTexts()[text].task != task;
+    // A word of a letter or two is found in almost anything that people say.
+    if (characterCount(words[i]) < 3) elsewhere[i] += spec_.ownTexts().size();
+  }
+  std::ranges::stable_sort(order, {}, [&](std::size_t i) { return elsewhere[i]; });
+  order.resize(std::min<std::size_t>(order.size(), 2));
+  std::ranges::sort(order);
+  std::vector<std::string> telling;
+  for (const std::size_t i : order)
+    if (std::ranges::find(telling, words[i]) == telling.end()) telling.push_back(words[i]);
+  return telling;
+}
+
+// Drafts.
+
+Remedies::Draft Remedies::draftOf(std::uint32_t task) const {
+  return {.record = spec_.tasks()[task]};
+}
+
+void Remedies::addKeyword(Draft& draft, std::uint32_t task, const std::string& keyword) const {
+  // A minimal task without keywords has its title for one, until it gets another.
+  const auto& records = spec_.tasks();
+  const bool hasOwn =
+      spec_.full() || std::ranges::any_of(spec_.ownTexts(), [&](const OwnText& own) {
+        return own.task == task && own.kind == OwnText::Kind::keyword && !own.isOfLocale;
+      });
+  if (!hasOwn && draft.added.empty())
+    draft.remedy.edits.push_back(
+        {Kind::append, spec_.taskPath(task), "keywords", toJson(records[task].title)});
+  draft.record.keywords.push_back(keyword);
+  draft.touched.push_back(keyword);
+  draft.added.push_back(keyword);
+  draft.remedy.edits.push_back({Kind::append, spec_.taskPath(task), "keywords", toJson(keyword)});
+  say(draft.remedy, "add the keyword " + inQuotes(keyword));
+}
+
+void Remedies::addExample(Draft& draft, std::uint32_t task, const std::string& example) const {
+  draft.record.examples.push_back(example);
+  draft.touched.push_back(example);
+  draft.added.push_back(example);
+  draft.remedy.edits.push_back({Kind::append, spec_.taskPath(task), "examples", toJson(example)});
+}
+
+// Trying.
+
+std::vector<std::size_t> Remedies::touchedTexts(const Draft& draft) {
+  std::vector<std::size_t> texts;
+  for (const std::string& each : draft.touched)
+    for (const std::string& word : wordsOf(normalizeForMatch(each))) {
+      const std::vector<std::size_t>& more = textsWith(word);
+      texts.insert(texts.end(), more.begin(), more.end());
+    }
+  std::ranges::sort(texts);
+  texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
+  return texts;
+}
+
+bool Remedies::isKept(const Draft& draft, std::uint32_t task, std::optional<std::size_t> mustOpen) {
+  if (triesLeft_ <= 0) return true;
+  const RouteWith with(*spec_.prepared(), task, draft.record);
+  const RouteLocally route = [&](std::string_view text) { return with(text); };
+  const auto leadOf = [&](const std::string& normalized, const std::string& locale) {
+    --triesLeft_;
+    return routed_.leadOf(normalized, locale, route);
+  };
+  if (mustOpen &&
+      !leadOf(routed_.of(*mustOpen).normalized, spec_.ownTexts()[*mustOpen].locale).opens(task))
+    return false;
+  for (const std::string& text : draft.added)
+    if (leadOf(text, spec_.locale()).opensOther(task)) return false;
+  for (const std::size_t text : touchedTexts(draft)) {
+    const OwnText& own = spec_.ownTexts()[text];
+    const RoutedTexts::Routed& before = routed_.of(text);
+    if (before.normalized.empty() || before.lead.opensOther(own.task)) continue;
+    if (leadOf(before.normalized, own.locale).opensOther(own.task)) return false;
+  }
+  return true;
+}
+
+std::size_t Remedies::examplesMissing(std::uint32_t task, std::size_t ownText,
+                                      double points) const {
+  const auto& limits = spec_.prepared()->thresholds();
+  double best = 0;
+  for (const ScoredTask& each : spec_.prepared()->tasks()->rank(routed_.of(ownText).normalized))
+    if (each.task == &spec_.tasks()[task])
+      points += each.score;
+    else
+      best = std::max(best, each.score);
+  const double missing =
+      std::max(limits.execute_min_score, best + limits.close_to_second_delta) - points;
+  return static_cast<std::size_t>(std::clamp(std::ceil(missing / kTokenPoints - 1e-6), 1.0, 100.0));
+}
+
+bool Remedies::makeWordOpen(Draft& draft, std::uint32_t task, std::size_t ownText,
+                            const std::string& word) {
+  Draft next = draft;
+  const bool isKeyword = std::ranges::any_of(next.record.keywords, [&](const auto& each) {
+    return wordsOf(normalizeForMatch(each)) == std::vector{word};
+  });
+  if (!isKeyword) addKeyword(next, task, word);
+  const std::size_t least = examplesMissing(task, ownText, isKeyword ? 0 : kSinglePoints);
+  for (std::size_t more = 1; more <= kMostExamples; ++more) {
+    addExample(next, task, word);
+    if (more < least || !isKept(next, task, ownText)) continue;
+    say(next.remedy, "use " + inQuotes(word) + " in " + std::to_string(more) +
+                         (more == 1 ? " more example" : " more examples"));
+    draft = std::move(next);
+    return true;
+  }
+  return false;
+}
+
+bool Remedies::makeOpen(Draft& draft, std::uint32_t task, std::size_t ownText) {
+  const std::vector<std::string> words = wordsOf(routed_.of(ownText).canonical);
+  if (words.empty()) return false;
+  const std::vector<std::string> telling = tellingWords(task, routed_.of(ownText).canonical);
+  if (telling.size() < 2) return makeWordOpen(draft, task, ownText, telling.front());
+
+  const std::string pair = joined(telling);
+  const std::string whole = joined(words);
+  const auto attempt = [&](const std::vector<std::string>& keywords, bool withExample) {
+    Draft next = draft;
+    for (const std::string& keyword : keywords)
+      if (std::ranges::find(next.record.keywords, keyword) == next.record.keywords.end())
+        addKeyword(next, task, keyword);
+    if (withExample) {
+      addExample(next, task, whole);
+      say(next.remedy, "add the example " + inQuotes(whole));
+    }
+    if (!isKept(next, task, ownText)) return false;
+    draft = std::move(next);
+    return true;
+  };
+  if (attempt({pair}, false) || attempt({pair}, true)) return true;
+  return words.size() > 2 && words.size() < 6 && attempt({pair, whole}, true);
+}
+
+// Remedies.
+
+Remedy Remedies::open(std::uint32_t task, const std::vector<std::size_t>& ownTexts) {
+  Draft draft = draftOf(task);
+  std::vector<std::size_t> left;
+  for (const std::size_t text : ownTexts) {
+    const RoutedTexts::Routed& routed = routed_.of(text);
+    const RouteWith with(*spec_.prepared(), task, draft.record);
+    const bool opensNow = !draft.added.empty() && !routed.normalized.empty() && triesLeft_ > 0 &&
+                          routed_
+                              .leadOf(routed.normalized, spec_.ownTexts()[text].locale,
+                                      [&](std::string_view each) { return with(each); })
+                              .opens(task);
+    if (!opensNow && !makeOpen(draft, task, text)) left.push_back(text);
+  }
+  if (left.size() == ownTexts.size() && left.size() > 1) return {kNothingHelps, {}};
+  // The last index first: leaving an entry out moves those behind it.
+  for (auto text = left.rbegin(); text != left.rend(); ++text) {
+    const OwnText& own = spec_.ownTexts()[*text];
+    const bool isOut = takeOut(draft, own);
+    say(draft.remedy, isOut ? "leave out " + inQuotes(own.text)
+                            : "say " + inQuotes(own.text) + " in other words");
+  }
+  return std::move(draft.remedy);
+}
+
+Remedy Remedies::openAny(std::uint32_t task, const std::vector<std::size_t>& ownTexts) {
+  for (const std::size_t text : ownTexts) {
+    Draft draft = draftOf(task);
+    if (makeOpen(draft, task, text)) return std::move(draft.remedy);
+  }
+  return {kNothingHelps, {}};
+}
+
+bool Remedies::takeOut(Draft& draft, const OwnText& own) {
+  if (own.kind == OwnText::Kind::title) return false;
+  const SpecEdit removal{Kind::remove, own.path, "", ""};
+  if (own.isOfLocale) {  // not scored
+    draft.remedy.edits.push_back(removal);
+    return true;
+  }
+  Draft next = draft;
+  const bool isKeyword = own.kind == OwnText::Kind::keyword;
+  std::vector<std::string>& texts = isKeyword ? next.record.keywords : next.record.examples;
+  const auto at = std::ranges::find(texts, isKeyword ? trimmed(own.text) : own.text);
+  if (at == texts.end() || (isKeyword && texts.size() == 1)) return false;
+  texts.erase(at);
+  next.touched.push_back(own.text);
+  next.remedy.edits.push_back(removal);
+  if (!isKept(next, own.task, std::nullopt)) return false;
+  draft = std::move(next);
+  return true;
+}
+
+std::optional<Remedy> Remedies::without(const OwnText& own) {
+  Draft draft = draftOf(own.task);
+  if (!takeOut(draft, own)) return std::nullopt;
+  draft.remedy.hint = "leave it out";
+  return std::move(draft.remedy);
+}
+
+std::optional<Remedy> Remedies::replacing(const OwnText& own, const std::string& by) {
+  const bool isKeyword = own.kind == OwnText::Kind::keyword;
+  if (own.kind == OwnText::Kind::title || own.isOfLocale) return std::nullopt;
+  Draft draft = draftOf(own.task);
+  std::vector<std::string>& texts = isKeyword ? draft.record.keywords : draft.record.examples;
+  const auto at = std::ranges::find(texts, isKeyword ? trimmed(own.text) : own.text);
+  if (at == texts.end()) return std::nullopt;
+  *at = by;
+  draft.touched = {own.text, by};
+  draft.added = {by};
+  if (!isKept(draft, own.task, std::nullopt)) return std::nullopt;
+  // The array of a spelling of its own, such as "synonyms", stays the same one.
+  const std::string array = own.path.substr(0, own.path.rfind('['));
+  const std::size_t dot = array.rfind('.');
+  return Remedy{"write " + inQuotes(by),
+                {{Kind::remove, own.path, "", ""},
+                 {Kind::append, array.substr(0, dot), array.substr(dot + 1), toJson(by)}}};
+}
+
+}  // namespace zelvora::workbench

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <ZelvoraSDK/workbench/private/linted_spec.h>
+#include <ZelvoraSDK/workbench/private/routed_texts.h>
+
+namespace zelvora::workbench {
+
+/// What could be done about a finding.
+struct Remedy {
+  std::string hint;
+  std::vector<SpecEdit> edits;
+};
+
+/// Finds changes of one task that have the wanted effect and make no text of any task open another
+/// one that did not before. Each is tried on the texts that it can touch, by the library's own
+/// scoring; a large spec runs out of tries at some point and then gets likely changes untried.
+class Remedies {
+ public:
+  Remedies(const LintedSpec& spec, const RoutedTexts& routed) : spec_(spec), routed_(routed) {}
+
+  /// Makes own texts of `task` open it: by keywords and examples or, where that would cost another
+  /// task, by leaving texts out.
+  [[nodiscard]] Remedy open(std::uint32_t task, const std::vector<std::size_t>& ownTexts);
+
+  /// Makes any one of the task's own texts open it.
+  [[nodiscard]] Remedy openAny(std::uint32_t task, const std::vector<std::size_t>& ownTexts);
+
+  /// Takes one keyword or example out, or puts another in its place; absent when that makes a text
+  /// open another task, or leaves the task without a keyword.
+  [[nodiscard]] std::optional<Remedy> without(const OwnText& own);
+  [[nodiscard]] std::optional<Remedy> replacing(const OwnText& own, const std::string& by);
+
+  /// The own texts whose phrasings contain `word`, wherever it stands.
+  [[nodiscard]] const std::vector<std::size_t>& textsWith(const std::string& word);
+
+  /// The two words of a text that fewest texts of other tasks have, in the text's order; fewer when
+  /// it has fewer.
+  [[nodiscard]] std::vector<std::string> tellingWords(std::uint32_t task,
+                                                      std::string_view canonical);
+
+ private:
+  /// A task as it would be.
+  struct Draft {
+    ZelvoraTaskSpec record;
+    std::vector<std::string> touched;  ///< Keywords and examples put in or taken out.
+    std::vector<std::string> added;
+    Remedy remedy;
+  };
+
+  Draft draftOf(std::uint32_t task) const;
+  void addKeyword(Draft& draft, std::uint32_t task, const std::string& keyword) const;
+  void addExample(Draft& draft, std::uint32_t task, const std::string& example) const;
+  bool makeOpen(Draft& draft, std::uint32_t task, std::size_t ownText);
+  /// How many examples of one word a text lacks to open its task, when the task has `points` more.
+  [[nodiscard]] std::size_t examplesMissing(std::uint32_t task, std::size_t ownText,
+                                            double points) const;
+  bool makeWordOpen(Draft& draft, std::uint32_t task, std::size_t ownText, const std::string& word);
+  bool takeOut(Draft& draft, const OwnText& own);
+  [[nodiscard]] bool isKept(const Draft& draft, std::uint32_t task,
+                            std::optional<std::size_t> mustOpen);
+  std::vector<std::size_t> touchedTexts(const Draft& draft);
+
+  const LintedSpec& spec_;
+  const RoutedTexts& routed_;
+  std::unordered_map<std::string, std::vector<std::size_t>> textsWith_;
+  long triesLeft_ = 20000;  ///< Texts routed again, or the work of that.
+};
+
+}  // namespace zelvora::workbench
