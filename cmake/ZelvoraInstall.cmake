@@ -28,11 +28,18 @@ install(FILES cmake/ZelvoraDependencies.cmake
   ${PROJECT_BINARY_DIR}/ZelvoraSDKConfig.cmake
   ${PROJECT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake DESTINATION ${package_dir} COMPONENT devel)
 
-# For builds that ask pkg-config: `pkg-config --cflags --libs zelvora-host`, with --static for archives.
+# For builds that ask pkg-config: `pkg-config --cflags --libs zelvora-host`. Those who link our archives
+# link what these stand on; a shared library has done so itself.
 file(RELATIVE_PATH up_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-if(ZELVORA_SPEECH)
-  set(speech_requirements "libpulse, sndfile, speexdsp, pocketsphinx")
-  set(speech_libraries "-lflite_cmulex -lflite")
+if(BUILD_SHARED_LIBS)
+  set(if_shared .private)
+else()
+  set(core_libraries "-lboost_json -lpthread")
+  set(host_requirements ", sqlite3, libplist-2.0, libcurl")
+  if(ZELVORA_SPEECH)
+    string(APPEND host_requirements ", libpulse, sndfile, speexdsp, pocketsphinx")
+    set(host_libraries "-lflite_cmulex -lflite")
+  endif()
 endif()
 foreach(product IN ITEMS zelvora zelvora-host)
   if(product STREQUAL "zelvora" OR ZELVORA_BUILD_HOST)

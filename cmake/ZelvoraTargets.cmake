@@ -89,8 +89,8 @@ function(zelvora_library name)
   target_include_directories(zelvora_${name} ${scope} ${PROJECT_SOURCE_DIR})
   target_compile_features(zelvora_${name} ${scope} cxx_std_20)
   target_link_libraries(zelvora_${name} ${scope} ${arg_USES})
-  # Where the tree is part of another project, the names of products are the products'.
-  if(PROJECT_IS_TOP_LEVEL OR NOT name MATCHES "^(host|speech)$")
+  # Where the tree is part of another project, Zelvora::host is the whole library of that name.
+  if(PROJECT_IS_TOP_LEVEL OR NOT name STREQUAL "host")
     add_library(Zelvora::${name} ALIAS zelvora_${name})
   endif()
 endfunction()
