@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/facade/settings.h>
@@ -11,14 +14,74 @@
 #include <ZelvoraSDK/platform/platform.h>
 #include <ZelvoraSDK/spec/any_encodable.h>
 
-#include "common_options.h"
+#include "command_line.h"
 
 namespace zelvora::tool {
+
+/// What every command that routes understands. Unset ones fall back to the bundle, then to
+/// defaults.
+struct CommonOptions {
+  std::optional<std::filesystem::path> spec;
+  std::optional<std::filesystem::path> bundle;
+  std::optional<std::string> resource;
+  std::optional<std::string> locale;
+  std::optional<std::string> key;
+  std::optional<std::string> baseURL;
+  std::optional<std::string> bundleId;
+  std::optional<std::string> accessToken;  ///< Empty counts as none.
+  std::optional<std::string> sttMode;      ///< Of the command that listens.
+  std::optional<std::filesystem::path> dataDir;
+  bool offline = false;
+  bool json = false;
+  bool verbose = false;
+  bool quiet = false;
+};
+
+/// Makes `command` understand the options; they are in `options` once the call has been read.
+void addCommonOptions(Command& command, CommonOptions& options);
+
+/// Throws UsageError when the options contradict each other or can't be used, before anything is
+/// read or sent.
+void checkCommonOptions(const CommonOptions& options);
+
+/// The library's lines on standard error. On a terminal they are dim, one screen line each, and
+/// can be held until the answer they belong to has been printed. Callable from any thread.
+class Diagnostics final : public LogSink {
+ public:
+  explicit Diagnostics(bool quiet);
+  ~Diagnostics() override;
+
+  void write(std::string_view line) override;
+  /// On a terminal: keeps lines from now on.
+  void hold();
+  /// Prints what was kept and keeps no more.
+  void release();
+  /// While `isMute`, lines are dropped.
+  void mute(bool isMute);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// Holds diagnostics while it lives, so that the answer stands first; not with `asTheyCome`.
+class HeldDiagnostics {
+ public:
+  HeldDiagnostics(Diagnostics& diagnostics, bool asTheyCome) : diagnostics_(diagnostics) {
+    if (!asTheyCome) diagnostics_.hold();
+  }
+  ~HeldDiagnostics() { diagnostics_.release(); }
+  HeldDiagnostics(const HeldDiagnostics&) = delete;
+  HeldDiagnostics& operator=(const HeldDiagnostics&) = delete;
+
+ private:
+  Diagnostics& diagnostics_;
+};
 
 /// The application that the options describe. Its log lines go to standard error.
 class Application {
  public:
-  /// Throws UsageError when an input file can't be used.
+  /// Throws UsageError when an option or an input file can't be used.
   explicit Application(const CommonOptions& options);
   /// Waits for background work, which may still be telling the main loop.
   ~Application() { platform_.executors->stopBackground(); }
@@ -28,9 +91,19 @@ class Application {
   [[nodiscard]] const Platform& platform() const { return platform_; }
   [[nodiscard]] const ZelvoraSettings& settings() const { return settings_; }
   [[nodiscard]] const AnyEncodable& spec() const { return spec_; }
+  [[nodiscard]] const std::filesystem::path& specFile() const { return specFile_; }
+  [[nodiscard]] Diagnostics& diagnostics() { return *diagnostics_; }
 
   /// Hands `text` to the façade and waits for its one outcome.
   ZelvoraResult route(const std::string& text);
+
+  /// Routes `text` as of the time `at`, on the device alone and without a word, so that the session
+  /// memory holds what it opens.
+  void remember(const std::string& text, Timestamp at);
+
+  /// Counts a pick of a screen and returns the new count; absent, with a line in the log, when it
+  /// could not be stored.
+  std::optional<std::int64_t> recordPick(const std::string& screenId);
 
   [[nodiscard]] MainLoop& loop() { return loop_; }
 
@@ -44,12 +117,39 @@ class Application {
   [[nodiscard]] ZelvoraHooks& hooks() { return hooks_; }
 
  private:
+  class SessionClock;
+  class SessionNetwork;
+
   MainLoop loop_;
+  std::shared_ptr<Diagnostics> diagnostics_;
+  std::shared_ptr<SessionClock> clock_;
+  std::shared_ptr<SessionNetwork> network_;
   Platform platform_;
   ZelvoraSettings settings_;
+  std::filesystem::path specFile_;
   AnyEncodable spec_;
   ZelvoraHooks hooks_;
   std::unique_ptr<Zelvora> facade_;
 };
+
+/// The whole file. Throws UsageError that names it and says why it can't be read.
+std::string readInputFile(const std::filesystem::path& path);
+
+/// The app spec in a JSON file, of any shape. Throws UsageError that names the file and the place.
+AnyEncodable specInFile(const std::filesystem::path& path);
+
+/// Where learning counts and the shell's history live.
+std::filesystem::path dataFolderOf(const CommonOptions& options);
+
+/// The identifiers in a spec of either shape, in its order. Takes broken specs as far as they go.
+struct SpecIds {
+  std::vector<std::string> tasks;
+  std::vector<std::string> screens;
+};
+SpecIds idsIn(const AnyEncodable& spec);
+
+/// A file of the project's example, as in "shop.json": below this folder, beside the build that
+/// the tool is in, or where the tool was installed.
+std::optional<std::filesystem::path> findExample(const std::string& name);
 
 }  // namespace zelvora::tool

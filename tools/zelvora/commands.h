@@ -1,24 +1,30 @@
 #pragma once
 
-#include <functional>
-
-namespace CLI {
-class App;
-}
+#include "command_line.h"
 
 namespace zelvora::tool {
 
-/// What the call asks for; answers the exit status.
-using Run = std::function<int()>;
+struct CommonOptions;
 
-// Each teaches `tool` one command and sets `run` when the call names it.
-void addRouteCommand(CLI::App& tool, Run& run);
-void addExplainCommand(CLI::App& tool, Run& run);
-void addChooseCommand(CLI::App& tool, Run& run);
-void addValidateCommand(CLI::App& tool, Run& run);
-void addServeCommand(CLI::App& tool, Run& run);  ///< Only with ZELVORA_BUILD_SERVE.
-// Only with ZELVORA_SPEECH.
-void addListenCommand(CLI::App& tool, Run& run);
-void addSpeakCommand(CLI::App& tool, Run& run);
+// Each describes one command; `main.cpp` lists them. To add one: declare it here, list it there,
+// put it into commands/NAME.cpp and CMakeLists.txt. Its help, man page, completion and the check of
+// docs/tool.md follow from the description.
+Command routeCommand();
+Command explainCommand();
+Command chooseCommand();
+Command validateCommand();
+Command initCommand();
+Command shellCommand();
+Command completionCommand();
+/// What the completion scripts ask; not listed.
+Command completeCommand(const std::vector<Command>& commands);
+/// The man page and the texts of docs/tool.md; not listed.
+Command referenceCommand(const std::vector<Command>& commands);
+Command serveCommand();   ///< Only with ZELVORA_BUILD_SERVE.
+Command listenCommand();  ///< Only with ZELVORA_SPEECH.
+Command speakCommand();   ///< Only with ZELVORA_SPEECH.
+
+/// Routes what someone types, a line an utterance, and returns the exit status.
+int runShell(const CommonOptions& options, Output& out);
 
 }  // namespace zelvora::tool

@@ -4,12 +4,11 @@
 #include <vector>
 
 #include <ZelvoraSDK/facade/prepared_spec.h>
-#include <ZelvoraSDK/facade/settings.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/routing/compiled_tasks.h>
 #include <ZelvoraSDK/routing/context_engine.h>
 
-#include "terminal.h"
+#include "output.h"
 
 namespace zelvora::tool {
 
@@ -22,9 +21,9 @@ struct Explanation {
   ZelvoraResult result;
 };
 
-/// Sends and records nothing. Valid as long as `spec`.
-Explanation explain(const std::string& text, const PreparedSpec& spec,
-                    const ZelvoraSettings& settings, const Platform& platform);
+/// Sends, records, reports and counts nothing. Valid as long as `spec`.
+Explanation explain(const std::string& text, const PreparedSpec& spec, const std::string& locale,
+                    Timestamp now);
 
 /// One JSON object, without a line end.
 std::string explanationLine(const Explanation& explanation);

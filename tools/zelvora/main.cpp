@@ -1,52 +1,62 @@
-#include <CLI/CLI.hpp>
 #include <exception>
-#include <iostream>
 #include <string>
-
-#include <ZelvoraSDK/base/version.h>
+#include <vector>
 
 #include "commands.h"
-#include "usage_error.h"
 
 namespace {
 
 using namespace zelvora::tool;
 
-int runTool(int argc, char** argv) {
-  CLI::App tool("Voice navigation for applications, from the terminal", "zelvora");
-  tool.set_version_flag("--version", zelvora::ZelvoraKit::version);
-  tool.require_subcommand(0, 1);
-
-  Run run;
-  addRouteCommand(tool, run);
-  addExplainCommand(tool, run);
-  addChooseCommand(tool, run);
-  addValidateCommand(tool, run);
-#ifdef ZELVORA_BUILD_SERVE
-  addServeCommand(tool, run);
-#endif
+/// In the order in which help, man page and docs/tool.md have them.
+std::vector<Command> allCommands() {
+  std::vector<Command> commands = {
+      routeCommand(),  explainCommand(), chooseCommand(),     validateCommand(),
+      initCommand(),   shellCommand(),   completionCommand(),
 #ifdef ZELVORA_SPEECH
-  addListenCommand(tool, run);
-  addSpeakCommand(tool, run);
+      listenCommand(), speakCommand(),
 #endif
+#ifdef ZELVORA_BUILD_SERVE
+      serveCommand(),
+#endif
+  };
+  const std::vector<Command> listed = commands;
+  commands.push_back(completeCommand(listed));
+  commands.push_back(referenceCommand(listed));
+  return commands;
+}
+
+/// Runs it and sees to it that all output has arrived; what was answered before a failure, too.
+int finished(Output& out, const Run& run) {
   try {
-    tool.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() != 0) throw UsageError(std::string(error.what()) + "; see --help");
-    return tool.exit(error);  // prints the help or the version
+    const int status = run(out);
+    out.finish();
+    return status;
+  } catch (...) {
+    out.flush();
+    throw;
   }
-  if (run) return run();
-  std::cerr << tool.help();
-  return kUnusable;
+}
+
+int runTool(const std::vector<std::string>& arguments) {
+  const std::vector<Command> commands = allCommands();
+  if (arguments.empty()) {
+    printRaw(helpOf(commands));
+    return kUnusable;
+  }
+  const Run run = readCommandLine(commands, arguments);
+  Output out;
+  return finished(out, run);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  keepStandardStreams();
   try {
-    return runTool(argc, argv);
+    return runTool({argv + 1, argv + argc});
   } catch (const std::exception& error) {
-    std::cerr << "zelvora: " << error.what() << '\n';
+    complain(error.what());
     return kUnusable;
   }
 }

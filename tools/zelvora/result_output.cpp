@@ -1,6 +1,6 @@
 #include "result_output.h"
 
-#include <cstdio>
+#include <algorithm>
 
 #include <ZelvoraSDK/base/text.h>
 
@@ -42,10 +42,10 @@ std::string confidenceText(const std::optional<double>& confidence) {
   return confidence ? "confidence " + shortestDecimal(*confidence) : "no confidence given";
 }
 
-std::string paramsText(const Params& params) {
+std::string paramsText(const Params& params, const Style& style) {
   std::string text;
   for (const auto& [key, value] : params)
-    text += (text.empty() ? "  with " : ", ") + key + "=" + value;
+    text += (text.empty() ? "  with " : ", ") + style.text(key) + "=" + style.text(value);
   return text;
 }
 
@@ -54,26 +54,29 @@ struct FriendlyWriter {
   const Style& style;
 
   std::string operator()(const ZelvoraExecute& result) const {
-    return style.good("open screen ") + style.strong(result.screenId) + paramsText(result.params) +
-           "  " + style.faint(confidenceText(result.confidence)) + "\n  " + result.say + "\n";
+    return style.good("open screen ") + style.strong(result.screenId) +
+           paramsText(result.params, style) + "  " +
+           style.faint(confidenceText(result.confidence)) + "\n  " + style.errorText(result.say) +
+           "\n";
   }
   std::string operator()(const ZelvoraPresent& result) const {
     return style.good("present ") + style.strong(result.presentationId) +
-           paramsText(result.params) + "  " + style.faint(confidenceText(result.confidence)) +
-           "\n" + (result.say ? "  " + *result.say + "\n" : "");
+           paramsText(result.params, style) + "  " +
+           style.faint(confidenceText(result.confidence)) + "\n" +
+           (result.say ? "  " + style.errorText(*result.say) + "\n" : "");
   }
   std::string operator()(const ZelvoraShowChoices& result) const {
-    std::string text = style.notice("choose: ") + result.say + "\n";
+    std::string text = style.notice("choose: ") + style.errorText(result.say) + "\n";
     std::size_t widest = 0;
     for (const ZelvoraChoice& choice : result.choices)
-      widest = std::max(widest, characterCount(choice.title));
+      widest = std::max(widest, characterCount(style.text(choice.title)));
     for (const ZelvoraChoice& choice : result.choices)
-      text += "  " + padded(choice.title, widest) + "  " + fixed2(choice.confidence) + "  " +
-              style.faint(choice.screenId.value_or(choice.taskId)) + "\n";
+      text += "  " + padded(style.text(choice.title), widest) + "  " + fixed2(choice.confidence) +
+              "  " + style.faint(choice.screenId.value_or(choice.taskId)) + "\n";
     return text;
   }
   std::string operator()(const ZelvoraUnsupported& result) const {
-    return style.bad("unsupported: ") + result.say + "\n";
+    return style.bad("unsupported: ") + style.errorText(result.say) + "\n";
   }
 };
 

@@ -6,7 +6,7 @@
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/outcome/result.h>
 
-#include "terminal.h"
+#include "output.h"
 
 namespace zelvora::tool {
 

@@ -1,15 +1,12 @@
-#include <unistd.h>
+#include "../explanation.h"
 
-#include <CLI/CLI.hpp>
-#include <iostream>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "../application.h"
 #include "../commands.h"
-#include "../explanation.h"
-#include "../usage_error.h"
-#include "../utterances.h"
 
 namespace zelvora::tool {
 namespace {
@@ -19,31 +16,39 @@ struct ExplainOptions {
   std::vector<std::string> texts;
 };
 
-int runExplain(const ExplainOptions& options) {
+int runExplain(const ExplainOptions& options, Output& out) {
   const Application application(options.common);
   const PreparedSpec spec(application.spec());
-  const Style style = Style::forDescriptor(STDOUT_FILENO);
-  forEachUtterance(options.texts, [&](const std::string& text) {
+  const Style style = Style::forOutput();
+  return forEachUtterance(options.texts, [&](const std::string& text) {
     const Explanation explanation =
-        explain(text, spec, application.settings(), application.platform());
-    if (options.common.json)
-      std::cout << explanationLine(explanation) << std::endl;
-    else
-      std::cout << friendlyExplanation(explanation, spec, style) << std::flush;
+        explain(text, spec, application.settings().locale, application.platform().clock->now());
+    if (options.common.json) return out.jsonLine(explanationLine(explanation));
+    out.write(friendlyExplanation(explanation, spec, style));
+    out.flush();
   });
-  return kAnswered;
 }
 
 }  // namespace
 
-void addExplainCommand(CLI::App& tool, Run& run) {
-  auto options = std::make_shared<ExplainOptions>();
-  CLI::App* command =
-      tool.add_subcommand("explain", "Show what the device makes of utterances; sends nothing");
-  addCommonOptions(*command, options->common);
-  command->add_option("text", options->texts,
-                      "Utterances; without any they are read from standard input, one a line");
-  command->callback([options, &run] { run = [options] { return runExplain(*options); }; });
+Command explainCommand() {
+  const auto options = std::make_shared<ExplainOptions>();
+  Command command{
+      .name = "explain",
+      .summary = "show what the device makes of utterances; sends nothing",
+      .about =
+          "What the stages on the device make of each TEXT, or of each line of standard input, "
+          "with "
+          "an empty session memory. Nothing is sent, recorded or counted. It shows the normalised "
+          "text, the phrasings that context adds, the best tasks with the points that each keyword "
+          "and example word earned, what the runner-up lacks, and, where the device settles "
+          "nothing, which stage would be asked next.",
+      .operands = {.shown = "[TEXT…]", .take = [options](std::vector<std::string> texts) {
+                     options->texts = std::move(texts);
+                   }}};
+  addCommonOptions(command, options->common);
+  command.run = [options](Output& out) { return runExplain(*options, out); };
+  return command;
 }
 
 }  // namespace zelvora::tool

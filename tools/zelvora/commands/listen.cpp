@@ -1,41 +1,229 @@
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <boost/asio/post.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <cmath>
+#include <csignal>
 #include <fstream>
-#include <iostream>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+
+#include <ZelvoraSDK/outcome/audit_event.h>
+#include <ZelvoraSDK/outcome/result.h>
+#include <ZelvoraSDK/speech/metered_engines.h>
 
 #include "../application.h"
-#include "../audit_output.h"
 #include "../commands.h"
-#include "../listening.h"
-#include "../live_line.h"
 #include "../result_output.h"
-#include "../usage_error.h"
 
 namespace zelvora::tool {
 namespace {
 
+namespace fs = std::filesystem;
+
 struct ListenOptions {
   CommonOptions common;
-  std::optional<std::filesystem::path> audio;
-  std::optional<std::filesystem::path> saveAudio;
+  std::optional<fs::path> audio;
+  std::optional<fs::path> saveAudio;
 };
 
-ListeningObserver observerFor(const ListenOptions& options, LiveLine& live) {
+/// What came of one spoken command.
+struct Heard {
+  std::optional<std::string> transcript;  ///< What was routed; absent when nothing was.
+  ZelvoraResult result;
+  /// What the device made of it, routed or not, and how sure it was.
+  std::string deviceTranscript;
+  std::optional<double> deviceConfidence;
+  std::optional<AudioData> recording;
+};
+
+/// `level`, 1 for full scale, as a bar of `width` characters. What is softer than 60 dB below full
+/// scale is an empty one.
+std::string levelBar(float level, int width) {
+  constexpr double kSoftest = -60;
+  const double decibels = level > 0 ? 20 * std::log10(static_cast<double>(level)) : kSoftest;
+  const double share = std::clamp(1 - decibels / kSoftest, 0.0, 1.0);
+  const auto filled = static_cast<int>(std::lround(share * width));
+  std::string bar;
+  for (int i = 0; i < width; ++i) bar += i < filled ? "▮" : "▯";
+  return bar;
+}
+
+/// One line on standard error that shows what is going on while someone speaks: the state, how loud
+/// it is and the text so far. Nothing where standard error is no terminal.
+class LiveLine {
+ public:
+  LiveLine() = default;
+  ~LiveLine() {
+    if (isOnTerminal_) printRaw("\r\033[K");
+  }
+  LiveLine(const LiveLine&) = delete;
+  LiveLine& operator=(const LiveLine&) = delete;
+
+  void showLevel(float level) {
+    level_ = level;
+    draw();
+  }
+  void showState(bool isRecording, const std::string& text) {
+    if (isRecording) state_ = "listening";
+    if (wasRecording_ && !isRecording) {
+      state_ = "thinking";
+      level_ = 0;
+    }
+    wasRecording_ = isRecording;
+    text_ = text;
+    draw();
+  }
+
+ private:
+  void draw() const {
+    if (!isOnTerminal_) return;
+    const Style style = Style::forDescriptor(STDERR_FILENO);
+    printRaw("\r\033[K" + style.notice(state_ + "…") + " " + style.good(levelBar(level_, 12)) +
+             " " + style.errorText(text_));
+  }
+
+  bool isOnTerminal_ = errorsGoToTerminal();
+  bool wasRecording_ = false;
+  std::string state_ = "starting";
+  std::string text_;
+  float level_ = 0;
+};
+
+/// Whom to call while it is going on, on the application's main loop; any may be unset.
+struct ListeningObserver {
+  std::function<void(ZelvoraAuditEvent)> onAuditEvent;
+  std::function<void(float level)> onLevel;
+  /// Whether the capture runs, and the text so far.
+  std::function<void(bool isRecording, const std::string& text)> onChange;
+  std::function<void(const std::string& message)> onError;
+};
+
+/// One spoken command: starts, watches the recogniser, and stops once. A capture that ends by
+/// itself and an interrupt from the keyboard stop it; a second interrupt ends the program.
+class Listening {
+ public:
+  Listening(Application& application, const ListeningObserver& observer)
+      : application_(application),
+        observer_(observer),
+        interrupts_(application.loop().executor(), SIGINT, SIGTERM) {}
+
+  Heard run() {
+    if (observer_.onLevel) showLevels();
+    application_.hooks().onTranscript = [this](std::string text) {
+      heard_.transcript = std::move(text);
+    };
+    Zelvora& zelvora = application_.facade();
+    zelvora.onAuditEvent = observer_.onAuditEvent;
+    zelvora.onResult = [this](ZelvoraResult result) { end(std::move(result)); };
+    interrupts_.async_wait([this](const boost::system::error_code& error, int) {
+      if (error) return;
+      interrupts_.clear();
+      stop();
+    });
+    const auto watching = zelvora.objectWillChange().subscribe([this] { look(); });
+    zelvora.startVoice();
+    // Nothing is started, and nothing told, where speech is disabled.
+    if (zelvora.sttConfig().mode == ZelvoraSTTMode::disabled) stop();
+    application_.loop().run();
+    return std::move(heard_);
+  }
+
+ private:
+  /// The levels come on the audio thread.
+  void showLevels() {
+    auto& engines = application_.speech().audioEngines;
+    engines = std::make_shared<MeteredAudioEngineFactory>(
+        engines, [main = application_.loop().executor(), show = observer_.onLevel](float level) {
+          asio::post(main, [show, level] { show(level); });
+        });
+  }
+
+  /// Looks at the recogniser after a change.
+  void look() {
+    const auto recognizer = application_.facade().stt();
+    const bool isRecording = recognizer->isRecording();
+    if (observer_.onChange) observer_.onChange(isRecording, recognizer->transcript());
+    const auto error = recognizer->errorMessage();
+    if (error && error != lastError_ && observer_.onError) observer_.onError(*error);
+    lastError_ = error;
+    const bool hasEnded = wasRecording_ && !isRecording;
+    wasRecording_ = isRecording;
+    if (hasEnded || (error && !isRecording)) stop();
+  }
+
+  void stop() {
+    if (!std::exchange(isStopped_, true)) application_.facade().stopVoice();
+  }
+
+  void end(ZelvoraResult result) {
+    if (std::exchange(hasEnded_, true)) return;
+    heard_.result = std::move(result);
+    if (const auto recognizer = application_.facade().stt()) {
+      heard_.deviceTranscript = recognizer->bestTranscript();
+      heard_.deviceConfidence = recognizer->bestTranscriptConfidence();
+    }
+    heard_.recording = application_.facade().lastRecordedAudio();
+    application_.loop().stop();
+  }
+
+  Application& application_;
+  const ListeningObserver& observer_;
+  asio::signal_set interrupts_;
+  Heard heard_;
+  std::optional<std::string> lastError_;
+  bool wasRecording_ = false;
+  bool isStopped_ = false;
+  bool hasEnded_ = false;
+};
+
+struct AuditWriter {
+  JsonWriter& out;
+
+  void operator()(const LocalSTTUsed& event) const {
+    out.member("case", "localSTTUsed");
+    out.member("transcriptLength", event.transcriptLength);
+  }
+  void operator()(const CloudSTTRequested& event) const {
+    out.member("case", "cloudSTTRequested");
+    out.member("audioBytes", event.audioBytes);
+  }
+  void operator()(const CloudSTTUsed& event) const {
+    out.member("case", "cloudSTTUsed");
+    out.member("transcriptLength", event.transcriptLength);
+  }
+  void operator()(const CloudSTTFailed& event) const {
+    out.member("case", "cloudSTTFailed");
+    out.member("message", event.message);
+  }
+};
+
+/// `{"auditEvent":{"case":…}}` on one line, without a line end.
+std::string auditEventLine(const ZelvoraAuditEvent& event) {
+  return jsonObject([&](JsonWriter& out) {
+    out.key("auditEvent");
+    out.object([&](JsonWriter& fields) { std::visit(AuditWriter{fields}, event); });
+  });
+}
+
+ListeningObserver observerFor(const ListenOptions& options, const std::string& locale,
+                              LiveLine& live, Output& out) {
   ListeningObserver observer{
       .onLevel = [&](float level) { live.showLevel(level); },
       .onChange = [&](bool isRecording,
                       const std::string& text) { live.showState(isRecording, text); },
       .onError =
-          [&](const std::string& message) {
-            live.clear();
-            std::cerr << "zelvora: " + message + "\n";
+          [locale](const std::string& message) {
+            const bool isAboutLocale = message == "Speech recognizer not available";
+            complain(message + (isAboutLocale ? " for the locale " + locale : ""));
           }};
   if (options.common.json)
-    observer.onAuditEvent = [](const ZelvoraAuditEvent& event) {
-      std::cout << auditEventLine(event) << std::endl;
+    observer.onAuditEvent = [&out](const ZelvoraAuditEvent& event) {
+      out.jsonLine(auditEventLine(event));
     };
   return observer;
 }
@@ -48,16 +236,27 @@ std::string friendlyTranscript(const Heard& heard, const Style& style) {
                      fixed2(heard.deviceConfidence.value_or(0)) + ")");
 }
 
-void print(const Heard& heard, bool json) {
-  const Style style = Style::forDescriptor(STDOUT_FILENO);
-  if (json)
-    std::cout << routedLine(heard.transcript, heard.result) << std::endl;
-  else
-    std::cout << friendlyTranscript(heard, style) << "\n  " << friendlyResult(heard.result, style)
-              << std::flush;
+void print(const Heard& heard, bool json, Output& out) {
+  if (json) return out.jsonLine(routedLine(heard.transcript, heard.result));
+  const Style style = Style::forOutput();
+  out.write(friendlyTranscript(heard, style) + "\n  " + friendlyResult(heard.result, style));
+  out.flush();
 }
 
-void save(const std::optional<AudioData>& recording, const std::filesystem::path& path) {
+/// Refuses to write over what the call reads, under whatever name.
+void checkFiles(const ListenOptions& options, const fs::path& spec) {
+  if (options.audio == fs::path("-"))
+    throw UsageError("--audio: standard input can't be heard; name a file");
+  if (!options.saveAudio) return;
+  for (const auto& read : {options.audio, std::optional(spec)}) {
+    std::error_code notThere;
+    if (read && fs::equivalent(*read, *options.saveAudio, notThere))
+      throw UsageError("--save-audio: " + options.saveAudio->string() +
+                       " is being read, and is not overwritten");
+  }
+}
+
+void save(const std::optional<AudioData>& recording, const fs::path& path) {
   if (!recording) throw UsageError(path.string() + ": nothing was recorded");
   std::ofstream file(path, std::ios::binary);
   file.write(reinterpret_cast<const char*>(recording->data()),
@@ -65,33 +264,55 @@ void save(const std::optional<AudioData>& recording, const std::filesystem::path
   if (!file.flush()) throw UsageError(path.string() + ": the recording could not be written");
 }
 
-int runListen(const ListenOptions& options) {
+int runListen(const ListenOptions& options, Output& out) {
   Application application(options.common);
+  checkFiles(options, application.specFile());
   application.enableSpeech(options.audio);
   Heard heard;
   {
     LiveLine live;
-    heard = listen(application, observerFor(options, live));
+    const ListeningObserver observer =
+        observerFor(options, application.settings().locale, live, out);
+    heard = Listening(application, observer).run();
   }
-  print(heard, options.common.json);
+  print(heard, options.common.json, out);
   if (options.saveAudio) save(heard.recording, *options.saveAudio);
   return kAnswered;
 }
 
 }  // namespace
 
-void addListenCommand(CLI::App& tool, Run& run) {
-  auto options = std::make_shared<ListenOptions>();
-  CLI::App* command = tool.add_subcommand("listen", "Hear one spoken command and route it");
-  addCommonOptions(*command, options->common);
-  command->add_option("--audio", options->audio, "A sound file, heard instead of the microphone")
-      ->type_name("FILE");
-  command->add_option("--save-audio", options->saveAudio, "Where to keep what was recorded")
-      ->type_name("FILE");
-  command->add_option("--stt-mode", options->common.sttMode, "Who recognises speech")
-      ->type_name("MODE")
-      ->check(CLI::IsMember({"localOnly", "hybrid", "cloudOnly", "disabled"}));
-  command->callback([options, &run] { run = [options] { return runListen(*options); }; });
+Command listenCommand() {
+  const auto options = std::make_shared<ListenOptions>();
+  Command command{
+      .name = "listen",
+      .summary = "hear one spoken command and route it",
+      .about =
+          "Hears one spoken command, routes it and prints its outcome. The capture ends by itself "
+          "after a silence; Ctrl-C ends it at once, and a second Ctrl-C ends the tool. On a "
+          "terminal, standard error shows the state, how loud it is and the text so far. A locale "
+          "without a recogniser and a missing microphone are reported in one line on standard "
+          "error, beside the outcome.",
+  };
+  command.options = {
+      {.name = "--audio",
+       .value = "FILE",
+       .meaning = "a sound file of any format that libsndfile reads, heard in real time",
+       .otherwise = "the microphone",
+       .take = into(options->audio),
+       .completes = Completes::files},
+      {.name = "--save-audio",
+       .value = "FILE",
+       .meaning = "where to keep what was recorded, in Core Audio Format; never a file being read",
+       .otherwise = "nowhere",
+       .take = into(options->saveAudio),
+       .completes = Completes::files},
+      choiceOption("--stt-mode", "MODE", {"localOnly", "hybrid", "cloudOnly", "disabled"},
+                   "who recognises speech: `localOnly`, `hybrid`, `cloudOnly` or `disabled`",
+                   "the bundle's, else `localOnly`", into(options->common.sttMode))};
+  addCommonOptions(command, options->common);
+  command.run = [options](Output& out) { return runListen(*options, out); };
+  return command;
 }
 
 }  // namespace zelvora::tool

@@ -1,15 +1,11 @@
-#include <unistd.h>
-
-#include <CLI/CLI.hpp>
-#include <iostream>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "../application.h"
 #include "../commands.h"
 #include "../result_output.h"
-#include "../usage_error.h"
-#include "../utterances.h"
 
 namespace zelvora::tool {
 namespace {
@@ -19,32 +15,41 @@ struct RouteOptions {
   std::vector<std::string> texts;
 };
 
-void print(const std::string& text, const ZelvoraResult& result, bool json) {
-  static const Style style = Style::forDescriptor(STDOUT_FILENO);
-  if (json)
-    std::cout << routedLine(text, result) << '\n';
-  else
-    std::cout << style.strong(text) << "\n  " << friendlyResult(result, style);
-  std::cout.flush();
-}
-
-int runRoute(const RouteOptions& options) {
+int runRoute(const RouteOptions& options, Output& out) {
+  if (options.texts.empty() && !options.common.json && isInteractive())
+    return runShell(options.common, out);
   Application application(options.common);
-  forEachUtterance(options.texts, [&](const std::string& text) {
-    print(text, application.route(text), options.common.json);
+  const Style style = Style::forOutput();
+  return forEachUtterance(options.texts, [&](const std::string& text) {
+    const HeldDiagnostics held(application.diagnostics(), options.common.verbose);
+    const ZelvoraResult result = application.route(text);
+    if (options.common.json) return out.jsonLine(routedLine(text, result));
+    out.write(style.strong(text) + "\n  " + friendlyResult(result, style));
+    out.flush();
   });
-  return kAnswered;
 }
 
 }  // namespace
 
-void addRouteCommand(CLI::App& tool, Run& run) {
-  auto options = std::make_shared<RouteOptions>();
-  CLI::App* command = tool.add_subcommand("route", "Route utterances, each to its one outcome");
-  addCommonOptions(*command, options->common);
-  command->add_option("text", options->texts,
-                      "Utterances; without any they are read from standard input, one a line");
-  command->callback([options, &run] { run = [options] { return runRoute(*options); }; });
+Command routeCommand() {
+  const auto options = std::make_shared<RouteOptions>();
+  Command command{
+      .name = "route",
+      .summary = "route utterances, each to its one outcome",
+      .about =
+          "Routes each TEXT in order. Without TEXT it reads utterances from standard input, one a "
+          "line, and answers each before it reads the next; only a line feed ends a line, and a "
+          "blank line is answered too. All utterances of one call go through one façade, so that "
+          "the session memory and the semantic cache carry over.\n\n"
+          "A TEXT is taken literally, `[a,b]`, `++` and an empty one too; one that begins with a "
+          "dash stands behind `--`. A line of standard input over 1 MiB is not routed: one line on "
+          "standard error names its number, the rest goes on, and the exit status is 2.",
+      .operands = {.shown = "[TEXT…]", .take = [options](std::vector<std::string> texts) {
+                     options->texts = std::move(texts);
+                   }}};
+  addCommonOptions(command, options->common);
+  command.run = [options](Output& out) { return runRoute(*options, out); };
+  return command;
 }
 
 }  // namespace zelvora::tool

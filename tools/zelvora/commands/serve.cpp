@@ -1,16 +1,17 @@
-#include <CLI/CLI.hpp>
-#include <iostream>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_read.h>
 
+#include "../application.h"
 #include "../commands.h"
-#include "../example_spec.h"
-#include "../input_file.h"
 #include "../serve/http_server.h"
-#include "../usage_error.h"
 #ifdef ZELVORA_SPEECH
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
@@ -28,6 +29,7 @@ struct ServeOptions {
   std::optional<fs::path> catalogue;
   std::optional<std::string> requiredToken;
   int port = 8080;
+  bool quiet = false;
 };
 
 /// The bytes of a JSON file in which `read` finds nothing wrong.
@@ -45,7 +47,7 @@ std::string checkedFile(const fs::path& path, const Read& read) {
 
 serve::BackendOptions backendFor(const ServeOptions& options) {
   serve::BackendOptions backend{.requiredToken = options.requiredToken};
-  const auto catalogue = options.catalogue ? options.catalogue : findExampleCatalogue();
+  const auto catalogue = options.catalogue ? options.catalogue : findExample("catalogue.json");
   if (catalogue)
     checkedFile(*catalogue,
                 [&](const JsonCursor& in) { backend.catalogue = serve::catalogueIn(in); });
@@ -58,7 +60,7 @@ serve::BackendOptions backendFor(const ServeOptions& options) {
 #ifdef ZELVORA_SPEECH
 /// This system's recogniser, which expects the phrases of the spec served, else of the example's.
 serve::Transcriber transcriberFor(const ServeOptions& options) {
-  const auto spec = options.spec ? options.spec : findExampleSpec();
+  const auto spec = options.spec ? options.spec : findExample("shop.json");
   std::vector<std::string> vocabulary;
   if (spec) vocabulary = recognitionVocabulary(specInFile(*spec), "en-US");
   return serve::transcriberWith(
@@ -66,41 +68,68 @@ serve::Transcriber transcriberFor(const ServeOptions& options) {
 }
 #endif
 
-int runServe(const ServeOptions& options) {
+int runServe(const ServeOptions& options, Output& out) {
   serve::BackendOptions backend = backendFor(options);
 #ifdef ZELVORA_SPEECH
   backend.transcriber = transcriberFor(options);
 #endif
+  const bool quiet = options.quiet;
+  std::unique_ptr<serve::HttpServer> server;
   try {
-    serve::serveUntilStopped(backend, options.port, [](const std::string& address) {
-      std::cout << "Development backend on " << address << std::endl;
-    });
+    server = std::make_unique<serve::HttpServer>(std::move(backend),
+                                                 static_cast<std::uint16_t>(options.port),
+                                                 [quiet](const std::string& line) {
+                                                   if (!quiet) printError(line);
+                                                 });
   } catch (const std::runtime_error& error) {
     throw UsageError("port " + std::to_string(options.port) + ": " + error.what());
   }
+  out.write("Development backend on " + server->address() + "\n");
+  out.flush();
+  server->run();
   return kAnswered;
 }
 
 }  // namespace
 
-void addServeCommand(CLI::App& tool, Run& run) {
-  auto options = std::make_shared<ServeOptions>();
-  CLI::App* command = tool.add_subcommand(
-      "serve", "Run a backend to develop against, on this machine alone; not for production");
-  command->add_option("--spec", options->spec, "Tasks to search for requests that bring none")
-      ->type_name("FILE");
-  command
-      ->add_option("--catalogue", options->catalogue, "What the catalogue holds; else the shop's")
-      ->type_name("FILE");
-  command->add_option("--port", options->port, "Port on 127.0.0.1; 0 takes a free one")
-      ->type_name("N")
-      ->check(CLI::Range(0, 65535))
-      ->capture_default_str();
-  command
-      ->add_option("--require-token", options->requiredToken,
-                   "The one bearer token accepted; without it any will do")
-      ->type_name("T");
-  command->callback([options, &run] { run = [options] { return runServe(*options); }; });
+Command serveCommand() {
+  const auto options = std::make_shared<ServeOptions>();
+  Command command{
+      .name = "serve",
+      .summary = "run a backend to develop against, on this machine alone; not for production",
+      .about =
+          "Runs a backend to develop against on 127.0.0.1 until Ctrl-C or SIGTERM: a tool for "
+          "development, not for production. It prints one line that ends in its address and, on "
+          "standard error, a line a request: method, path, status.\n\n"
+          "It answers only requests whose `Host` is this machine, reads bodies of at most 32 MiB "
+          "without a `Content-Encoding`, looks at the token before the body, and gives each "
+          "connection 20 seconds to send its request."};
+  command.options = {
+      {.name = "--port",
+       .value = "N",
+       .meaning = "the port; 0 takes a free one",
+       .otherwise = "8080",
+       .take = into(options->port, 0, 65535)},
+      {.name = "--catalogue",
+       .value = "FILE",
+       .meaning = "what the catalogue holds",
+       .otherwise = "the example shop's, where it can be found",
+       .take = into(options->catalogue),
+       .completes = Completes::files},
+      {.name = "--spec",
+       .value = "FILE",
+       .meaning = "tasks to search for requests that bring none",
+       .otherwise = "none",
+       .take = into(options->spec),
+       .completes = Completes::files},
+      {.name = "--require-token",
+       .value = "T",
+       .meaning = "the one bearer token accepted",
+       .otherwise = "any",
+       .take = into(options->requiredToken)},
+      {.name = "--quiet", .meaning = "no line a request", .take = into(options->quiet)}};
+  command.run = [options](Output& out) { return runServe(*options, out); };
+  return command;
 }
 
 }  // namespace zelvora::tool

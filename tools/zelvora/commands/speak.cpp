@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <boost/asio/post.hpp>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
@@ -9,7 +10,6 @@
 
 #include "../application.h"
 #include "../commands.h"
-#include "../usage_error.h"
 
 namespace zelvora::tool {
 namespace {
@@ -44,12 +44,25 @@ int runSpeak(const SpeakOptions& options) {
 
 }  // namespace
 
-void addSpeakCommand(CLI::App& tool, Run& run) {
-  auto options = std::make_shared<SpeakOptions>();
-  CLI::App* command = tool.add_subcommand("speak", "Say each text in the locale's voice");
-  addCommonOptions(*command, options->common);
-  command->add_option("text", options->texts, "What is to be said")->required();
-  command->callback([options, &run] { run = [options] { return runSpeak(*options); }; });
+Command speakCommand() {
+  const auto options = std::make_shared<SpeakOptions>();
+  Command command{
+      .name = "speak",
+      .summary = "say each text in the locale's voice",
+      .about =
+          "Says each text in the locale's voice, through speech-dispatcher, and returns when it "
+          "has been said. Blank texts are passed over. A text that could not be said ends the "
+          "tool with status 2 and the cause; without a sound server that takes a while to "
+          "find out.",
+      .operands = {.shown = "TEXT…",
+                   .missing = "what is to be said?",
+                   .least = 1,
+                   .take = [options](std::vector<std::string> texts) {
+                     options->texts = std::move(texts);
+                   }}};
+  addCommonOptions(command, options->common);
+  command.run = [options](Output&) { return runSpeak(*options); };
+  return command;
 }
 
 }  // namespace zelvora::tool

@@ -1,7 +1,6 @@
-#include <CLI/CLI.hpp>
-#include <filesystem>
-#include <iostream>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <ZelvoraSDK/base/error.h>
@@ -9,16 +8,16 @@
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 
+#include "../application.h"
 #include "../commands.h"
-#include "../input_file.h"
-#include "../usage_error.h"
 
 namespace zelvora::tool {
 namespace {
 
 struct ValidateOptions {
-  std::vector<std::filesystem::path> files;
+  std::vector<std::string> files;
   bool json = false;
+  bool quiet = false;
 };
 
 /// Decoding problems first: with one of them there is nothing more to look at.
@@ -30,37 +29,63 @@ std::vector<std::string> problemsOf(const std::string& bytes) {
   }
 }
 
-void print(const std::filesystem::path& file, const std::vector<std::string>& problems, bool json) {
-  if (!json) {
-    for (const std::string& problem : problems)
-      std::cout << file.string() << ": " << problem << '\n';
-    if (problems.empty()) std::cerr << file.string() << ": no problems\n";
-    return;
-  }
-  std::cout << jsonObject([&](JsonWriter& out) {
-    out.member("file", file.string());
-    out.member("problems", problems);
-  }) << '\n';
+void print(const std::string& file, const std::vector<std::string>& problems,
+           const ValidateOptions& options, Output& out) {
+  if (options.json)
+    return out.jsonLine(jsonObject([&](JsonWriter& json) {
+      json.member("file", file);
+      json.member("problems", problems);
+    }));
+  const Style style = Style::forOutput();
+  for (const std::string& problem : problems)
+    out.write(style.text(file) + ": " + style.errorText(problem) + "\n");
+  out.flush();
+  if (problems.empty() && !options.quiet) printError(file + ": no problems");
 }
 
-int runValidate(const ValidateOptions& options) {
+int runValidate(const ValidateOptions& options, Output& out) {
+  bool anyUnreadable = false;
   bool anyProblem = false;
-  for (const std::filesystem::path& file : options.files) {
-    const std::vector<std::string> problems = problemsOf(readInputFile(file));
-    print(file, problems, options.json);
+  for (const std::string& file : options.files) {
+    std::string bytes;
+    try {
+      bytes = readInputFile(file);
+    } catch (const UsageError& error) {
+      complain(error.what());
+      anyUnreadable = true;
+      continue;
+    }
+    const std::vector<std::string> problems = problemsOf(bytes);
+    print(file, problems, options, out);
     anyProblem = anyProblem || !problems.empty();
   }
-  return anyProblem ? kAnswerIsNo : kAnswered;
+  return anyUnreadable ? kUnusable : anyProblem ? kAnswerIsNo : kAnswered;
 }
 
 }  // namespace
 
-void addValidateCommand(CLI::App& tool, Run& run) {
-  auto options = std::make_shared<ValidateOptions>();
-  CLI::App* command = tool.add_subcommand("validate", "List what is wrong with full specs");
-  command->add_option("file", options->files, "Spec files")->type_name("FILE")->required();
-  command->add_flag("--json", options->json, "One JSON object a file");
-  command->callback([options, &run] { run = [options] { return runValidate(*options); }; });
+Command validateCommand() {
+  const auto options = std::make_shared<ValidateOptions>();
+  Command command{
+      .name = "validate",
+      .summary = "list what is wrong with full specs",
+      .about =
+          "Prints `FILE: problem` for each problem of full specs: what keeps one from being "
+          "decoded, with the coding path; else what validation finds, tasks included that "
+          "would stop an application. A file that is not JSON is one problem with its line "
+          "and column. The exit status is 1 if there is any problem, and 2 if a file can't be "
+          "read; the others are still checked.",
+      .operands = {
+          .shown = "FILE…",
+          .missing = "no spec to validate",
+          .least = 1,
+          .take = [options](std::vector<std::string> files) { options->files = std::move(files); },
+          .completes = Completes::files}};
+  command.options = {
+      {.name = "--json", .meaning = "one JSON object a file", .take = into(options->json)},
+      quietOption(options->quiet)};
+  command.run = [options](Output& out) { return runValidate(*options, out); };
+  return command;
 }
 
 }  // namespace zelvora::tool

@@ -3,9 +3,10 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "destination.h"
+#include "search.h"
 
 namespace zelvora::serve {
 
@@ -34,6 +35,10 @@ struct Reply {
   int status = 200;
   std::string body;  ///< JSON with status 200, else a text for a person.
 };
+
+/// Why a request to `path` would not be answered, whatever its body; nothing when it would.
+std::optional<Reply> refusedBeforeBody(const BackendOptions& options, std::string_view path,
+                                       std::string_view authorization);
 
 /// Answers one request. Safe to call from any thread.
 Reply reply(const BackendOptions& options, const Request& request);

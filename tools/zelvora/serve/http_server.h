@@ -1,21 +1,55 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "backend.h"
 
 namespace zelvora::serve {
 
-/// The longest request body that is read, in bytes; more is answered with 413.
-inline constexpr std::size_t kMaxBodyBytes = 32u << 20;
+/// What one connection may take. Bytes are counted as they are used, whatever the encoding on the
+/// way, before they are kept.
+struct ServerLimits {
+  std::size_t bodyBytes = std::size_t{32} << 20;    ///< More is answered with 413.
+  std::size_t headerBytes = std::size_t{16} << 10;  ///< Request line and headers; 431.
+  std::size_t connections = 256;                    ///< At once; 503.
+  /// For sending a whole request, and again for taking the answer. However slowly bytes trickle.
+  std::chrono::milliseconds deadline{20'000};
+};
 
-/// Serves on 127.0.0.1 until the process receives SIGINT or SIGTERM. Port 0 takes a free one;
-/// `ready` is called with the address once connections are accepted. Prints a line a request to
-/// standard error: method, path, status. REQUIRES: no other thread runs yet, so that the signals
-/// come here. Throws std::runtime_error when the port can't be had.
-void serveUntilStopped(const BackendOptions& options, int port,
-                       const std::function<void(const std::string& address)>& ready);
+/// An HTTP server on 127.0.0.1 for `reply`. Each connection carries one request. Only requests to
+/// this machine's names are answered, so that no web page can reach it under a name of its own.
+class HttpServer {
+ public:
+  /// Takes the port, 0 for a free one; connections wait until `run`. `log` gets a line a request:
+  /// method, path, status. Throws std::runtime_error when the port can't be had.
+  HttpServer(BackendOptions options, std::uint16_t port, std::function<void(std::string)> log,
+             const ServerLimits& limits = {});
+  ~HttpServer();
+  HttpServer(const HttpServer&) = delete;
+  HttpServer& operator=(const HttpServer&) = delete;
+
+  /// "http://127.0.0.1:PORT".
+  [[nodiscard]] std::string address() const;
+  [[nodiscard]] std::uint16_t port() const;
+
+  /// Serves on this thread until `stop`, or until the process receives SIGINT or SIGTERM.
+  void run();
+  /// From any thread.
+  void stop();
+
+ private:
+  struct State;
+  std::shared_ptr<State> state_;
+};
+
+/// The content of the part `name` of a form, "multipart/form-data" as `contentType` says; a view of
+/// `body`, empty when there is none.
+std::string_view formPart(std::string_view body, std::string_view contentType,
+                          std::string_view name);
 
 }  // namespace zelvora::serve
