@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -404,6 +405,9 @@ SpecIds idsIn(const AnyEncodable& spec) {
     const auto* value = task.if_contains(key);
     return value && value->is_string() ? std::string(value->get_string()) : std::string();
   };
+  const auto add = [](std::vector<std::string>& list, std::string id) {
+    if (!id.empty() && std::ranges::find(list, id) == list.end()) list.push_back(std::move(id));
+  };
   SpecIds ids;
   const auto* root = document.root().if_object();
   const auto* tasks = root ? root->if_contains("tasks") : nullptr;
@@ -411,10 +415,8 @@ SpecIds idsIn(const AnyEncodable& spec) {
   for (const boost::json::value& each : tasks->get_array()) {
     const auto* task = each.if_object();
     if (!task) continue;
-    for (const char* key : {"id", "taskId"})
-      if (const auto id = textUnder(*task, key); !id.empty()) ids.tasks.push_back(id);
-    for (const char* key : {"screenId", "screen_id"})
-      if (const auto id = textUnder(*task, key); !id.empty()) ids.screens.push_back(id);
+    for (const char* key : {"id", "taskId"}) add(ids.tasks, textUnder(*task, key));
+    for (const char* key : {"screenId", "screen_id"}) add(ids.screens, textUnder(*task, key));
   }
   return ids;
 }

@@ -141,7 +141,8 @@ AnyEncodable specInFile(const std::filesystem::path& path);
 /// Where learning counts and the shell's history live.
 std::filesystem::path dataFolderOf(const CommonOptions& options);
 
-/// The identifiers in a spec of either shape, in its order. Takes broken specs as far as they go.
+/// The identifiers in a spec of either shape, each once, in its order. Takes broken specs as far as
+/// they go.
 struct SpecIds {
   std::vector<std::string> tasks;
   std::vector<std::string> screens;

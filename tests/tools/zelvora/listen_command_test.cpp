@@ -80,6 +80,29 @@ TEST_F(ListenCommand, RefusesFilesThatAreNoSoundOrCanNotBeWritten) {
   EXPECT_THAT(noPlace.err, HasSubstr("kept.caf: the recording could not be written"));
 }
 
+TEST_F(ListenCommand, NeverOverwritesWhatItReads) {
+  const std::string before = testing::bytesOf(command_);
+  const auto link = folder_.path() / "link.caf";
+  const auto twin = folder_.path() / "twin.caf";
+  std::filesystem::create_symlink(command_, link);
+  std::filesystem::create_hard_link(command_, twin);
+  const auto sameByAnotherWay = folder_.path() / "." / "command.caf";
+  for (const auto& target : {command_, link, twin, sameByAnotherWay}) {
+    const ToolRun run = hear({"--save-audio", target});
+    EXPECT_EQ(run.status, 2) << target;
+    EXPECT_EQ(run.out, "") << target;
+    EXPECT_THAT(run.err, HasSubstr("is being read, and is not overwritten"));
+  }
+  EXPECT_EQ(testing::bytesOf(command_), before);
+}
+
+TEST_F(ListenCommand, SaysThatThereIsNoRecogniserBesideTheOutcome) {
+  const ToolRun run = hear({"--locale", "he-IL", "--quiet"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "zelvora: Speech recognizer not available for the locale he-IL\n");
+  EXPECT_THAT(run.out, HasSubstr("No speech detected"));
+}
+
 TEST_F(ListenCommand, HearsTheMicrophoneUntilItIsInterrupted) {
   const testing::SoundServer sound;
   const std::string othersWhoListen = sound.control("list short source-outputs");

@@ -1,6 +1,8 @@
 #include "tool_process.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,11 +23,8 @@ std::string readAll(int descriptor) {
   return text;
 }
 
-/// In the child: becomes the tool. Never returns.
-[[noreturn]] void becomeTool(const ToolCall& call, int in, int out, const std::string& errorFile) {
-  ::dup2(in, STDIN_FILENO);
-  ::dup2(out, STDOUT_FILENO);
-  ::dup2(::open(errorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+/// In the child: runs the tool on the streams that are open. Never returns.
+[[noreturn]] void executeTool(const ToolCall& call) {
   for (const auto& [name, value] : call.environment) ::setenv(name.c_str(), value.c_str(), 1);
   std::vector<char*> arguments = {const_cast<char*>(ZELVORA_TOOL)};
   for (const std::string& argument : call.arguments)
@@ -33,6 +32,22 @@ std::string readAll(int descriptor) {
   arguments.push_back(nullptr);
   ::execv(ZELVORA_TOOL, arguments.data());
   ::_exit(127);
+}
+
+/// In the child: becomes the tool. Never returns.
+[[noreturn]] void becomeTool(const ToolCall& call, int in, int out, const std::string& errorFile) {
+  if (!call.inputFile.empty()) in = ::open(call.inputFile.c_str(), O_RDONLY);
+  if (!call.outputFile.empty()) out = ::open(call.outputFile.c_str(), O_WRONLY);
+  if (call.outputIsBrokenPipe) {
+    int broken[2];
+    if (::pipe(broken) != 0) ::_exit(127);
+    ::close(broken[0]);
+    out = broken[1];
+  }
+  ::dup2(in, STDIN_FILENO);
+  ::dup2(out, STDOUT_FILENO);
+  ::dup2(::open(errorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+  executeTool(call);
 }
 
 }  // namespace
@@ -108,6 +123,57 @@ ToolRun runTool(const ToolCall& call) {
   ToolProcess tool(call);
   tool.write(call.input);  // the inputs of these tests fit into a pipe
   return tool.finish();
+}
+
+TerminalProcess::TerminalProcess(const ToolCall& call) {
+  const winsize size{.ws_row = 24, .ws_col = 100, .ws_xpixel = 0, .ws_ypixel = 0};
+  pid_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
+  if (pid_ < 0) throw std::runtime_error("no terminal");
+  if (pid_ != 0) return;
+  ::setenv("TERM", "xterm", 1);
+  executeTool(call);
+}
+
+TerminalProcess::~TerminalProcess() {
+  if (pid_ > 0) {
+    ::kill(pid_, SIGKILL);
+    ::waitpid(pid_, nullptr, 0);
+  }
+  ::close(terminal_);
+}
+
+void TerminalProcess::type(const std::string& keys) const {
+  if (::write(terminal_, keys.data(), keys.size()) < 0) throw std::runtime_error("no keys");
+}
+
+bool TerminalProcess::readMore() {
+  pollfd readable{.fd = terminal_, .events = POLLIN, .revents = 0};
+  if (::poll(&readable, 1, 60'000) <= 0) return false;
+  char bytes[4096];
+  const ssize_t count = ::read(terminal_, bytes, sizeof bytes);
+  if (count <= 0) return false;
+  shown_.append(bytes, static_cast<std::size_t>(count));
+  return true;
+}
+
+std::string TerminalProcess::waitFor(const std::string& text) {
+  for (;;) {
+    const std::size_t at = shown_.find(text, seen_);
+    if (at != shown_.npos) {
+      const std::size_t start = std::exchange(seen_, at + text.size());
+      return shown_.substr(start, seen_ - start);
+    }
+    if (!readMore()) throw std::runtime_error("\"" + text + "\" was not shown, but: " + shown_);
+  }
+}
+
+int TerminalProcess::finish() {
+  while (readMore()) {
+  }
+  int status = 0;
+  ::waitpid(pid_, &status, 0);
+  pid_ = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 }  // namespace zelvora::testing

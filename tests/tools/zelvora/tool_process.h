@@ -9,7 +9,10 @@ namespace zelvora::testing {
 /// How the tool is called.
 struct ToolCall {
   std::vector<std::string> arguments;
-  std::string input;                                             ///< All of standard input.
+  std::string input;       ///< All of standard input.
+  std::string inputFile;   ///< Standard input instead, opened for reading; a folder will do.
+  std::string outputFile;  ///< Standard output instead, opened for writing.
+  bool outputIsBrokenPipe = false;  ///< A pipe that nobody reads; SIGPIPE is ignored.
   std::vector<std::pair<std::string, std::string>> environment;  ///< On top of this process's.
 };
 
@@ -45,6 +48,32 @@ class ToolProcess {
   int in_ = -1;
   int out_ = -1;
   std::string errorFile_;
+};
+
+/// The tool on a terminal of its own, with someone at the keys.
+class TerminalProcess {
+ public:
+  explicit TerminalProcess(const ToolCall& call);
+  ~TerminalProcess();
+  TerminalProcess(const TerminalProcess&) = delete;
+  TerminalProcess& operator=(const TerminalProcess&) = delete;
+
+  void type(const std::string& keys) const;
+  /// Everything shown so far, up to and with `text`. Throws when the tool ends first or says
+  /// nothing for a minute.
+  std::string waitFor(const std::string& text);
+  /// Waits for the end; -1 when a signal ended it.
+  int finish();
+  /// All that was shown.
+  [[nodiscard]] const std::string& shown() const { return shown_; }
+
+ private:
+  bool readMore();
+
+  int pid_ = -1;
+  int terminal_ = -1;
+  std::string shown_;
+  std::size_t seen_ = 0;
 };
 
 }  // namespace zelvora::testing

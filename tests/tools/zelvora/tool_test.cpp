@@ -124,6 +124,49 @@ TEST_F(Tool, CountsPicksThatRaiseLaterChoices) {
   EXPECT_NE(routed.out.find(R"("title":"Cart","confidence":0.18)"), routed.out.npos);
 }
 
+TEST_F(Tool, WarnsOfAPickThatTheSpecDoesNotKnow) {
+  const ToolRun known = runTool(call("choose", {"cart_screen"}));
+  EXPECT_EQ(known.err.find("no task opens"), known.err.npos) << known.err;
+  const ToolRun unknown = runTool(call("choose", {"cart_scren"}));
+  EXPECT_EQ(unknown.status, 0);
+  EXPECT_NE(unknown.err.find("no task opens the screen cart_scren; the nearest is cart_screen"),
+            unknown.err.npos);
+  EXPECT_TRUE(unknown.out.ends_with(" 1\n")) << unknown.out;
+}
+
+TEST_F(Tool, ExplainsWhatTheRunnerUpLacks) {
+  const ToolRun opens = runTool(call("explain", {"open orders"}));
+  EXPECT_NE(opens.out.find("runner-up: cart would open with 5.64 more points"), opens.out.npos)
+      << opens.out;
+  EXPECT_EQ(opens.err, "");
+  // No score reaches a confidence of 1, so that the runner-up can lead but not open.
+  spec_ = file("spec.json", [] {
+    std::string spec = smallSpec();
+    const std::string key = R"("execute_min_conf":)";
+    const std::size_t at = spec.find(key) + key.size();
+    return spec.replace(at, spec.find_first_of(",}", at) - at, "1.0");
+  }());
+  const ToolRun leads = runTool(call("explain", {"open orders"}));
+  EXPECT_NE(leads.out.find("runner-up: cart would lead the choices with 3.01 more points"),
+            leads.out.npos)
+      << leads.out;
+}
+
+TEST_F(Tool, ExplainReportsNoHit) {
+  const ToolRun run = runTool(call("explain", {"open my cart"}));
+  EXPECT_NE(run.out.find("open screen cart_screen"), run.out.npos);
+  EXPECT_EQ(run.err, "");
+}
+
+TEST_F(Tool, GoesOnBehindAFileThatCanNotBeRead) {
+  const std::string missing = folder_.path() / "missing.json";
+  const std::string wrong = file("wrong.json", "{}");
+  const ToolRun run = runTool({.arguments = {"validate", missing, wrong, spec_}});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_NE(run.err.find(missing), run.err.npos);
+  EXPECT_NE(run.out.find(wrong + ": "), run.out.npos) << run.out;
+}
+
 TEST_F(Tool, ListsTheProblemsOfSpecs) {
   const std::string broken = file("broken.json", [] {
     std::string spec = smallSpec();

@@ -78,22 +78,22 @@ constexpr BundleFile kFiles[] = {
       "id": "catalogue",
       "title": "Find a book",
       "screenId": "catalogue",
-      "keywords": ["find book", "search catalogue", "look up title"],
-      "examples": ["find book", "search catalogue", "look up title"]
+      "keywords": ["find book", "search catalogue", "book shelf"],
+      "examples": ["find book", "search catalogue", "book shelf"]
     },
     {
       "id": "hours",
       "title": "Opening hours",
       "screenId": "hours",
-      "keywords": ["opening hours", "closing time", "open today"],
-      "examples": ["opening hours", "closing time", "open today"]
+      "keywords": ["opening hours", "closing time", "library hours"],
+      "examples": ["opening hours", "closing time", "library hours"]
     },
     {
       "id": "events",
-      "title": "Events",
+      "title": "Events calendar",
       "screenId": "events",
-      "keywords": ["events", "story evening", "author reading"],
-      "examples": ["events", "story evening", "author reading"]
+      "keywords": ["events calendar", "story evening", "author reading"],
+      "examples": ["events calendar", "story evening", "author reading"]
     },
     {
       "id": "card",

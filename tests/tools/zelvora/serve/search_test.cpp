@@ -51,5 +51,19 @@ TEST(Search, LeavesTwinsOneHalfEachInTheirOrder) {
   EXPECT_THAT(search(twins, "red", "en"), ::testing::ElementsAre(Hit{0, 0.5}, Hit{1, 0.5}));
 }
 
+TEST(Search, LooksAtNoMoreWordsThanTheLimit) {
+  std::string words;
+  for (std::size_t at = 0; at + 1 < kMaxSearchWords; ++at) words += "x" + std::to_string(at) + " ";
+  EXPECT_EQ(search(kPlaces, words + "cart", "en").size(), 1u);
+  EXPECT_TRUE(search(kPlaces, words + "x cart", "en").empty());
+  EXPECT_EQ(search(kPlaces, words + "x1 cart", "en").size(), 1u) << "a word said again is no other";
+}
+
+TEST(Search, TakesAnyText) {
+  for (const char* text : {"\"", "cart\" OR \"orders", "cart*", "NEAR(cart orders)", "^cart",
+                           "title:cart", "-cart", "'", "cart;", "\xF0\x9F\x98\x80", "שָׁלוֹם"})
+    EXPECT_NO_THROW((void)search(kPlaces, text, "en")) << text;
+}
+
 }  // namespace
 }  // namespace zelvora::serve
