@@ -10,7 +10,7 @@
 #include <random>
 #include <sstream>
 
-#include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
+#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <tests/support/synthetic_voice.h>
 
 namespace zelvora::bench {
@@ -46,7 +46,7 @@ constexpr const char* kStrangeSentences[] = {"the train leaves at half past seve
                                              "I dreamt about an elephant"};
 
 std::vector<std::string> wordsOf(const std::string& text) {
-  const auto sentences = sphinx::spokenSentences({text});
+  const auto sentences = audio::spokenSentences({text});
   return sentences.empty() ? std::vector<std::string>{} : sentences.front();
 }
 
@@ -105,7 +105,7 @@ std::vector<Clip> commandClips(const RuntimeSpec& spec,
 }
 
 std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary) {
-  const std::vector<sphinx::Sentence> known = sphinx::spokenSentences(vocabulary);
+  const std::vector<audio::Sentence> known = audio::spokenSentences(vocabulary);
   std::vector<Clip> clips;
   std::ifstream lines(ZELVORA_SOURCE_DIR "/examples/shop/utterances.tsv");
   for (std::string line; clips.size() < kCommands * kVoices.size() && std::getline(lines, line);) {

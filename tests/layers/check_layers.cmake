@@ -46,6 +46,11 @@ function(is_allowed file include out)
     return()
   endif()
   # A private folder is for its own room, and no public header leads into it: it is not installed.
+  # What the recognisers share is theirs together.
+  if(include MATCHES "^ZelvoraSDK/adapters/audio/private/"
+     AND file MATCHES "^ZelvoraSDK/adapters/(pocketsphinx|sherpa)/(private/|.*\\.cpp$)")
+    return()
+  endif()
   if(include MATCHES "^ZelvoraSDK/(adapters/)?[^/]+/private/")
     string(REGEX MATCH "^ZelvoraSDK/(adapters/)?[^/]+/" room "${include}")
     if(NOT file MATCHES "^${room}(private/|.*\\.cpp$)")

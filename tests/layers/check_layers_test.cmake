@@ -48,5 +48,7 @@ expect(refused ZelvoraSDK/adapters/curl/curl_session.cpp "#include <ZelvoraSDK/f
 expect(refused ZelvoraSDK/adapters/curl/curl_session.cpp "#include <ZelvoraSDK/adapters/plist/plist_bundle.h>")
 expect(passes  ZelvoraSDK/adapters/pocketsphinx/task.cpp "#include <ZelvoraSDK/adapters/audio/resampler.h>")
 expect(passes  ZelvoraSDK/adapters/host/host_platform.cpp "#include <ZelvoraSDK/adapters/plist/plist_bundle.h>")
+expect(passes  ZelvoraSDK/adapters/sherpa/private/model.cpp "#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>")
+expect(refused ZelvoraSDK/adapters/pulse/pulse_engine.cpp "#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>")
 expect(refused ZelvoraSDK/adapters/host/host_platform.cpp "#include <ZelvoraSDK/facade/zelvora.h>")
 file(REMOVE_RECURSE ${WORK})

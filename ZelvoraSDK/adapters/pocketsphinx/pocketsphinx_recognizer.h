@@ -8,7 +8,7 @@
 
 namespace zelvora {
 
-namespace sphinx {
+namespace audio {
 class DecoderThread;
 }
 
@@ -31,7 +31,7 @@ class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
   void preload();
 
  private:
-  std::shared_ptr<sphinx::DecoderThread> thread_;
+  std::shared_ptr<audio::DecoderThread> thread_;
 };
 
 }  // namespace zelvora

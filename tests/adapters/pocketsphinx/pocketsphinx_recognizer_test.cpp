@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include <tests/adapters/pocketsphinx/listening.h>
+#include <tests/adapters/audio/listening.h>
 #include <tests/support/synthetic_voice.h>
 
 namespace zelvora {

@@ -3,12 +3,16 @@
 #include <cmath>
 #include <sstream>
 
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
+#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/pronunciation.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
 
 namespace zelvora::sphinx {
 namespace {
+
+using audio::pronunciation;
+using audio::Sentence;
+using audio::spokenSentences;
 
 TEST(Vocabulary, SpellsPhrasesAsADictionaryDoes) {
   const struct {

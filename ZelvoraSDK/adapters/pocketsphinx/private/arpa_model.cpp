@@ -7,6 +7,9 @@
 #include <numeric>
 
 namespace zelvora::sphinx {
+
+using audio::Sentence;
+
 namespace {
 
 constexpr double kDiscount = 0.5;

@@ -14,13 +14,15 @@
 #include <filesystem>
 #include <string_view>
 
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
+#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/pronunciation.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora::sphinx {
 namespace {
+
+using audio::Sentence;
 
 constexpr const char* kAcousticModel = ZELVORA_SPHINX_MODELS "/en-us/en-us";
 constexpr const char* kLanguageModel = ZELVORA_SPHINX_MODELS "/en-us/en-us.lm.bin";
@@ -86,7 +88,7 @@ void addPronunciations(ps_decoder_t* decoder, const std::vector<Sentence>& sente
       const bool isKnown = known != nullptr;
       std::free(known);
       if (isKnown) continue;
-      if (const std::string phones = pronunciation(word); !phones.empty())
+      if (const std::string phones = audio::pronunciation(word); !phones.empty())
         ps_add_word(decoder, word.c_str(), phones.c_str(), FALSE);
     }
 }
@@ -124,9 +126,9 @@ std::string withoutVariant(std::string_view word) {
   return std::string(word.substr(0, word.find('(')));
 }
 
-void addWord(SpeechResult& result, std::string word, double confidence) {
+void addWord(SpeechResult& result, std::string word) {
   result.text += (result.text.empty() ? "" : " ") + word;
-  result.segments.push_back({std::move(word), confidence});
+  result.segments.push_back({std::move(word), 0});
 }
 
 /// Takes up again the mean that the model came with; it drifts with what is heard.
@@ -158,11 +160,14 @@ Decoder::Decoder(const std::vector<std::string>& vocabulary) {
   if (isInstalled()) decoder_.reset(decoderWithoutSearch());
   if (!decoder_) throw cannotRead("acoustic model");
   ps_decoder_t* const decoder = decoder_.get();
-  const std::vector<Sentence> sentences = spokenSentences(vocabulary);
+  const std::vector<Sentence> sentences = audio::spokenSentences(vocabulary);
   addPronunciations(decoder, sentences);
   Model model = modelFrom(decoder, kLanguageModel, NGRAM_AUTO);
   if (!model) throw cannotRead("language model");
   if (!sentences.empty()) model = mixedModel(decoder, model, sentences);
+  judge_ = audio::TranscriptJudge(
+      vocabulary, [this](const std::string& word) { return phonesOf(word); },
+      audio::kSphinxWeights);
   if (ps_set_lm(decoder, kSearch, model.get()) < 0 || ps_set_search(decoder, kSearch) < 0)
     throw cannotRead("language model");
 }
@@ -187,13 +192,15 @@ SpeechResult Decoder::partialResult() const {
   SpeechResult result;
   if (!isRunning_) return result;
   for (ps_seg_t* at = ps_seg_iter(decoder_.get()); at; at = ps_seg_next(at))
-    if (isWord(ps_seg_word(at))) addWord(result, withoutVariant(ps_seg_word(at)), 0);
+    if (isWord(ps_seg_word(at))) addWord(result, withoutVariant(ps_seg_word(at)));
   return result;
 }
 
-SpeechResult Decoder::end() {
-  SpeechResult result{.isFinal = true};
-  if (!isRunning_) return result;
+SpeechResult Decoder::end() { return judged(decoded()); }
+
+std::vector<SpeechSegment> Decoder::decoded() {
+  std::vector<SpeechSegment> words;
+  if (!isRunning_) return words;
   isRunning_ = false;
   ps_end_utt(decoder_.get());
   logmath_t* const logs = ps_get_logmath(decoder_.get());
@@ -201,9 +208,20 @@ SpeechResult Decoder::end() {
     if (!isWord(ps_seg_word(at))) continue;
     const int32 certainty = ps_seg_prob(at, nullptr, nullptr, nullptr);
     // Rounded logarithms come out a little above 1.
-    addWord(result, withoutVariant(ps_seg_word(at)), std::min(1.0, logmath_exp(logs, certainty)));
+    words.push_back({withoutVariant(ps_seg_word(at)), std::min(1.0, logmath_exp(logs, certainty))});
   }
-  return result;
+  return words;
+}
+
+SpeechResult Decoder::judged(const std::vector<SpeechSegment>& decoded) const {
+  return judge_.judge(decoded, [this](const std::string& word) { return phonesOf(word); });
+}
+
+std::string Decoder::phonesOf(const std::string& word) const {
+  char* const known = ps_lookup_word(decoder_.get(), word.c_str());
+  std::string phones = known ? known : "";
+  std::free(known);
+  return phones.empty() ? audio::pronunciation(word) : phones;
 }
 
 }  // namespace zelvora::sphinx

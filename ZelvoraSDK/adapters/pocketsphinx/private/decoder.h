@@ -6,36 +6,39 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/platform/speech.h>
+#include <ZelvoraSDK/adapters/audio/private/confidence.h>
+#include <ZelvoraSDK/adapters/audio/private/stream_decoder.h>
 
 struct ps_decoder_s;
 
 namespace zelvora::sphinx {
 
-/// The decoder with its models. Confined to one thread. What it makes of an utterance does not
-/// depend on those before.
-class Decoder {
+/// PocketSphinx with its models and the application's vocabulary.
+class Decoder final : public audio::StreamDecoder {
  public:
   /// Takes half a second. Throws Error when a model can't be read.
   explicit Decoder(const std::vector<std::string>& vocabulary);
 
   [[nodiscard]] static bool isInstalled();
 
-  /// Begins an utterance; one that was not ended is dropped.
-  void begin();
-  /// Sound of `kModelRate`.
-  void hear(std::span<const std::int16_t> sound);
-  /// What has been understood so far; no confidence is known yet.
-  [[nodiscard]] SpeechResult partialResult() const;
-  /// Ends the utterance. Without speech in it the result is empty.
-  SpeechResult end();
+  void begin() override;
+  void hear(std::span<const std::int16_t> sound) override;
+  [[nodiscard]] SpeechResult partialResult() const override;
+  SpeechResult end() override;
+  /// Ends the utterance; the words as the library decoded them, with its own confidences.
+  std::vector<SpeechSegment> decoded();
+  /// What the application is given for them.
+  [[nodiscard]] SpeechResult judged(const std::vector<SpeechSegment>& decoded) const;
 
  private:
   struct Free {
     void operator()(ps_decoder_s* decoder) const;
   };
 
+  [[nodiscard]] std::string phonesOf(const std::string& word) const;
+
   std::unique_ptr<ps_decoder_s, Free> decoder_;
+  audio::TranscriptJudge judge_;
   bool isRunning_ = false;
 };
 

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
-#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder_thread.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/resampler.h>
+#include <ZelvoraSDK/adapters/audio/private/decoder_thread.h>
+#include <ZelvoraSDK/adapters/audio/private/resampler.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/platform/speech.h>
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
 
 /// One utterance on its way through the decoder. Public calls from any thread, in any order.
 class Recognition : public std::enable_shared_from_this<Recognition> {
@@ -50,4 +50,4 @@ class Recognition : public std::enable_shared_from_this<Recognition> {
   std::string lastText_;
 };
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

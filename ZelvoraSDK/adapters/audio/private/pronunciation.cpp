@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/pocketsphinx/private/pronunciation.h>
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 
 #include <flite/flite.h>
 
@@ -8,7 +8,7 @@
 // The library exports it and declares it nowhere.
 extern "C" cst_lexicon* cmulex_init();
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
 namespace {
 
 struct DeletePhones {
@@ -39,4 +39,4 @@ std::string pronunciation(const std::string& word) {
   return spoken;
 }
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

@@ -1,8 +1,16 @@
-#include <ZelvoraSDK/adapters/pocketsphinx/private/recognition.h>
+#include <ZelvoraSDK/adapters/audio/private/recognition.h>
 
+#include <chrono>
+#include <future>
 #include <utility>
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
+namespace {
+
+/// How long the end of a capture waits for what the decoder still has to do.
+constexpr std::chrono::seconds kLongestDecoding{60};
+
+}  // namespace
 
 Recognition::Recognition(std::shared_ptr<DecoderThread> thread, bool reportPartialResults,
                          SpeechRecognizer::Handler handler)
@@ -32,7 +40,11 @@ void Recognition::endAudio() {
 
 void Recognition::finish() {
   endAudio();
-  thread_->queue().wait([] {});
+  // Copied into the work, which may outlive this call.
+  const auto end = std::make_shared<std::promise<void>>();
+  const auto isOver = end->get_future();
+  thread_->queue().post([end] { end->set_value(); });
+  if (isOver.wait_for(kLongestDecoding) == std::future_status::timeout) abandon();
 }
 
 void Recognition::abandon() {
@@ -68,7 +80,7 @@ void Recognition::hear(const MonoSound& sound) {
 
 void Recognition::endDecoding() {
   if (!std::exchange(isDecoding_, false)) return;
-  Decoder& decoder = thread_->decoder();
+  StreamDecoder& decoder = thread_->decoder();
   if (resampler_) decoder.hear(resampler_->drain());
   report(decoder.end());
 }
@@ -91,4 +103,4 @@ void Recognition::fail(const Error& failure) {
   });
 }
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

@@ -1,11 +1,11 @@
-#include <ZelvoraSDK/adapters/pocketsphinx/private/vocabulary.h>
+#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 
 #include <algorithm>
 #include <string_view>
 
 #include <ZelvoraSDK/base/text.h>
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
 namespace {
 
 bool isSpelt(char letter) { return (letter >= 'a' && letter <= 'z') || letter == '\''; }
@@ -40,4 +40,4 @@ std::vector<Sentence> spokenSentences(const std::vector<std::string>& phrases) {
   return sentences;
 }
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

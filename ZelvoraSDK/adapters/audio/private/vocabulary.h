@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
 
 /// The words of a phrase, as a dictionary spells them.
 using Sentence = std::vector<std::string>;
@@ -12,4 +12,4 @@ using Sentence = std::vector<std::string>;
 /// digit or a letter outside ASCII is left out: nobody knows how it sounds. Pure.
 [[nodiscard]] std::vector<Sentence> spokenSentences(const std::vector<std::string>& phrases);
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

@@ -1,30 +1,27 @@
 #pragma once
 
+#include <exception>
 #include <memory>
-#include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
-#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
+#include <ZelvoraSDK/adapters/audio/private/stream_decoder.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
 #include <ZelvoraSDK/async/worker_pool.h>
 #include <ZelvoraSDK/base/error.h>
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
 
-/// The decoder and the one thread that it lives on. Callable from any thread but for `decoder`.
+/// A decoder and the one thread that it lives on. Callable from any thread, except `decoder`.
 class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
  public:
-  explicit DecoderThread(std::vector<std::string> vocabulary)
-      : vocabulary_(std::move(vocabulary)) {}
+  explicit DecoderThread(LoadDecoder load) : load_(std::move(load)) {}
 
   [[nodiscard]] const SerialQueue& queue() const { return queue_; }
 
   /// Loads on the first call. REQUIRES: on the queue. Throws Error when a model can't be read.
-  Decoder& decoder() {
-    if (!decoder_) decoder_.emplace(vocabulary_);
+  StreamDecoder& decoder() {
+    if (!decoder_) decoder_ = load_();
     return *decoder_;
   }
 
@@ -48,7 +45,8 @@ class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
       throw Error("ZelvoraSpeechRecognizer", 1, "Another speech recognition is still running");
   }
 
-  /// Does nothing when `owner` has no claim. Work it has posted still comes before the next one's.
+  /// Does nothing when `owner` has no claim. Work that it has posted still runs before the next
+  /// owner's.
   void release(const void* owner) {
     owner_.with([=](const void*& current) {
       if (current == owner) current = nullptr;
@@ -56,11 +54,11 @@ class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
   }
 
  private:
-  std::vector<std::string> vocabulary_;
-  std::optional<Decoder> decoder_;
+  LoadDecoder load_;
+  std::unique_ptr<StreamDecoder> decoder_;
   Guarded<const void*> owner_;
   WorkerPool thread_{1};
   SerialQueue queue_{"speech recogniser", thread_.executor()};
 };
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

@@ -9,7 +9,7 @@
 
 struct SpeexResamplerState_;
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
 
 /// Frames a second that the acoustic model was trained on.
 inline constexpr std::uint32_t kModelRate = 16000;
@@ -42,4 +42,4 @@ class Resampler {
   std::unique_ptr<SpeexResamplerState_, Destroy> state_;  ///< Null when the rate is right.
 };
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

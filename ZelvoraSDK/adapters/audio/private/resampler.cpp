@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/pocketsphinx/private/resampler.h>
+#include <ZelvoraSDK/adapters/audio/private/resampler.h>
 
 #include <speex/speex_resampler.h>
 
@@ -7,7 +7,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 
-namespace zelvora::sphinx {
+namespace zelvora::audio {
 namespace {
 
 constexpr int kQuality = 5;
@@ -84,4 +84,4 @@ std::vector<std::int16_t> Resampler::drain() {
   return take(std::vector<float>(held));
 }
 
-}  // namespace zelvora::sphinx
+}  // namespace zelvora::audio

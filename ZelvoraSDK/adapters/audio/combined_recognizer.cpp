@@ -1,0 +1,198 @@
+#include <ZelvoraSDK/adapters/audio/combined_recognizer.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include <ZelvoraSDK/adapters/audio/private/confidence.h>
+#include <ZelvoraSDK/async/guarded.h>
+
+namespace zelvora {
+namespace {
+
+/// What one recogniser must believe for its result to win alone: the default minimum of the façade.
+constexpr double kEnough = 0.65;
+/// On the scale of log odds: what agreement adds to both, and what disagreement takes.
+constexpr double kAgreement = 0.7;
+constexpr double kDisagreement = 0.5;
+
+double confidenceOf(const SpeechResult& result) {
+  double sum = 0;
+  for (const SpeechSegment& word : result.segments) sum += word.confidence;
+  return result.segments.empty() ? 0 : sum / static_cast<double>(result.segments.size());
+}
+
+double logOdds(double chance) {
+  const double inside = std::clamp(chance, 0.001, 0.999);
+  return std::log(inside / (1 - inside));
+}
+
+SpeechResult withLogOdds(SpeechResult result, double odds) {
+  audio::setMeanConfidence(result.segments, 1 / (1 + std::exp(-odds)));
+  return result;
+}
+
+/// The two tasks of one capture, and what they said. Their handlers keep it alive.
+class Pair {
+ public:
+  Pair(SpeechRecognizer::Handler handler,
+       std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy)
+      : openedBy_(std::move(openedBy)) {
+    state_.with([&](State& state) { state.handler = std::move(handler); });
+  }
+
+  static SpeechRecognizer::Handler handlerOf(const std::shared_ptr<Pair>& pair, std::size_t which) {
+    return {
+        .onResult = [pair, which](SpeechResult result) { pair->take(which, std::move(result)); },
+        .onError = [pair, which](Error error) { pair->fail(which, std::move(error)); }};
+  }
+
+  /// The handler is not called after that.
+  void abandon() {
+    state_.with([](State& state) { state.handler = {}; });
+  }
+
+ private:
+  struct State {
+    SpeechRecognizer::Handler handler;
+    std::array<std::optional<SpeechResult>, 2> finals;
+    std::array<std::optional<Error>, 2> errors;
+    bool isReported = false;
+  };
+
+  void take(std::size_t which, SpeechResult result) {
+    state_.with([&](State& state) {
+      if (result.isFinal) state.finals.at(which) = std::move(result);
+      // Where the first one failed the other's partial results are the ones to see.
+      else if ((which == 0 || state.errors.at(0)) && state.handler.onResult)
+        state.handler.onResult(std::move(result));
+      reportOnce(state);
+    });
+  }
+
+  void fail(std::size_t which, Error error) {
+    state_.with([&](State& state) {
+      state.errors.at(which) = std::move(error);
+      reportOnce(state);
+    });
+  }
+
+  void reportOnce(State& state) {
+    for (std::size_t i = 0; i < 2; ++i)
+      if (!state.finals.at(i) && !state.errors.at(i)) return;
+    if (std::exchange(state.isReported, true)) return;
+    if (state.errors[0] && state.errors[1]) {
+      if (state.handler.onError) state.handler.onError(*state.errors[0]);
+    } else if (state.handler.onResult) {
+      state.handler.onResult(answer(state));
+    }
+  }
+
+  [[nodiscard]] SpeechResult answer(State& state) const {
+    if (!state.finals[0]) return *state.finals[1];
+    if (!state.finals[1]) return *state.finals[0];
+    return combined(opinionOf(*state.finals[0]), opinionOf(*state.finals[1]));
+  }
+
+  [[nodiscard]] Opinion opinionOf(const SpeechResult& result) const {
+    return {.result = result, .opens = *openedBy_ ? (*openedBy_)(result.text) : result.text};
+  }
+
+  Guarded<State> state_;
+  std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy_;
+};
+
+class CombinedTask final : public SpeechRecognitionTask {
+ public:
+  CombinedTask(SpeechRecognizer& first, SpeechRecognizer& second, bool reportPartialResults,
+               std::shared_ptr<Pair> pair)
+      : pair_(std::move(pair)),
+        first_(first.startTask(reportPartialResults, Pair::handlerOf(pair_, 0))),
+        second_(second.startTask(reportPartialResults, Pair::handlerOf(pair_, 1))) {}
+
+  ~CombinedTask() override { pair_->abandon(); }
+
+  void append(const PcmBuffer& buffer) override {
+    first_->append(buffer);
+    second_->append(buffer);
+  }
+  void endAudio() override {
+    first_->endAudio();
+    second_->endAudio();
+  }
+  void finish() override {
+    // Both decode their last sound at the same time.
+    endAudio();
+    first_->finish();
+    second_->finish();
+  }
+
+ private:
+  std::shared_ptr<Pair> pair_;
+  std::unique_ptr<SpeechRecognitionTask> first_;
+  std::unique_ptr<SpeechRecognitionTask> second_;
+};
+
+class CombinedRecognizer final : public SpeechRecognizer {
+ public:
+  CombinedRecognizer(std::unique_ptr<SpeechRecognizer> first,
+                     std::unique_ptr<SpeechRecognizer> second,
+                     std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy)
+      : first_(std::move(first)), second_(std::move(second)), openedBy_(std::move(openedBy)) {}
+
+  [[nodiscard]] bool isAvailable() const override {
+    return first_->isAvailable() || second_->isAvailable();
+  }
+
+  std::unique_ptr<SpeechRecognitionTask> startTask(bool reportPartialResults,
+                                                   Handler handler) override {
+    if (!first_->isAvailable()) return second_->startTask(reportPartialResults, std::move(handler));
+    if (!second_->isAvailable()) return first_->startTask(reportPartialResults, std::move(handler));
+    return std::make_unique<CombinedTask>(*first_, *second_, reportPartialResults,
+                                          std::make_shared<Pair>(std::move(handler), openedBy_));
+  }
+
+ private:
+  std::unique_ptr<SpeechRecognizer> first_;
+  std::unique_ptr<SpeechRecognizer> second_;
+  std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy_;
+};
+
+}  // namespace
+
+SpeechResult combined(Opinion first, Opinion second) {
+  const double firstChance = confidenceOf(first.result);
+  const double secondChance = confidenceOf(second.result);
+  const bool isFirstBetter = firstChance >= secondChance;
+  SpeechResult& better = isFirstBetter ? first.result : second.result;
+  if (first.opens.empty() && second.opens.empty()) return std::move(better);
+  if (first.opens == second.opens)
+    return withLogOdds(std::move(better),
+                       logOdds(firstChance) + logOdds(secondChance) + kAgreement);
+  if (!first.opens.empty() && !second.opens.empty())
+    return withLogOdds(std::move(better),
+                       logOdds(std::max(firstChance, secondChance)) - kDisagreement);
+  SpeechResult& opening = second.opens.empty() ? first.result : second.result;
+  const double chance = second.opens.empty() ? firstChance : secondChance;
+  return std::move(chance >= kEnough ? opening : better);
+}
+
+CombinedRecognizerFactory::CombinedRecognizerFactory(
+    std::shared_ptr<SpeechRecognizerFactory> first, std::shared_ptr<SpeechRecognizerFactory> second,
+    OpenedBy openedBy)
+    : first_(std::move(first)),
+      second_(std::move(second)),
+      openedBy_(std::make_shared<const OpenedBy>(std::move(openedBy))) {}
+
+std::unique_ptr<SpeechRecognizer> CombinedRecognizerFactory::makeRecognizer(
+    const std::string& locale) {
+  auto first = first_->makeRecognizer(locale);
+  auto second = second_->makeRecognizer(locale);
+  if (!first) return second;
+  if (!second) return first;
+  return std::make_unique<CombinedRecognizer>(std::move(first), std::move(second), openedBy_);
+}
+
+}  // namespace zelvora

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <ZelvoraSDK/platform/speech.h>
+
+namespace zelvora {
+
+/// Two recognisers that hear the same sound. Callable from any thread.
+///
+/// Partial results are the first one's. The final results are one: where both lead to the same
+/// place the confidence rises, where they lead to different places it falls, and where only one
+/// leads anywhere within its own confidence it wins. Where one of them fails, or does not know the
+/// locale, the other is all there is.
+class CombinedRecognizerFactory final : public SpeechRecognizerFactory {
+ public:
+  /// What a transcript opens, and nothing when it opens nothing. Called on threads of the
+  /// recognisers', one call at a time; must not throw.
+  using OpenedBy = std::function<std::string(const std::string& text)>;
+
+  /// Without `openedBy` a transcript leads to its own words. No factory may be null.
+  CombinedRecognizerFactory(std::shared_ptr<SpeechRecognizerFactory> first,
+                            std::shared_ptr<SpeechRecognizerFactory> second,
+                            OpenedBy openedBy = {});
+
+  std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
+
+ private:
+  std::shared_ptr<SpeechRecognizerFactory> first_;
+  std::shared_ptr<SpeechRecognizerFactory> second_;
+  std::shared_ptr<const OpenedBy> openedBy_;
+};
+
+/// A final result, and what its text opens.
+struct Opinion {
+  SpeechResult result;
+  std::string opens;
+};
+
+/// The one final result of two. Pure.
+[[nodiscard]] SpeechResult combined(Opinion first, Opinion second);
+
+}  // namespace zelvora

@@ -1,0 +1,377 @@
+#include <ZelvoraSDK/adapters/audio/private/sound_match.h>
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <set>
+
+namespace zelvora::audio {
+namespace {
+
+// Prices of the search, in phones that were heard altogether wrong.
+constexpr float kUnknownPrice = 2.0F;      ///< To keep a word that no phrase has.
+constexpr float kStrangePairPrice = 0.4F;  ///< For two words that stand in no phrase side by side.
+constexpr float kChangePrice = 0.5F;       ///< For each replacement, beside its distance.
+
+/// A replacement may differ from what was heard by this share of its phones at most,
+constexpr float kMostUnlike = 0.36F;
+/// and by this one when nothing else in the transcript speaks for the application.
+constexpr float kMostUnlikeAlone = 0.2F;
+/// The search goes on along a branch that is worse than that by no more.
+constexpr float kSlack = 0.5F;
+/// A word of the vocabulary may be replaced when the recogniser doubts it this much,
+constexpr double kDoubtful = 0.5;
+/// and any other when it does not believe it this much.
+constexpr double kBelieved = 0.9;
+/// A transcript is about the application when this share of its other phones is in known words.
+constexpr double kLeastKnown = 0.5;
+/// Longer stretches are never taken for one phrase.
+constexpr std::size_t kLongestSound = 14;
+/// Nor does a replacement have so many phones more or fewer.
+constexpr std::size_t kMostExtra = 3;
+/// As many phones in a row say all that a run can say.
+constexpr double kLongRun = 12;
+/// A word this short is part of its neighbours: "a" in "golf a", which was "coffee".
+constexpr std::size_t kShortWord = 2;
+
+}  // namespace
+
+/// One transcript on its way through the vocabulary.
+class MatchSearch {
+ public:
+  MatchSearch(const SoundVocabulary& vocabulary, std::span<const SpeechSegment> heard,
+              const Pronounce& pronounce)
+      : vocabulary_(vocabulary), heard_(heard) {
+    for (const SpeechSegment& word : heard) {
+      ids_.push_back(vocabulary.idOf(word.text));
+      phones_.push_back(phonesOf(pronounce(word.text)));
+    }
+    steps_.resize(heard.size());
+    for (std::size_t at = 0; at < heard.size(); ++at) findSteps(at);
+  }
+
+  [[nodiscard]] SoundMatch best() {
+    walk();
+    return describe(bestPath());
+  }
+
+ private:
+  using Row = std::array<float, kLongestSound + 1>;
+  /// A stretch of the transcript, kept (`gram` is -1, one word) or replaced.
+  struct Step {
+    std::size_t words = 1;
+    int gram = -1;
+    float cost = 0;
+    float unlike = 0;  ///< The share of its phones that differ.
+  };
+  /// What a way ends in. A replacement must have neighbours that a phrase gives it.
+  struct End {
+    int word = 0;
+    bool isReplaced = false;
+    auto operator<=>(const End&) const = default;
+  };
+  /// The cheapest way to a place that has a certain end.
+  struct Way {
+    float cost = std::numeric_limits<float>::max();
+    const Step* last = nullptr;
+    End before;
+  };
+  using Path = std::vector<std::pair<std::size_t, const Step*>>;
+
+  void findSteps(std::size_t at) {
+    steps_[at].push_back({.cost = isKnown(at) ? 0 : kUnknownPrice});
+    for (std::size_t count = 1; count <= SoundVocabulary::kLongestGram; ++count)
+      if (at + count <= heard_.size() && mayReplace(at, count)) findReplacements(at, count);
+  }
+
+  [[nodiscard]] bool isKnown(std::size_t at) const { return ids_[at] != SoundVocabulary::kUnknown; }
+
+  [[nodiscard]] bool isDoubtful(std::size_t at) const {
+    return heard_[at].confidence < (isKnown(at) ? kDoubtful : kBelieved);
+  }
+
+  [[nodiscard]] bool isShort(std::size_t at) const { return phones_[at].size() <= kShortWord; }
+
+  [[nodiscard]] bool mayReplace(std::size_t at, std::size_t count) const {
+    bool hasDoubt = false;
+    std::size_t length = 0;
+    for (std::size_t i = at; i < at + count; ++i) {
+      if (phones_[i].empty() || !(isDoubtful(i) || isShort(i))) return false;
+      hasDoubt |= isDoubtful(i);
+      length += phones_[i].size();
+    }
+    return hasDoubt && length > kShortWord && length <= kLongestSound;
+  }
+
+  /// Judged by the words around the stretch.
+  [[nodiscard]] float mostUnlike(std::size_t at, std::size_t count) const {
+    std::size_t known = 0;
+    std::size_t all = 0;
+    for (std::size_t i = 0; i < heard_.size(); ++i) {
+      if (i >= at && i < at + count) continue;
+      all += phones_[i].size();
+      if (isKnown(i)) known += phones_[i].size();
+    }
+    if (all == 0) return kMostUnlikeAlone;
+    const bool isAbout = static_cast<double>(known) >= kLeastKnown * static_cast<double>(all);
+    return isAbout ? kMostUnlike : 0;
+  }
+
+  void findReplacements(std::size_t at, std::size_t count) {
+    search_ = {.at = at, .words = count, .mostUnlike = mostUnlike(at, count), .sound = {}};
+    if (search_.mostUnlike <= 0) return;
+    for (std::size_t i = at; i < at + count; ++i)
+      for (const Phone phone : phones_[i])
+        // Two words that share a phone at their border share it in speech, too.
+        if (search_.sound.empty() || search_.sound.back() != phone) search_.sound.push_back(phone);
+    Row row{};
+    for (std::size_t j = 0; j < search_.sound.size(); ++j)
+      row[j + 1] = row[j] + dropCost(search_.sound[j]);
+    descend(0, 0, row);
+  }
+
+  /// Down the tree of phones, a row of the table of distances a node.
+  void descend(int node, std::size_t depth, const Row& row) {
+    const std::vector<Phone>& sound = search_.sound;
+    const auto longest = static_cast<float>(std::max(depth, sound.size()));
+    const std::size_t shortest = std::min(depth, sound.size());
+    if (row[sound.size()] <= search_.mostUnlike * longest &&
+        std::max(depth, sound.size()) < shortest + kMostExtra)
+      take(node, row[sound.size()], longest);
+    if (depth + 1 >= sound.size() + kMostExtra) return;
+    for (int child = nodeAt(node).child; child >= 0; child = nodeAt(child).sibling) {
+      const Phone phone = nodeAt(child).phone;
+      const float dropped = dropCost(phone);
+      Row next{};
+      next[0] = row[0] + dropped;
+      for (std::size_t j = 0; j < sound.size(); ++j)
+        next[j + 1] = std::min({row[j] + distance(phone, sound[j]), row[j + 1] + dropped,
+                                next[j] + dropCost(sound[j])});
+      if (isHopeful(next, depth + 1)) descend(child, depth + 1, next);
+    }
+  }
+
+  [[nodiscard]] bool isHopeful(const Row& row, std::size_t depth) const {
+    for (std::size_t j = 0; j <= search_.sound.size(); ++j)
+      if (row[j] <= search_.mostUnlike * static_cast<float>(std::max(j, depth)) + kSlack)
+        return true;
+    return false;
+  }
+
+  void take(int node, float cost, float longest) {
+    for (int gram = nodeAt(node).gram; gram >= 0; gram = gramAt(gram).nextOfSameSound)
+      steps_[search_.at].push_back({.words = search_.words,
+                                    .gram = gram,
+                                    .cost = kChangePrice + cost,
+                                    .unlike = cost / longest});
+  }
+
+  void walk() {
+    ways_.assign(heard_.size() + 1, {});
+    ways_[0][{.word = SoundVocabulary::kEdge}] = {.cost = 0};
+    for (std::size_t at = 0; at < heard_.size(); ++at)
+      for (const auto& [end, way] : ways_[at])
+        for (const Step& step : steps_[at]) extend(at, end, way.cost, step);
+  }
+
+  void extend(std::size_t at, End before, float cost, const Step& step) {
+    const auto [first, last] = endsOf(at, step);
+    const bool isReplaced = step.gram >= 0;
+    if (!vocabulary_.isNeighbour(before.word, first)) {
+      if (isReplaced || before.isReplaced) return;
+      cost += kStrangePairPrice;
+    }
+    const std::size_t end = at + step.words;
+    if (end == heard_.size() && !vocabulary_.isNeighbour(last, SoundVocabulary::kEdge)) {
+      if (isReplaced) return;
+      cost += kStrangePairPrice;
+    }
+    cost += step.cost;
+    Way& way = ways_[end][{.word = last, .isReplaced = isReplaced}];
+    if (cost < way.cost) way = {.cost = cost, .last = &step, .before = before};
+  }
+
+  [[nodiscard]] std::pair<int, int> endsOf(std::size_t at, const Step& step) const {
+    if (step.gram < 0) return {ids_[at], ids_[at]};
+    const auto& gram = gramAt(step.gram);
+    return {gram.words.front(), gram.words[gram.size - 1]};
+  }
+
+  [[nodiscard]] Path bestPath() const {
+    std::size_t at = heard_.size();
+    if (at == 0) return {};
+    End end = std::ranges::min_element(ways_[at], {}, [](const auto& way) {
+                return way.second.cost;
+              })->first;
+    Path path;
+    while (at > 0) {
+      const Way& way = ways_[at].at(end);
+      at -= way.last->words;
+      path.emplace_back(at, way.last);
+      end = way.before;
+    }
+    std::ranges::reverse(path);
+    return path;
+  }
+
+  [[nodiscard]] SoundMatch describe(const Path& path) const {
+    SoundMatch match;
+    std::vector<Matched> words;
+    for (const auto& [at, step] : path) {
+      if (step->gram < 0) {
+        match.words.push_back(heard_[at]);
+        words.push_back({.id = ids_[at],
+                         .phones = static_cast<double>(phones_[at].size()),
+                         .confidence = heard_[at].confidence});
+        continue;
+      }
+      const auto& gram = gramAt(step->gram);
+      const double confidence = meanConfidence(at, step->words) * (1 - step->unlike);
+      for (const int id : std::span(gram.words).first(gram.size)) {
+        const auto index = static_cast<std::size_t>(id);
+        match.words.push_back({vocabulary_.words_[index], confidence});
+        words.push_back({.id = id,
+                         .phones = static_cast<double>(vocabulary_.phoneCounts_[index]),
+                         .confidence = confidence,
+                         .isChanged = true});
+      }
+    }
+    match.closeness = closenessOf(words);
+    return match;
+  }
+
+  [[nodiscard]] double meanConfidence(std::size_t at, std::size_t count) const {
+    double sum = 0;
+    for (std::size_t i = at; i < at + count; ++i) sum += heard_[i].confidence;
+    return sum / static_cast<double>(count);
+  }
+
+  /// One word of the transcript after the match.
+  struct Matched {
+    int id = 0;
+    double phones = 0;
+    double confidence = 0;
+    bool isChanged = false;
+  };
+
+  [[nodiscard]] Closeness closenessOf(const std::vector<Matched>& words) const {
+    Closeness close;
+    double all = 0;
+    for (const Matched& word : words) all += word.phones;
+    double run = 0;
+    double longestRun = 0;
+    for (std::size_t i = 0; i < words.size() && all > 0; ++i) {
+      const Matched& word = words[i];
+      const int before = i == 0 ? SoundVocabulary::kEdge : words[i - 1].id;
+      const int after = i + 1 == words.size() ? SoundVocabulary::kEdge : words[i + 1].id;
+      const bool goesOn = vocabulary_.isNeighbour(before, word.id);
+      const double share = word.phones / all;
+      if (word.isChanged) close.changed += share;
+      if (word.id == SoundVocabulary::kUnknown) close.strange += share * word.confidence;
+      close.inContext += share * (goesOn + vocabulary_.isNeighbour(word.id, after)) / 2;
+      run = word.id == SoundVocabulary::kUnknown ? 0 : word.phones + (goesOn ? run : 0);
+      longestRun = std::max(longestRun, run);
+    }
+    close.run = std::min(1.0, longestRun / kLongRun);
+    return close;
+  }
+
+  [[nodiscard]] const SoundVocabulary::Node& nodeAt(int node) const {
+    return vocabulary_.nodes_[static_cast<std::size_t>(node)];
+  }
+
+  [[nodiscard]] const SoundVocabulary::Gram& gramAt(int gram) const {
+    return vocabulary_.grams_[static_cast<std::size_t>(gram)];
+  }
+
+  /// The stretch that is being looked up.
+  struct Search {
+    std::size_t at = 0;
+    std::size_t words = 0;
+    float mostUnlike = 0;
+    std::vector<Phone> sound;
+  };
+
+  const SoundVocabulary& vocabulary_;
+  std::span<const SpeechSegment> heard_;
+  std::vector<int> ids_;
+  std::vector<std::vector<Phone>> phones_;
+  std::vector<std::vector<Step>> steps_;
+  std::vector<std::map<End, Way>> ways_;
+  Search search_;
+};
+
+SoundVocabulary::SoundVocabulary(const std::vector<Sentence>& sentences, const Pronounce& pronounce)
+    : words_{""} {
+  std::vector<std::vector<Phone>> phones{{}};
+  phoneCounts_.push_back(0);
+  std::set<std::vector<int>> seen;
+  for (const Sentence& sentence : sentences) {
+    std::vector<int> ids;
+    for (const std::string& word : sentence) {
+      const auto [entry, isNew] = ids_.try_emplace(word, static_cast<int>(words_.size()));
+      if (isNew) {
+        words_.push_back(word);
+        phones.push_back(phonesOf(pronounce(word)));
+        phoneCounts_.push_back(phones.back().size());
+      }
+      ids.push_back(entry->second);
+    }
+    if (ids.empty()) continue;
+    neighbours_.insert(pairOf(kEdge, ids.front()));
+    neighbours_.insert(pairOf(ids.back(), kEdge));
+    for (std::size_t at = 0; at + 1 < ids.size(); ++at)
+      neighbours_.insert(pairOf(ids[at], ids[at + 1]));
+    for (std::size_t at = 0; at < ids.size(); ++at)
+      for (std::size_t size = 1; size <= kLongestGram && at + size <= ids.size(); ++size) {
+        const auto gram = std::span(ids).subspan(at, size);
+        if (seen.emplace(gram.begin(), gram.end()).second) addGram(gram, phones);
+      }
+  }
+}
+
+SoundMatch SoundVocabulary::match(std::span<const SpeechSegment> heard,
+                                  const Pronounce& pronounce) const {
+  return MatchSearch(*this, heard, pronounce).best();
+}
+
+void SoundVocabulary::addGram(std::span<const int> words,
+                              const std::vector<std::vector<Phone>>& phones) {
+  Gram gram{.size = words.size()};
+  std::ranges::copy(words, gram.words.begin());
+  int node = 0;
+  for (const int word : words) {
+    const auto& sound = phones[static_cast<std::size_t>(word)];
+    if (sound.empty()) return;
+    for (const Phone phone : sound) node = childOf(node, phone);
+  }
+  Node& end = nodes_[static_cast<std::size_t>(node)];
+  gram.nextOfSameSound = std::exchange(end.gram, static_cast<int>(grams_.size()));
+  grams_.push_back(gram);
+}
+
+int SoundVocabulary::childOf(int node, Phone phone) {
+  const auto parent = static_cast<std::size_t>(node);
+  for (int child = nodes_[parent].child; child >= 0;
+       child = nodes_[static_cast<std::size_t>(child)].sibling)
+    if (nodes_[static_cast<std::size_t>(child)].phone == phone) return child;
+  const int made = static_cast<int>(nodes_.size());
+  nodes_.push_back({.phone = phone, .sibling = nodes_[parent].child});
+  return nodes_[parent].child = made;
+}
+
+int SoundVocabulary::idOf(const std::string& word) const {
+  const auto found = ids_.find(word);
+  return found == ids_.end() ? kUnknown : found->second;
+}
+
+bool SoundVocabulary::isNeighbour(int before, int after) const {
+  return neighbours_.contains(pairOf(before, after));
+}
+
+std::uint64_t SoundVocabulary::pairOf(int before, int after) {
+  return std::uint64_t{static_cast<std::uint32_t>(before)} << 32 |
+         static_cast<std::uint32_t>(after);
+}
+
+}  // namespace zelvora::audio

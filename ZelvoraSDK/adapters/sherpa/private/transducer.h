@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ZelvoraSDK/adapters/audio/private/confidence.h>
+#include <ZelvoraSDK/adapters/audio/private/stream_decoder.h>
+#include <ZelvoraSDK/adapters/sherpa/private/model_folder.h>
+#include <ZelvoraSDK/adapters/sherpa/sherpa_recognizer.h>
+
+struct SherpaOnnxOnlineRecognizer;
+struct SherpaOnnxOnlineStream;
+
+namespace zelvora::sherpa {
+
+/// The words of a result that the library wrote as JSON: lower case, each with the geometric mean
+/// of its tokens' probabilities. Pure.
+[[nodiscard]] std::vector<SpeechSegment> wordsOf(std::string_view json);
+
+/// The phrases as the model's tokens spell them: upper case, one a line. Pure.
+[[nodiscard]] std::string hotwordsOf(const std::vector<std::string>& phrases);
+
+/// A streaming transducer, loaded. Confined to one thread.
+class Transducer final : public audio::StreamDecoder {
+ public:
+  /// Checks the model first. Throws Error with the reason when it is bad.
+  Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary);
+
+  void begin() override;
+  void hear(std::span<const std::int16_t> sound) override;
+  [[nodiscard]] SpeechResult partialResult() const override;
+  SpeechResult end() override;
+  /// Ends the utterance; the words as the model decoded them.
+  std::vector<SpeechSegment> decoded();
+  /// What the application is given for them.
+  [[nodiscard]] SpeechResult judged(const std::vector<SpeechSegment>& decoded) const;
+
+ private:
+  struct Free {
+    void operator()(const SherpaOnnxOnlineRecognizer* recognizer) const;
+    void operator()(const SherpaOnnxOnlineStream* stream) const;
+  };
+
+  void accept(std::span<const float> sound);
+  [[nodiscard]] std::vector<SpeechSegment> words() const;
+
+  std::unique_ptr<const SherpaOnnxOnlineRecognizer, Free> recognizer_;
+  std::unique_ptr<const SherpaOnnxOnlineStream, Free> stream_;
+  audio::TranscriptJudge judge_;
+};
+
+/// Loads the model in this process and decodes a second of silence: for the trial in a process of
+/// its own. False when the library says no; it may also end the process.
+[[nodiscard]] bool decodesSilence(const ModelFiles& files);
+
+}  // namespace zelvora::sherpa

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/platform/speech.h>
+
+namespace zelvora {
+
+namespace audio {
+class DecoderThread;
+}
+
+/// A streaming transducer on disk, and what to expect of it.
+struct SherpaModel {
+  /// Holds one `encoder*.onnx`, `decoder*.onnx`, `joiner*.onnx` each and `tokens.txt`; with
+  /// `bpe.vocab` the application's phrases can be given as hotwords.
+  std::filesystem::path folder;
+  /// What the model speaks, in any case and with "_" for "-". English: the phrases' sounds are
+  /// known.
+  std::vector<std::string> locales{"en", "en-US"};
+  /// How much the decoder prefers the application's phrases; 0 for not at all. Hotwords damage
+  /// short words that sound like parts of phrases, so the phrases are matched by their sound
+  /// afterwards and are no hotwords unless asked for.
+  float hotwordsScore = 0;
+};
+
+/// Understands speech on the device with a model that the application brings. Callable from any
+/// thread.
+///
+/// One decoder a factory, loaded in the background from the first recogniser on; it serves one task
+/// at a time. Where the model is bad each task's handler gets the reason. Errors have the domain
+/// "ZelvoraSpeechRecognizer".
+class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
+ public:
+  explicit SherpaRecognizerFactory(SherpaModel model, std::vector<std::string> vocabulary = {});
+
+  std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
+
+  /// Returns when the model is loaded. Throws Error with the reason when it is bad.
+  void preload();
+
+ private:
+  std::vector<std::string> locales_;
+  std::shared_ptr<audio::DecoderThread> thread_;
+};
+
+}  // namespace zelvora
