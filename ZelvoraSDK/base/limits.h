@@ -44,9 +44,19 @@ inline constexpr std::uint32_t kMaxSoundChannels = 8;
 /// Of one sound file. A command takes seconds.
 inline constexpr std::chrono::minutes kMaxSoundLength{10};
 
-// Speech output: what the speech daemon sends.
+// Speech output: the speech daemon.
 
 /// Bytes of one line of a reply; real ones have fewer than a hundred.
-inline constexpr std::size_t kMaxSpeechReplyLineBytes = std::size_t{64} << 10;
+inline constexpr std::size_t kMaxSpeechReplyLineBytes = 4096;
+/// Lines of one reply before its last; the replies that are asked for have at most one.
+inline constexpr std::size_t kMaxSpeechReplyLines = 256;
+/// Bytes of a language code; BCP 47 asks for room for 35.
+inline constexpr std::size_t kMaxLanguageCodeBytes = 35;
+/// For the daemon to start, which takes half a second.
+inline constexpr std::chrono::seconds kMaxSpeechStart{5};
+/// For the last command to reach a daemon that has stopped reading.
+inline constexpr std::chrono::milliseconds kMaxSpeechFarewell{500};
+/// For a synthesiser's destructor.
+inline constexpr std::chrono::seconds kMaxSpeechClose{1};
 
 }  // namespace zelvora

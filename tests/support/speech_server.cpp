@@ -13,13 +13,13 @@ SpeechServer::SpeechServer() {
   const auto runtime = privateFolder(folder_.path() / "run");
   ::setenv("HOME", privateFolder(folder_.path() / "home").c_str(), 1);
   ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
-  const std::string socket = runtime / "speechd.sock";
+  const std::string path = socket();
   // Clients look XDG_RUNTIME_DIR up only once, and there may be several servers in a process's
   // life.
-  ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + socket).c_str(), 1);
+  ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + path).c_str(), 1);
   daemon_.emplace(std::vector<std::string>{"speech-dispatcher", "--run-single", "--timeout", "0",
-                                           "--socket-path", socket});
-  awaitListening(*daemon_, socket);
+                                           "--socket-path", path});
+  awaitListening(*daemon_, path);
 }
 
 }  // namespace zelvora::testing

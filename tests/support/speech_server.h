@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 
 #include <tests/support/subprocess.h>
@@ -14,6 +15,8 @@ class SpeechServer {
  public:
   SpeechServer();
   void kill() { daemon_->kill(); }
+  /// Where it listens.
+  [[nodiscard]] std::filesystem::path socket() const { return folder_.path() / "run/speechd.sock"; }
 
  private:
   TemporaryFolder folder_;

@@ -1,32 +1,38 @@
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
 
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <chrono>
 #include <future>
+#include <memory>
+#include <optional>
+#include <thread>
 #include <utility>
 
+#include <ZelvoraSDK/adapters/speechd/private/daemon.h>
 #include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
 #include <ZelvoraSDK/adapters/speechd/private/session.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {
 
+using speechd::Dialling;
 using speechd::PendingTexts;
 using speechd::Session;
+using speechd::Socket;
+using speechd::Text;
 using speechd::TextNumber;
 using SteadyClock = std::chrono::steady_clock;
 
-/// The longest that a destructor waits for the conversation to end.
-constexpr std::chrono::seconds kCloseBound{1};
-
-void tell(const PendingTexts::OnEnd& onEnd, bool said) {
+void report(const PendingTexts::OnEnd& onEnd, bool said) {
   if (onEnd) onEnd(said);
 }
 
-/// The texts and the conversation, which lives on the one thread. Public calls from any thread.
+/// The texts and the conversation, which lives on one thread. Public calls from any thread.
 class Speech : public std::enable_shared_from_this<Speech> {
  public:
   void speak(SpeechUtterance utterance, const SpeechPatience& patience) {
@@ -38,7 +44,10 @@ class Speech : public std::enable_shared_from_this<Speech> {
     });
     asio::post(executor_, [self = shared_from_this(), added, text = std::move(utterance)] {
       self->giveUpAt(added.deadline, added.number);
-      self->say(added.number, text);
+      self->say({.number = added.number,
+                 .text = text.text,
+                 .language = text.language,
+                 .rate = text.rate});
     });
   }
 
@@ -49,72 +58,100 @@ class Speech : public std::enable_shared_from_this<Speech> {
     });
   }
 
-  /// Ready when the conversation has ended.
+  /// Ready when the conversation has ended; on the conversation's own thread at once.
   std::future<void> close() {
     endAll();
     auto closed = std::make_shared<std::promise<void>>();
-    asio::post(executor_, [self = shared_from_this(), closed]() mutable {
-      if (const auto session = std::exchange(self->session_, nullptr)) session->close();
-      self.reset();  // Whoever waits is the last to let go.
-      closed->set_value();
+    auto future = closed->get_future();
+    asio::dispatch(executor_, [self = shared_from_this(), closed,
+                               caller = std::this_thread::get_id()]() mutable {
+      const auto session = std::exchange(self->session_, nullptr);
+      if (const auto dialling = std::exchange(self->dialling_, nullptr)) dialling->cancel();
+      // A caller elsewhere lets go last, so that its thread can join this one. Here nobody waits,
+      // and the conversation keeps this until it has hung up.
+      const bool isWaitedFor = caller != std::this_thread::get_id();
+      if (isWaitedFor) self.reset();
+      if (!isWaitedFor || !session) closed->set_value();
+      if (session)
+        session->close([self, closed, isWaitedFor] {
+          if (isWaitedFor) closed->set_value();
+        });
     });
-    return closed->get_future();
+    return future;
   }
 
  private:
-  void say(TextNumber number, const SpeechUtterance& utterance) {
+  void say(Text text) {
     // A text that was stopped before its turn is not begun.
-    if (!pending_.with([=](const PendingTexts& pending) { return pending.contains(number); }))
-      return;
+    const bool isWanted =
+        pending_.with([&](const PendingTexts& pending) { return pending.contains(text.number); });
+    if (!isWanted) return;
     if (!session_) open();
-    if (session_)
-      session_->say(number, utterance);
-    else
-      end(number, false);
+    if (session_) session_->say(std::move(text));
   }
 
   void open() {
-    auto socket = speechd::connectToDaemon(executor_);
-    if (!socket) return;
-    const auto onEnd = [weak = weak_from_this()](TextNumber number, bool said) {
-      if (const auto self = weak.lock()) self->end(number, said);
-    };
-    const auto onBroken = [weak = weak_from_this()] {
-      const auto self = weak.lock();
-      if (!self) return;
-      self->session_.reset();
-      self->endAll();
-    };
-    session_ = std::make_shared<Session>(*std::move(socket), onEnd, onBroken);
-    session_->begin();
+    session_ = std::make_shared<Session>(executor_);
+    session_->listen(
+        [weak = weak_from_this()](TextNumber number, bool said) {
+          if (const auto self = weak.lock()) self->end(number, said);
+        },
+        [weak = weak_from_this()] {
+          if (const auto self = weak.lock()) self->giveUpAll();
+        });
+    dialling_ = std::make_shared<Dialling>(executor_,
+                                           [weak = weak_from_this()](std::optional<Socket> socket) {
+                                             if (const auto self = weak.lock())
+                                               self->connected(std::move(socket));
+                                           });
+    dialling_->begin();
+  }
+
+  void connected(std::optional<Socket> socket) {
+    dialling_.reset();
+    if (socket)
+      session_->begin(*std::move(socket));
+    else
+      giveUpAll();
+  }
+
+  /// There is no daemon: the next text looks for another one.
+  void giveUpAll() {
+    session_.reset();
+    endAll();
   }
 
   void giveUpAt(PendingTexts::Time deadline, TextNumber number) {
     auto timer = std::make_shared<asio::steady_timer>(executor_, deadline);
     timer->async_wait([timer, weak = weak_from_this(), number](const auto& cancelled) {
-      if (const auto self = weak.lock(); self && !cancelled) self->end(number, false);
+      const auto self = weak.lock();
+      if (!self || cancelled) return;
+      if (self->session_) self->session_->forget(number);
+      self->end(number, false);
     });
   }
 
   void end(TextNumber number, bool said) {
-    tell(pending_.with([=](PendingTexts& pending) { return pending.take(number); }), said);
+    report(pending_.with([=](PendingTexts& pending) { return pending.take(number); }), said);
   }
 
   void endAll() {
     const auto ended = pending_.with([](PendingTexts& pending) { return pending.takeAll(); });
-    for (const auto& onEnd : ended) tell(onEnd, false);
+    for (const auto& onEnd : ended) report(onEnd, false);
   }
 
   WorkerPool thread_{1};
   asio::any_io_executor executor_ = thread_.executor();
   Guarded<PendingTexts> pending_;
+  // On the thread.
   std::shared_ptr<Session> session_;
+  std::shared_ptr<Dialling> dialling_;  ///< While the session has no daemon yet.
 };
 
 class SpeechdSynthesizer final : public SpeechSynthesizer {
  public:
   explicit SpeechdSynthesizer(const SpeechPatience& patience) : patience_(patience) {}
-  ~SpeechdSynthesizer() override { speech_->close().wait_for(kCloseBound); }
+  ~SpeechdSynthesizer() override { speech_->close().wait_for(kMaxSpeechClose); }
 
   void speak(SpeechUtterance utterance) override {
     speech_->speak(std::move(utterance), patience_);

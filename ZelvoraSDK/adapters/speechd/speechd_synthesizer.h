@@ -5,19 +5,19 @@
 
 namespace zelvora {
 
-/// How long a text is waited for, after which it counts as cut short: speech-dispatcher never ends
-/// a text where there is no sound server, and tells nothing when it dies.
+/// After how long a text counts as cut short: speech-dispatcher never ends a text where there is no
+/// sound server.
 struct SpeechPatience {
   Seconds perText{15};
   Seconds perByte{0.2};
 };
 
-/// Speaks through speech-dispatcher, which starts by itself with the first text. A text that is
-/// handed over while another is being said waits for its turn. A synthesiser that is destroyed is
-/// silent, and its texts were cut short.
+/// Speaks through speech-dispatcher, which the first text starts where it does not run. A text that
+/// comes while another is being said waits for its turn. A synthesiser that is destroyed is silent,
+/// and its texts were cut short; it may be destroyed inside `onEnd`.
 ///
-/// No call waits for speech-dispatcher, which may hang. The destructor waits while the daemon is
-/// being started, for six seconds at the most.
+/// No call waits for speech-dispatcher, which may hang. The destructor hangs up politely, which
+/// takes at most `kMaxSpeechClose` where the daemon does.
 class SpeechdSynthesizerFactory final : public SpeechSynthesizerFactory {
  public:
   explicit SpeechdSynthesizerFactory(const SpeechPatience& patience = {}) : patience_(patience) {}

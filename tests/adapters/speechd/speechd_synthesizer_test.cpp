@@ -9,6 +9,7 @@
 
 #include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
 #include <ZelvoraSDK/adapters/speechd/private/protocol.h>
+#include <ZelvoraSDK/base/limits.h>
 #include <tests/support/loudspeaker.h>
 #include <tests/support/sound_server.h>
 #include <tests/support/speech_server.h>
@@ -60,7 +61,9 @@ TEST(SpeechdSynthesizer, IsHeardAndSaysWhenItIsDone) {
   } rows[] = {{"Your cart is open", "en-US"},
               {"no such language", "xx"},
               {"not a language", "en\r\nSTOP ALL"},
-              {"one\n.\ntwo", ""}};
+              {"one\n.\ntwo", ""},
+              {"not \xFF text", ""},
+              {"after that", ""}};
   for (const auto& row : rows) {
     Loudspeaker speaker;
     Said reply;
@@ -136,20 +139,12 @@ TEST(SpeechdSynthesizer, OutlivesTheDaemon) {
   }
 }
 
-TEST(Protocol, SendsTextThatCannotEndItself) {
-  const struct {
-    const char* text;
-    const char* expected;
-  } rows[] = {{"a", "a\r\n.\r\n"},
-              {".", "..\r\n.\r\n"},
-              {"a\n.\r\n.b.", "a\r\n..\r\n..b.\r\n.\r\n"},
-              {"a\r.\r", "a.\r\n.\r\n"}};
-  for (const auto& row : rows) EXPECT_EQ(speechd::textBlock(row.text), row.expected);
-}
-
 TEST(Protocol, SpellsLanguagesAndSpeeds) {
   EXPECT_EQ(speechd::languageCode("pt_BR.UTF-8"), "pt-BR");
   EXPECT_EQ(speechd::languageCode("en\r\nSTOP ALL"), "");
+  const std::string longest(kMaxLanguageCodeBytes, 'x');
+  EXPECT_EQ(speechd::languageCode(longest), longest);
+  EXPECT_EQ(speechd::languageCode(longest + 'x'), "");
   EXPECT_EQ(speechd::voiceRate(SpeechUtterance::kDefaultRate), 0);
   EXPECT_EQ(speechd::voiceRate(0), -100);
   EXPECT_EQ(speechd::voiceRate(7), 100);

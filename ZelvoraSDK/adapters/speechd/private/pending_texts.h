@@ -2,18 +2,16 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/speechd/private/conversation.h>
+
 namespace zelvora::speechd {
 
-/// Counts the texts of a synthesiser.
-using TextNumber = std::uint64_t;
-
-/// The texts that have not ended. Each ends once: whoever takes its handler out tells it.
+/// The texts that have not ended. Each ends once: the caller that takes its handler calls it.
 class PendingTexts {
  public:
   using Time = std::chrono::steady_clock::time_point;

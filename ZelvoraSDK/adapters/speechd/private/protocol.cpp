@@ -5,11 +5,14 @@
 #include <cmath>
 #include <utility>
 
+#include <ZelvoraSDK/base/limits.h>
+#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::speechd {
 namespace {
 
+constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kCodeLength = 3;
 
 bool isLetterOrDigit(char c) {
@@ -18,7 +21,25 @@ bool isLetterOrDigit(char c) {
 
 }  // namespace
 
-std::optional<Answer> AnswerReader::take(std::string_view line) {
+void AnswerReader::take(std::string_view bytes) {
+  if (!isOverfull_) received_.append(bytes);
+}
+
+std::optional<Answer> AnswerReader::next() {
+  while (!isOverfull_) {
+    const std::size_t end = received_.find(kLineEnd);
+    const std::size_t halfAnEnd = received_.ends_with('\r') ? 1 : 0;
+    const std::size_t length = std::min(end, received_.size() - halfAnEnd);
+    isOverfull_ = length > kMaxSpeechReplyLineBytes || values_.size() > kMaxSpeechReplyLines;
+    if (isOverfull_ || end == std::string::npos) break;
+    auto answer = takeLine(std::string_view(received_).substr(0, end));
+    received_.erase(0, end + kLineEnd.size());
+    if (answer) return answer;
+  }
+  return std::nullopt;
+}
+
+std::optional<Answer> AnswerReader::takeLine(std::string_view line) {
   const std::string_view rest = line.substr(std::min(line.size(), kCodeLength + 1));
   // "225-7" comes before "225 OK MESSAGE QUEUED".
   if (line.size() > kCodeLength && line[kCodeLength] == '-') {
@@ -31,22 +52,32 @@ std::optional<Answer> AnswerReader::take(std::string_view line) {
   return answer;
 }
 
-std::string textBlock(std::string_view text) {
-  std::string block;
+std::string filteredText(std::string_view text) {
+  std::string filtered;
+  for (const char c : repairedUtf8(text)) {
+    if (c == '\r' || c == '\0') continue;
+    if (c == '\n') filtered += '\r';
+    filtered += c;
+  }
+  return filtered;
+}
+
+std::string framedText(std::string_view filtered) {
+  std::string framed;
   bool atLineStart = true;
-  for (const char c : text) {
-    if (atLineStart && c == '.') block += '.';
-    if (c == '\n') block += '\r';
-    if (c != '\r' && c != '\0') block += c;
+  for (const char c : filtered) {
+    if (atLineStart && c == '.') framed += '.';
+    framed += c;
     atLineStart = c == '\n';
   }
-  return block + "\r\n.\r\n";
+  return framed + "\r\n.\r\n";
 }
 
 std::string languageCode(std::string_view language) {
   std::string code(language.substr(0, language.find('.')));
   std::replace(code.begin(), code.end(), '_', '-');
   const bool isCode =
+      code.size() <= kMaxLanguageCodeBytes &&
       std::all_of(code.begin(), code.end(), [](char c) { return isLetterOrDigit(c) || c == '-'; });
   return isCode ? code : std::string();
 }

@@ -1,65 +1,58 @@
 #pragma once
 
+#include <array>
+#include <boost/asio/steady_timer.hpp>
 #include <cstddef>
-#include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 
+#include <ZelvoraSDK/adapters/speechd/private/conversation.h>
 #include <ZelvoraSDK/adapters/speechd/private/daemon.h>
-#include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
-#include <ZelvoraSDK/adapters/speechd/private/protocol.h>
-#include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::speechd {
 
-/// A conversation with speech-dispatcher. Confined to the socket's executor, which runs one thing
-/// at a time; no call waits.
+/// Moves the bytes of a conversation between it and the daemon. Confined to the socket's executor,
+/// which runs one thing at a time; no call waits. May be closed inside its callbacks.
 class Session : public std::enable_shared_from_this<Session> {
  public:
-  /// Told when a text has been said (true), was cut short or refused. Told of texts that the owner
-  /// has given up, too.
+  /// Called when a text has been said (true), was cut short or refused.
   using OnEnd = std::function<void(TextNumber number, bool said)>;
-  /// Told when the daemon is gone; texts that have not ended never will.
+  /// Called when the daemon is gone; texts that have not ended never will.
   using OnBroken = std::function<void()>;
 
-  Session(Socket socket, OnEnd onEnd, OnBroken onBroken);
+  explicit Session(const asio::any_io_executor& executor);
 
-  /// REQUIRES, once and first: a shared pointer holds this.
-  void begin();
-  void say(TextNumber number, const SpeechUtterance& utterance);
+  /// Texts may come before; they wait. REQUIRES, once: a shared pointer holds this.
+  void begin(Socket socket);
+  void listen(OnEnd onEnd, OnBroken onBroken);
+
+  void say(Text text) { perform(conversation_.say(std::move(text))); }
   /// Silences what is being said and drops what waits.
-  void cancel();
-  /// Silences and ends the conversation; nothing is told after that.
-  void close();
+  void cancel() { perform(conversation_.cancel()); }
+  void forget(TextNumber number) { conversation_.forget(number); }
+  /// Silences and hangs up, after what is on its way and at most `kMaxSpeechFarewell` later. Calls
+  /// `onClosed` then, and nothing else after this.
+  void close(std::function<void()> onClosed);
 
  private:
-  /// A command and what its answer leads to.
-  struct Step {
-    std::string command;
-    std::function<void(const Answer& answer)> onAnswer;
-  };
-
-  void add(std::string command, std::function<void(const Answer&)> onAnswer = {});
-  void sendNext();
-  void takeAnswer(const Answer& answer);
-  void takeNotice(const Answer& notice);
-  void sendText(TextNumber number, const std::string& text, const Answer& answer);
-  void noteQueued(TextNumber number, const Answer& answer);
-  void readLine();
-  void takeLine(std::size_t size);
+  void perform(const Actions& actions);
+  void read();
+  void write();
+  void hangUp();
   void breakOff();
+  void lose();
 
+  Conversation conversation_;
   Socket socket_;
+  asio::steady_timer farewell_;
   OnEnd onEnd_;
   OnBroken onBroken_;
-  std::string received_;
-  AnswerReader reader_;
-  std::deque<Step> steps_;  ///< The first one is on its way when `waiting_`.
-  bool waiting_ = false;
-  std::map<std::string, TextNumber> queued_;  ///< By the number that the daemon gave.
-  std::map<std::string, bool> endedEarly_;    ///< Notices that came before that number.
+  std::function<void()> onClosed_;
+  std::array<char, 4096> received_{};
+  std::string outgoing_;
+  std::string onItsWay_;
+  bool hangsUp_ = false;
 };
 
 }  // namespace zelvora::speechd

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ZelvoraSDK/adapters/speechd/private/protocol.h>
+
+namespace zelvora::speechd {
+
+/// Counts the texts of a synthesiser.
+using TextNumber = std::uint64_t;
+
+/// A text that is to be said.
+struct Text {
+  TextNumber number = 0;
+  std::string text;
+  std::string language;
+  double rate = 0.5;
+};
+
+/// What the shell around a conversation does next, in this order.
+struct Actions {
+  struct End {
+    TextNumber number = 0;
+    bool said = false;  ///< False: cut short or refused.
+
+    bool operator==(const End&) const = default;
+  };
+
+  std::string bytes;  ///< To be sent behind all that was to be sent before.
+  std::vector<End> ended;
+  bool hangUp = false;  ///< Once the bytes are sent; nothing comes after that.
+};
+
+/// The whole of a conversation with speech-dispatcher, from the first byte to the last. Pure: what
+/// happens comes in, what is to be done comes out.
+class Conversation {
+ public:
+  enum class State {
+    idle,       ///< Not begun; texts wait.
+    handshake,  ///< Settings of the conversation are on their way; texts wait.
+    ready,      ///< Nothing is on its way.
+    sending,    ///< A command is.
+    inText,     ///< A text is: the daemon takes nothing else before it has answered.
+    closed,     ///< For good.
+  };
+
+  [[nodiscard]] State state() const { return state_; }
+
+  /// REQUIRES: once and first.
+  Actions begin();
+  Actions say(Text text);
+  /// Silences what is being said and drops what waits. Reports no end of the texts so far.
+  Actions cancel();
+  /// Drops a text that nobody waits for any more; its end is not reported.
+  void forget(TextNumber number);
+  /// Silences and hangs up. Reports no ends.
+  Actions close();
+  /// Takes what the daemon sends. Hangs up on one that passes a limit.
+  Actions take(std::string_view bytes);
+
+ private:
+  /// A command line, and what its answer leads to.
+  struct Command {
+    enum class Kind { setting, askLanguage, setLanguage, speak, cancel };
+    Kind kind = Kind::setting;
+    std::string line;
+    std::string language = {};              ///< Of `setLanguage`.
+    std::string block = {};                 ///< Of `speak`: sent when the daemon asks for it.
+    std::optional<TextNumber> number = {};  ///< Of `speak`; absent: nobody waits for it.
+  };
+
+  void takeAnswer(const Answer& answer, Actions& actions);
+  void takeOutcome(const Command& command, const Answer& answer, Actions& actions);
+  void takeQueued(const Answer& answer, Actions& actions);
+  void takeNotice(const Answer& notice, Actions& actions);
+  void sendNext(Actions& actions);
+  void plan(Text text);
+  void planLanguage(const std::string& language);
+
+  State state_ = State::idle;
+  AnswerReader reader_;
+  std::deque<Command> commands_;  ///< Of one text; the first is on its way while `sending`.
+  std::deque<Text> waiting_;
+  bool cancelWaits_ = false;
+  std::optional<TextNumber> current_;         ///< The text that is `inText`.
+  std::map<std::string, TextNumber> queued_;  ///< By the number that the daemon gave.
+  std::map<std::string, bool> early_;         ///< Notices that came before that number.
+  std::string defaultLanguage_;               ///< Empty until the daemon has told it.
+  std::string language_;                      ///< Of the next text, unless another is set.
+};
+
+}  // namespace zelvora::speechd
