@@ -17,7 +17,9 @@ constexpr double kMaxBoost = 0.15;
 std::vector<ZelvoraChoice> boosted(std::vector<ZelvoraChoice> choices,
                                    const std::vector<std::int64_t>& counts) {
   for (std::size_t i = 0; i < choices.size(); ++i) {
-    const double boost = std::min(static_cast<double>(counts[i]) * kBoostPerPick, kMaxBoost);
+    // No store of ours writes a negative count.
+    const auto picks = static_cast<double>(std::max(counts[i], std::int64_t{0}));
+    const double boost = std::min(picks * kBoostPerPick, kMaxBoost);
     choices[i].confidence = std::min(choices[i].confidence + boost, 1.0);
   }
   std::ranges::stable_sort(choices, std::ranges::greater{}, &ZelvoraChoice::confidence);

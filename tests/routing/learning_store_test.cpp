@@ -35,6 +35,8 @@ TEST(Boost, RaisesConfidenceByPicksUpToItsCap) {
     double confidence;
     double expected;
   } rows[] = {
+      {std::numeric_limits<std::int64_t>::min(), 0.7, 0.7},
+      {-100, 0.7, 0.7},
       {0, 0.7, 0.7},
       {1, 0.7, 0.7 + 0.03},
       {3, 0.5, 0.5 + 3 * 0.03},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -23,7 +25,8 @@ class MemoryDefaults final : public UserDefaults {
 
   std::int64_t increment(const std::string& key) override {
     use();
-    return ++values[key];
+    std::int64_t& value = values[key];
+    return value = std::max(value, std::int64_t{0}) + 1;
   }
 
  private:

@@ -72,8 +72,8 @@ Platform hostPlatform(asio::any_io_executor mainExecutor, const HostOptions& opt
   Platform platform{.executors = std::make_shared<HostExecutors>(std::move(mainExecutor)),
                     .clock = options.clock,
                     .log = options.log,
-                    .defaults = std::make_shared<SqliteDefaults>(
-                        SqliteDefaults::Options{.file = options.dataFolder / "defaults.sqlite"}),
+                    .defaults = std::make_shared<SqliteDefaults>(SqliteDefaults::Options{
+                        .file = options.dataFolder / "defaults.sqlite", .log = options.log}),
                     .bundle = bundleAt(options.bundle),
                     .urlSession = std::make_shared<CurlUrlSession>()};
   if (options.speech) platform.speech = hostSpeech(*options.speech, *platform.executors);
