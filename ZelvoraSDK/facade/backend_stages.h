@@ -5,7 +5,7 @@
 
 #include <ZelvoraSDK/async/actor.h>
 #include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/async/lazy.h>
+#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/backend/access_token.h>
 #include <ZelvoraSDK/backend/client.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>

@@ -7,7 +7,7 @@
 
 #include <ZelvoraSDK/async/actor.h>
 #include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/async/lazy.h>
+#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/facade/backend_stages.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/settings.h>

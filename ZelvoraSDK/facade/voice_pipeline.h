@@ -6,7 +6,7 @@
 #include <string>
 
 #include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/async/lazy.h>
+#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/publisher.h>
 #include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/facade/callbacks.h>

@@ -3,7 +3,7 @@
 #include <boost/asio/post.hpp>
 #include <utility>
 
-#include <ZelvoraSDK/async/spawn.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/spec/spec_loader.h>

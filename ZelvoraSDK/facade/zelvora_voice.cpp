@@ -1,7 +1,7 @@
 #include <boost/asio/post.hpp>
 #include <utility>
 
-#include <ZelvoraSDK/async/spawn.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/facade/voice_pipeline.h>

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <utility>
 
-#include <ZelvoraSDK/async/repeating_timer.h>
+#include <ZelvoraSDK/async/serial_queue.h>
 
 namespace zelvora {
 

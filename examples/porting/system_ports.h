@@ -10,7 +10,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/system.h>

@@ -9,9 +9,9 @@
 #include <thread>
 #include <vector>
 
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/async/spawn.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {
@@ -90,20 +90,6 @@ TEST(Spawn, ReportsWhatEscapes) {
   spawn(pool.executor(), failing(),
         [&said](const std::exception_ptr& failure) { said.set_value(describeFailure(failure)); });
   EXPECT_EQ(said.get_future().get(), "went wrong");
-}
-
-TEST(WorkerPool, MayDieOnOneOfItsOwnThreads) {
-  auto pool = std::make_unique<WorkerPool>(2);
-  std::promise<void> posted;
-  std::promise<void> gone;
-  const asio::any_io_executor executor = pool->executor();
-  asio::post(executor, [&, owned = std::move(pool)]() mutable {
-    posted.get_future().get();  // the executor must not be in use while its pool dies
-    owned.reset();
-    gone.set_value();
-  });
-  posted.set_value();
-  gone.get_future().get();
 }
 
 }  // namespace

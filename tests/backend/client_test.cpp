@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/outcome/diagnostics.h>
 #include <tests/support/recording_log.h>

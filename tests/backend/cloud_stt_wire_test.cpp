@@ -7,7 +7,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/base/error.h>
 #include <tests/support/scripted_server.h>

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/json_parse.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/spec/json_value.h>

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 #include <ZelvoraSDK/ui/zelvora_assistant.h>
 #include <tests/facade/small_spec.h>

@@ -4,7 +4,7 @@
 #include <memory>
 #include <optional>
 
-#include <ZelvoraSDK/async/bounded_thread.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora {

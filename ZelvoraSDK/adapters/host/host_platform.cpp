@@ -10,7 +10,7 @@
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 #include <ZelvoraSDK/adapters/sqlite/sqlite_defaults.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 
 namespace zelvora {
 namespace {

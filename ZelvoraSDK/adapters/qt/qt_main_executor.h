@@ -11,30 +11,30 @@ namespace zelvora {
 /// Qt's event loop as the main actor: what is posted to `executor()`, from any thread, runs in
 /// order on the thread that made this object, which lives in an application's main thread.
 ///
-/// Outlives the façade and the background work that post to it: stop background work first. What is
-/// posted after `shutdown()` is dropped.
+/// May be destroyed before the façades and platforms that post to it, also inside a piece of its
+/// work: executors stay valid, and what is posted to them then is destroyed without running.
 class QtMainExecutor {
  public:
-  /// Told on the main thread of what a piece of work let escape; must not throw.
+  /// Called on the main thread with what a piece of work threw; must not throw.
   using FailureHandler = std::function<void(std::exception_ptr failure)>;
 
-  /// REQUIRES: a QCoreApplication. What escapes from a piece of work is fatal.
+  /// REQUIRES: a QCoreApplication. What a piece of work throws is fatal.
   QtMainExecutor();
   explicit QtMainExecutor(FailureHandler onFailure);
+  /// Destroys what waits. Main thread only.
   ~QtMainExecutor();
 
   QtMainExecutor(const QtMainExecutor&) = delete;
   QtMainExecutor& operator=(const QtMainExecutor&) = delete;
 
-  /// Valid as long as this object, copies of it included.
   [[nodiscard]] asio::any_io_executor executor() const;
 
-  /// Drops what waits and all that will still be posted. Main thread only; once is enough.
-  void shutdown();
-
  private:
-  class Context;
-  std::unique_ptr<Context> context_;
+  class Loop;
+  class Receiver;
+
+  std::shared_ptr<Loop> loop_;
+  std::unique_ptr<Receiver> receiver_;
 };
 
 }  // namespace zelvora

@@ -14,7 +14,7 @@
 #include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
 #include <ZelvoraSDK/adapters/speechd/private/session.h>
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include <ZelvoraSDK/async/lazy.h>
+#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/text_pipeline.h>

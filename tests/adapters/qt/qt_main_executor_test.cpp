@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QEventLoop>
 #include <QThread>
 #include <algorithm>
@@ -99,24 +100,28 @@ TEST_F(QtMainExecutorTest, EndsTheProcessOverAFailureThatNobodyTakes) {
       "Fatal error: QtMainExecutor: work let escape: spilt");
 }
 
-TEST_F(QtMainExecutorTest, DropsWhatWaitsAndWhatComesAfterShutdown) {
+TEST_F(QtMainExecutorTest, DropsWhatWaitsAndWhatComesAfterItsEnd) {
   const auto executor = main_->executor();
-  // A piece of work that is dropped may post while it goes.
+  // A piece of work that is dropped may post while it is destroyed.
   std::shared_ptr<void> postsAtItsEnd(
       nullptr, [this, executor](void*) { asio::post(executor, [this] { note(1); }); });
   const std::weak_ptr<void> waiting = postsAtItsEnd;
   asio::post(executor, [this, held = std::move(postsAtItsEnd)] { note(2); });
-  main_->shutdown();
+  main_.reset();
   EXPECT_TRUE(waiting.expired());
-  postNote(3);
+  auto late = std::make_shared<int>();
+  asio::post(executor, [this, late] { note(3); });
+  EXPECT_EQ(late.use_count(), 1);
   QCoreApplication::processEvents();
   EXPECT_TRUE(noted_.empty());
 }
 
-TEST_F(QtMainExecutorTest, ShutsDownFromInsideItsOwnWork) {
-  asio::post(main_->executor(), [this] { main_->shutdown(); });
+TEST_F(QtMainExecutorTest, MayBeDestroyedInsideItsOwnWork) {
+  asio::post(main_->executor(), [this] { main_.reset(); });
   postNote(1);
   QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(main_, nullptr);
   EXPECT_TRUE(noted_.empty());
 }
 

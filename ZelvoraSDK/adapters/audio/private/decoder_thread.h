@@ -7,7 +7,7 @@
 #include <ZelvoraSDK/adapters/audio/private/stream_decoder.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora::audio {

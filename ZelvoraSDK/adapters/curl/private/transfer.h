@@ -8,7 +8,7 @@
 #include <string>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/async/reply.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/url.h>

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/curl/private/transfer.h>
-#include <ZelvoraSDK/async/mailbox.h>
+#include <ZelvoraSDK/async/guarded.h>
 
 namespace zelvora {
 

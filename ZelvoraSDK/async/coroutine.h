@@ -3,6 +3,7 @@
 #include <boost/asio/associated_cancellation_slot.hpp>
 #include <boost/asio/associated_executor.hpp>
 #include <boost/asio/async_result.hpp>
+#include <boost/asio/co_spawn.hpp>
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/use_awaitable.hpp>
@@ -16,6 +17,16 @@
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {
+
+/// Starts `task` on `executor` and returns; nobody waits for it. `onFailure(std::exception_ptr)` is
+/// called there with what escapes from it. A task that is dropped with its executor fails nobody.
+template <class OnFailure>
+void spawn(const asio::any_io_executor& executor, asio::awaitable<void> task, OnFailure onFailure) {
+  asio::co_spawn(executor, std::move(task),
+                 [onFailure = std::move(onFailure)](std::exception_ptr failure) mutable {
+                   if (failure) onFailure(std::move(failure));
+                 });
+}
 
 /// The way back to a coroutine that waits for a value from a thread outside its executor. Whoever
 /// holds it answers exactly once, from any thread.

@@ -1,15 +1,50 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
+#include <vector>
+
+#include <ZelvoraSDK/async/awaitable.h>
 
 namespace zelvora {
 
+/// A few threads for background work, started when the executor is first asked for. Thread-safe.
+/// Executors stay valid when the pool is gone: what is posted then is destroyed without running.
+class WorkerPool {
+ public:
+  /// The longest that destruction waits for work that is running.
+  static constexpr std::chrono::seconds kJoinBound{5};
+
+  explicit WorkerPool(std::size_t threadCount);
+  /// Begins nothing more, destroys what has not begun, and waits for what is running, at most
+  /// `kJoinBound`; a thread that is still busy then is detached. May run on a thread of the pool.
+  ~WorkerPool() { stop(); }
+
+  WorkerPool(const WorkerPool&) = delete;
+  WorkerPool& operator=(const WorkerPool&) = delete;
+
+  [[nodiscard]] asio::any_io_executor executor();
+
+  /// Ends the pool early, as destruction does. Not to be called twice at once.
+  void stop();
+
+ private:
+  struct Shared;
+
+  void start();
+
+  std::shared_ptr<Shared> shared_;
+  std::size_t threadCount_;
+  std::vector<std::thread> threads_;
+};
+
 /// One thread for a library that wants all its calls from one, started when first needed and never
-/// waited for without a bound. What it runs must keep alive by itself all that it touches.
+/// waited for without a bound. What it runs must own everything that it touches.
 class BoundedThread {
  public:
   /// The longest that destruction waits.
@@ -17,7 +52,7 @@ class BoundedThread {
 
   BoundedThread() = default;
   /// Waits until `work` has returned, at most `kJoinBound`; a thread that is still busy then is
-  /// left to itself. The owner tells `work` to end before. May run on the thread itself.
+  /// detached. The owner asks `work` to end before. May run on the thread itself.
   ~BoundedThread() {
     if (!thread_.joinable()) return;
     const bool onItself = std::this_thread::get_id() == thread_.get_id();
