@@ -138,6 +138,19 @@ TEST_F(Streams, ATerminalGetsNoControlCharactersAndAPipeAllOfThem) {
   }
 }
 
+TEST_F(Streams, ATerminalGetsTheFirst500CharactersOfAnErrorAndAPipeAllOfThem) {
+  const auto errorOf = [](std::size_t length) {
+    return runTool({.arguments = {std::string(length, 'x')}}).err.size() - 1;
+  };
+  const std::size_t around = errorOf(300) - 300;
+  for (const std::size_t length : {std::size_t{500}, std::size_t{501}}) {
+    EXPECT_EQ(errorOf(length - around), length);
+    TerminalProcess terminal({.arguments = {std::string(length - around, 'x')}});
+    EXPECT_EQ(terminal.finish(), 2);
+    EXPECT_EQ(terminal.shown().find("…") != std::string::npos, length > 500) << length;
+  }
+}
+
 TEST_F(Streams, ATerminalGetsTheAnswerFirstAndColoursUnlessToldOtherwise) {
   ToolCall call{.arguments = {"route", "--offline", "--spec", kSpec, "open my cart"}};
   for (const bool coloured : {true, false}) {

@@ -186,8 +186,9 @@ std::optional<std::string> problemIn(const fs::path& file) {
   } catch (const Error&) {
     return std::nullopt;  // a minimal one, or none: that stops nothing
   }
-  const std::vector<std::string> problems = UncheckedSpec(*std::move(spec)).validateSpec();
-  return problems.empty() ? std::nullopt : std::optional(file.string() + ": " + problems.front());
+  for (const std::string& problem : UncheckedSpec(*std::move(spec)).validateSpec())
+    if (problem.starts_with("Task ")) return file.string() + ": " + problem;
+  return std::nullopt;
 }
 
 class Shell {

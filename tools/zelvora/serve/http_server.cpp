@@ -218,9 +218,10 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   [[nodiscard]] std::string logLine(int status) const {
     const Fields& fields = parser_.get();
-    if (!parser_.is_header_done()) return "(no request) " + std::to_string(status);
-    return std::string(fields.method_string()) + " " + pathOf(fields) + " " +
-           std::to_string(status);
+    const std::string request = fields.target().empty()
+                                    ? "(no request)"
+                                    : std::string(fields.method_string()) + " " + pathOf(fields);
+    return request + " " + std::to_string(status);
   }
 
   beast::tcp_stream stream_;
