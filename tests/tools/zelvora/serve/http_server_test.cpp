@@ -215,5 +215,33 @@ TEST(FormPart, FindsAPartByItsName) {
     EXPECT_EQ(formPart(row.body, row.type, "audio"), row.content) << row.name;
 }
 
+// Cut anywhere, and with any byte replaced by any that means something.
+TEST(FormPart, StaysInsideAnyBody) {
+  const std::string type = "multipart/form-data; boundary=b";
+  const std::string whole =
+      "--b\r\nContent-Disposition: form-data; name=\"audio\"\r\n\r\nx\r\n--b--\r\n";
+  const auto check = [](const std::string& body, const std::string& contentType) {
+    const std::string_view part = formPart(body, contentType, "audio");
+    if (part.empty()) return;
+    EXPECT_GE(part.data(), body.data());
+    EXPECT_LE(part.data() + part.size(), body.data() + body.size());
+  };
+  for (std::size_t at = 0; at < whole.size(); ++at) {
+    check(whole.substr(0, at), type);
+    check(whole.substr(at), type);
+    for (const char byte : std::string_view("\r\n-b;:\"=\0 ", 10)) {
+      std::string changed = whole;
+      changed[at] = byte;
+      check(changed, type);
+    }
+  }
+  for (std::size_t at = 0; at < type.size(); ++at)
+    for (const char byte : std::string_view(";=\" \0", 5)) {
+      std::string changed = type;
+      changed[at] = byte;
+      check(whole, changed);
+    }
+}
+
 }  // namespace
 }  // namespace zelvora::serve
