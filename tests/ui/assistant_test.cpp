@@ -26,7 +26,9 @@ class QtExecutors final : public Executors {
  public:
   asio::any_io_executor main() override { return main_.executor(); }
   asio::any_io_executor background() override { return pool_.executor(); }
-  void stopBackground() override { pool_.stop(); }
+
+  /// What runs in the background must not be the last owner of an object of Qt's.
+  void endBackground() { pool_.stop(); }
 
  private:
   QtMainExecutor main_;
@@ -44,6 +46,7 @@ class NotedDefaults final : public UserDefaults {
     journal_->note("counted " + key);
     return 1;
   }
+  void removeAll(const std::string& /*prefix*/) override {}
 
  private:
   std::shared_ptr<testing::Journal> journal_;
@@ -62,7 +65,7 @@ class Assistant : public ::testing::Test {
   }
   ~Assistant() override {
     assistant_.reset();
-    executors_->stopBackground();
+    executors_->endBackground();
   }
 
   [[nodiscard]] Platform platform() const {

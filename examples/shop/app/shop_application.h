@@ -37,6 +37,7 @@ class ShopApplication {
   void clearScreens();
 
   QtMainExecutor main_;
+  HostPlatform host_;
   Platform platform_;
   ReplySpeaker replies_;
   std::unique_ptr<QQuickView> window_;
