@@ -24,7 +24,7 @@ install(EXPORT ZelvoraSDK NAMESPACE Zelvora:: DESTINATION ${package_dir}
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 configure_file(cmake/ZelvoraSDKConfig.cmake.in ZelvoraSDKConfig.cmake @ONLY)
-install(FILES cmake/ZelvoraDependencies.cmake
+install(FILES cmake/ZelvoraDependencies.cmake cmake/ZelvoraLint.cmake
   ${PROJECT_BINARY_DIR}/ZelvoraSDKConfig.cmake
   ${PROJECT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake DESTINATION ${package_dir} COMPONENT devel)
 

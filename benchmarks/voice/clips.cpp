@@ -104,22 +104,23 @@ std::vector<Clip> commandClips(const RuntimeSpec& spec,
   return clips;
 }
 
-std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary) {
+std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary,
+                                  const std::function<std::string(const std::string&)>& screenOf) {
   const std::vector<audio::Sentence> known = audio::spokenSentences(vocabulary);
   std::vector<Clip> clips;
   std::ifstream lines(ZELVORA_SOURCE_DIR "/examples/shop/utterances.tsv");
   for (std::string line; clips.size() < kCommands * kVoices.size() && std::getline(lines, line);) {
     std::istringstream fields(line);
     std::string text;
+    std::string expected;
     std::string locale;
-    std::string kind;
-    std::string target;
     std::getline(fields, text, '\t');
+    std::getline(fields, expected, '\t');
     std::getline(fields, locale, '\t');
-    std::getline(fields, kind, '\t');
-    std::getline(fields, target, '\t');
-    if (locale == kLocale && kind == "execute" && !std::ranges::count(known, wordsOf(text)))
-      addVoices(clips, text, target);
+    const bool isTask = !line.starts_with("# ") && expected != "-" && !expected.starts_with('?');
+    if (!isTask || locale != kLocale || std::ranges::count(known, wordsOf(text))) continue;
+    // A presentation has no screen.
+    if (const std::string screen = screenOf(text); !screen.empty()) addVoices(clips, text, screen);
   }
   return clips;
 }

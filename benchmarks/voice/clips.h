@@ -23,8 +23,9 @@ inline constexpr const char* kLocale = "en-US";
 std::vector<Clip> commandClips(const RuntimeSpec& spec,
                                const std::function<std::string(const std::string&)>& screenOf);
 /// The first thirty English commands of the table of utterances that are no phrase of the
-/// vocabulary, by three voices.
-std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary);
+/// vocabulary and open a screen by `screenOf`, by three voices.
+std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary,
+                                  const std::function<std::string(const std::string&)>& screenOf);
 /// Twenty sentences that are no commands of a shop, by three voices.
 std::vector<Clip> strangeClips();
 /// Silence, noise of several strengths, a tone and clicks.

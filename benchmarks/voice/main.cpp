@@ -219,10 +219,10 @@ int main() {
   const AnyEncodable spec = bench::shop();
   const bench::Router router(spec);
   const auto vocabulary = recognitionVocabulary(spec, bench::kLocale);
-  const bench::Sounds sounds{.commands = bench::commandClips(
-                                 *resolveSpec(spec).value().runtimeSpec,
-                                 [&](const std::string& text) { return router.screenOf(text); }),
-                             .paraphrases = bench::paraphraseClips(vocabulary)};
+  const auto screenOf = [&](const std::string& text) { return router.screenOf(text); };
+  const bench::Sounds sounds{
+      .commands = bench::commandClips(*resolveSpec(spec).value().runtimeSpec, screenOf),
+      .paraphrases = bench::paraphraseClips(vocabulary, screenOf)};
   std::printf(
       "model  sound        clips  WER %% exact%%  heard believed  right  wrong  final ms  (p95)    "
       "RTF\n");

@@ -12,6 +12,7 @@ using namespace zelvora::tool;
 std::vector<Command> allCommands() {
   std::vector<Command> commands = {
       routeCommand(),  explainCommand(), chooseCommand(),     validateCommand(),
+      lintCommand(),   evalCommand(),    tuneCommand(),       schemaCommand(),
       initCommand(),   shellCommand(),   completionCommand(),
 #ifdef ZELVORA_SPEECH
       listenCommand(), speakCommand(),

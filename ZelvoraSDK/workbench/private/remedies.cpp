@@ -218,6 +218,16 @@ bool Remedies::makeOpen(Draft& draft, std::uint32_t task, std::size_t ownText) {
   return words.size() > 2 && words.size() < 6 && attempt({pair, whole}, true);
 }
 
+bool Remedies::belongsElsewhere(std::size_t ownText) const {
+  const RoutedTexts::Routed& routed = routed_.of(ownText);
+  const OwnText& own = spec_.ownTexts()[ownText];
+  if (!routed.lead.opensOther(own.task) || own.kind == OwnText::Kind::title) return false;
+  const TaskPoints points = spec_.prepared()->tasks()->explain(routed.normalized, routed.lead.task);
+  return std::ranges::any_of(points.keywords, [](const TaskPoints::Keyword& keyword) {
+    return keyword.points > kSinglePoints;
+  });
+}
+
 // Remedies.
 
 Remedy Remedies::open(std::uint32_t task, const std::vector<std::size_t>& ownTexts) {
@@ -231,13 +241,16 @@ Remedy Remedies::open(std::uint32_t task, const std::vector<std::size_t>& ownTex
                               .leadOf(routed.normalized, spec_.ownTexts()[text].locale,
                                       [&](std::string_view each) { return with(each); })
                               .opens(task);
-    if (!opensNow && !makeOpen(draft, task, text)) left.push_back(text);
+    if (opensNow) continue;
+    // What says all of another task's phrase belongs there.
+    if (belongsElsewhere(text) || !makeOpen(draft, task, text)) left.push_back(text);
   }
   if (left.size() == ownTexts.size() && left.size() > 1) return {kNothingHelps, {}};
   // The last index first: leaving an entry out moves those behind it.
   for (auto text = left.rbegin(); text != left.rend(); ++text) {
     const OwnText& own = spec_.ownTexts()[*text];
     const bool isOut = takeOut(draft, own);
+    if (!isOut && belongsElsewhere(*text) && makeOpen(draft, task, *text)) continue;
     say(draft.remedy, isOut ? "leave out " + inQuotes(own.text)
                             : "say " + inQuotes(own.text) + " in other words");
   }

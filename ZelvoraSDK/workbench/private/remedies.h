@@ -63,6 +63,7 @@ class Remedies {
   [[nodiscard]] std::size_t examplesMissing(std::uint32_t task, std::size_t ownText,
                                             double points) const;
   bool makeWordOpen(Draft& draft, std::uint32_t task, std::size_t ownText, const std::string& word);
+  [[nodiscard]] bool belongsElsewhere(std::size_t ownText) const;
   bool takeOut(Draft& draft, const OwnText& own);
   [[nodiscard]] bool isKept(const Draft& draft, std::uint32_t task,
                             std::optional<std::size_t> mustOpen);

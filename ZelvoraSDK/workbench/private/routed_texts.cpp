@@ -39,9 +39,10 @@ RoutedTexts::Routed RoutedTexts::route(const OwnText& own) const {
   routed.normalized = cleanUtterance(own.text, spec, own.locale).normalized;
   if (routed.normalized.empty()) return routed;
   routed.canonical = normalizeForMatch(routed.normalized);
-  const LocalAnswer answer = answerLocally(
-      routed.normalized, spec, own.locale,
-      [&](std::string_view text) { return spec.tasks()->route(text, spec.thresholds()); }, {});
+  const RouteLocally route = [&](std::string_view text) {
+    return spec.tasks()->route(text, spec.thresholds());
+  };
+  const LocalAnswer answer = answerLocally(routed.normalized, spec, own.locale, route, {});
   routed.searchable = routed.canonical;
   for (const ExpandedCandidate& candidate : answer.candidates)
     routed.searchable += '\n' + normalizeForMatch(candidate.text);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace zelvora::tool {
+
+/// An utterance and what is right for it.
+struct LabelledUtterance {
+  std::string text;
+  std::vector<std::string> expected;  ///< Task ids, any of which is right; none: out of scope.
+  bool areChoicesRight = false;       ///< Choices that contain all of them are right too.
+  std::string locale;
+  std::filesystem::path file;
+  std::size_t line = 0;
+
+  [[nodiscard]] bool isInScope() const { return !expected.empty(); }
+};
+
+struct LabelRules {
+  std::vector<std::string> taskIds;
+  std::string locale;  ///< Of lines without one.
+};
+
+/// Reads files of lines `UTTERANCE<TAB>EXPECTED[<TAB>LOCALE]`, one after the other.
+/// EXPECTED is a task id, several joined by `|`, `?` before them where choices are right too, or
+/// `-` for an utterance out of scope. Blank lines and those that begin with `# ` say nothing.
+/// Throws UsageError that names file and line.
+std::vector<LabelledUtterance> readLabelled(const std::vector<std::string>& files,
+                                            const LabelRules& rules);
+
+}  // namespace zelvora::tool
