@@ -190,7 +190,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
 
   bool known = true;      ///< Set before use.
   bool available = true;  ///< Set before use.
-  /// Delivered by the task's finish, as a recogniser does that is still busy when the sound ends.
+  /// Returned by the task's finish, as a recogniser does that is still busy when the sound ends.
   std::optional<SpeechResult> lateResult;
 
   void say(const SpeechResult& result) {
@@ -226,11 +226,11 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
       all_.heardFrames_ += buffer.frames;
     }
     void endAudio() override { all_.journal_->note("task: end of audio"); }
-    void finish() override {
+    std::optional<SpeechResult> finish(Seconds) override {
       all_.journal_->note("task: finish");
-      if (all_.lateResult) all_.say(*all_.lateResult);
       all_.fail(Error("Test", 216, "Recognition was Canceled"));
       drop();
+      return all_.lateResult;
     }
 
    private:

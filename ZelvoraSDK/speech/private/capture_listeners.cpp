@@ -29,7 +29,7 @@ void write(AudioFileWriter& file, const PcmBuffer& buffer) {
 void takeResult(const EngineLink& link, const SpeechResult& result) {
   const auto callbacks = link.callbacks.lock();
   if (!callbacks) return;
-  HeardResult heard{result.text, averageConfidence(result.segments), link.time->now()};
+  HeardResult heard = heardResult(result, link.time->now());
   link.post([capture = link.capture, heard = std::move(heard)](EngineCore& core) {
     core.takeResult(capture, heard);
   });
@@ -53,6 +53,10 @@ void takeRecognitionError(const EngineLink& link, const Error& failure) {
 }
 
 }  // namespace
+
+HeardResult heardResult(const SpeechResult& result, Seconds at) {
+  return {result.text, averageConfidence(result.segments), at};
+}
 
 void EngineLink::stop() const {
   post([number = capture](EngineCore& held) { held.stopCapture(number); });

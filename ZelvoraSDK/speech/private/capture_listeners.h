@@ -43,6 +43,9 @@ class CaptureTap {
   VoiceDetector voice_;
 };
 
+/// What `result` brings to the engine.
+HeardResult heardResult(const SpeechResult& result, Seconds at);
+
 /// Takes the recogniser's results and errors on the recogniser's thread.
 SpeechRecognizer::Handler recognitionHandler(const EngineLink& link);
 

@@ -204,8 +204,13 @@ void EngineCore::stopMicrophone() {
 void EngineCore::finishRecognition() {
   if (!task_) return;
   task_->endAudio();
-  task_->finish();
+  const auto last = task_->finish(kFinishLimit);
   task_.reset();
+  if (!last) return;
+  // Applied here, not posted: whoever reads behind the teardown must find it.
+  takeResult(capture_, heardResult(*last, parts_.time->now()));
+  tell(&SpeechEngineCallbacks::onPartialText, last->text);
+  if (last->isFinal) tell(&SpeechEngineCallbacks::onFinalText, last->text);
 }
 
 template <class... Values>

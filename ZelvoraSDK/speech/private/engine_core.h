@@ -52,6 +52,7 @@ class EngineCore : public std::enable_shared_from_this<EngineCore> {
 
  private:
   static constexpr Seconds kMonitorPeriod{0.2};
+  static constexpr Seconds kFinishLimit{1.0};
   static constexpr std::size_t kTapFrames = 1024;
   static constexpr Seconds kDistantPast{-std::numeric_limits<double>::infinity()};
 
