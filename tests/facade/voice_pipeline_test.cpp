@@ -99,7 +99,7 @@ class VoicePipelineTest : public ::testing::Test {
       main_.restart();
       main_.poll();
       if (pipeline.recognizer())
-        static_cast<void>(pipeline.recognizer()->bestTranscriptConfidence());
+        static_cast<void>(pipeline.recognizer()->engine().getLastAverageConfidence());
     }
   }
   void startVoice(VoicePipeline& pipeline) {

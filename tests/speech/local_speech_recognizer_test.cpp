@@ -22,7 +22,7 @@ class LocalSpeechRecognizer : public ::testing::Test {
  protected:
   /// Lets the engine do what it was told, then the main executor what the engine told it.
   void settle() {
-    static_cast<void>(recognizer_->bestTranscriptConfidence());
+    static_cast<void>(recognizer_->engine().getLastAverageConfidence());
     main_.restart();
     main_.poll();
   }
