@@ -79,7 +79,7 @@ TEST_F(LocalSpeechRecognizer, AsksForSpeechThenForTheMicrophone) {
        "Speech permission not granted"},
   };
   for (const auto& row : rows) {
-    *lab_.standIns.permissions = {};
+    lab_.standIns.permissions->asked.clear();
     lab_.standIns.permissions->speech = row.speech;
     lab_.standIns.permissions->microphone = row.microphone;
     recognizer_->reset();

@@ -120,7 +120,8 @@ EngineCore::~EngineCore() { close(); }
 
 void EngineCore::begin() {
   if (callbacks_.expired()) return;
-  removeAbandonedRecordings(*parts_.speech.audioFiles, parts_.temporaryDirectory);
+  attempt(
+      [this] { removeAbandonedRecordings(*parts_.speech.audioFiles, parts_.temporaryDirectory); });
   renewRecognizer();
 }
 
