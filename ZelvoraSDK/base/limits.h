@@ -51,6 +51,10 @@ inline constexpr std::uint32_t kMaxSoundChannels = 8;
 /// Of one sound file. A command takes seconds.
 inline constexpr std::chrono::minutes kMaxSoundLength{10};
 
+/// Sound that waits in a capture's ring for whoever stores and recognises it. What comes while the
+/// ring is full is dropped and counted.
+inline constexpr double kCaptureRingSeconds = 2.0;
+
 // Speech output: the speech daemon.
 
 /// Bytes of one line of a reply; real ones have fewer than a hundred.

@@ -9,129 +9,212 @@
 #include <ZelvoraSDK/facade/transcript_decision.h>
 
 namespace zelvora {
+namespace {
 
-asio::awaitable<void> VoicePipeline::start() { return listen(shared_from_this()); }
+using Scope = std::shared_ptr<CallScope>;
+using Text = asio::awaitable<std::string>;
 
-asio::awaitable<void> VoicePipeline::stop() { return finish(shared_from_this()); }
-
-asio::awaitable<ZelvoraRouteResponse> VoicePipeline::routeAudio(AudioData audio, std::string locale,
-                                                                Timestamp calledAt) {
-  return transcribeAndRoute(shared_from_this(), std::move(audio), std::move(locale), calledAt);
+/// What the device's capture brings to the decision.
+HeardLocally heardIn(const std::optional<CaptureOutcome>& capture) {
+  if (!capture) return {};
+  return {.transcript = cleanedTranscript(capture->transcript),
+          .confidence = capture->confidence,
+          .audioBytes = capture->recording ? capture->recording->size() : 0};
 }
 
-asio::awaitable<void> VoicePipeline::listen(Self self) {
-  if (self->parts_.settings.sttConfig.mode == ZelvoraSTTMode::disabled) co_return;
-  self->ensureRecognizer();
-  if (!self->recognizer_->isAuthorized()) co_await self->recognizer_->requestPermissions();
-  if (self->isAbandoned()) co_return;
-  if (self->recognizer_->isAuthorized())
-    self->recognizer_->start();
-  else
-    self->deliver(ZelvoraUnsupported{"Microphone permission denied"});
+Text transcribed(Scope scope, std::shared_ptr<ZelvoraCloudSTTProvider> cloud, AudioData audio,
+                 std::string locale, std::optional<ZelvoraSTTRequestParams> params) {
+  std::function<Text()> work = [cloud = std::move(cloud), audio = std::move(audio),
+                                locale = std::move(locale), params = std::move(params)]() mutable {
+    return cloud->transcribe(std::move(audio), std::move(locale), std::move(params));
+  };
+  co_return co_await CallScope::await<std::string>(scope, std::move(work));
 }
 
-asio::awaitable<void> VoicePipeline::finish(Self self) {
-  HeardLocally heard;
-  std::optional<AudioData> audio;
-  if (self->recognizer_) {
-    audio = co_await endCapture(self->recognizer_);
-    heard.transcript = cleanedTranscript(self->recognizer_->bestTranscript());
-    heard.confidence = self->recognizer_->bestTranscriptConfidence();
-    heard.audioBytes = audio ? audio->size() : 0;
-    self->lastRecordedAudio_ = audio;
+/// Routes in the scope; a failure of its own becomes an outcome.
+asio::awaitable<ZelvoraResult> routed(
+    Scope scope, std::function<asio::awaitable<ZelvoraResult>(std::string)> route,
+    std::string text) {
+  std::function<asio::awaitable<ZelvoraResult>()> work = [route = std::move(route),
+                                                          text = std::move(text)]() mutable {
+    return route(std::move(text));
+  };
+  try {
+    co_return co_await CallScope::await<ZelvoraResult>(scope, std::move(work));
+  } catch (...) {
+    scope->requireOpen();
+    co_return ZelvoraUnsupported{describeFailure(std::current_exception())};
   }
-  if (self->isAbandoned()) co_return;
+}
+
+/// Read on the scope's threads: the first reading compiles the spec.
+asio::awaitable<std::optional<ZelvoraSTTRequestParams>> requestParams(
+    std::shared_ptr<const Lazy<PreparedSpec>> spec, std::string locale) {
+  co_return sttRequestParams(spec->get().full(), locale);
+}
+
+asio::awaitable<std::optional<ZelvoraSTTRequestParams>> paramsInScope(
+    Scope scope, std::shared_ptr<const Lazy<PreparedSpec>> spec, std::string locale) {
+  using Params = std::optional<ZelvoraSTTRequestParams>;
+  std::function<asio::awaitable<Params>()> work =
+      [spec = std::move(spec), locale = std::move(locale)] { return requestParams(spec, locale); };
+  co_return co_await CallScope::await<Params>(scope, std::move(work));
+}
+
+}  // namespace
+
+asio::awaitable<VoiceStart> VoicePipeline::start() { return listen(shared_from_this()); }
+
+asio::awaitable<SpokenCommand> VoicePipeline::stop(Scope scope) {
+  return finish(shared_from_this(), std::move(scope));
+}
+
+void VoicePipeline::abandon() {
+  isStartWanted_ = false;
+  if (recognizer_) recognizer_->abandonCapture();
+}
+
+asio::awaitable<VoiceStart> VoicePipeline::listen(Self self) {
+  if (self->parts_.settings.sttConfig.mode == ZelvoraSTTMode::disabled)
+    co_return VoiceStart::disabled;
+  self->ensureRecognizer();
+  self->isStartWanted_ = true;
+  if (self->isAsking_) co_return VoiceStart::joined;
+  if (!self->recognizer_->isAuthorized()) {
+    const bool isStillWanted = co_await askForPermissions(self);
+    if (!isStillWanted) co_return VoiceStart::withdrawn;
+  }
+  self->isStartWanted_ = false;
+  if (self->recognizer_->isAuthorized()) {
+    self->recognizer_->start();
+    co_return VoiceStart::begun;
+  }
+  self->deliver(ZelvoraUnsupported{"Microphone permission denied"});
+  co_return VoiceStart::refused;
+}
+
+/// Whether the start is still wanted when the user has answered.
+asio::awaitable<bool> VoicePipeline::askForPermissions(Self self) {
+  self->isAsking_ = true;
+  std::exception_ptr failure;
+  try {
+    co_await self->recognizer_->requestPermissions();
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  self->isAsking_ = false;
+  self->parts_.scope->requireOpen();
+  if (!self->isStartWanted_) co_return false;
+  if (failure) std::rethrow_exception(failure);
+  co_return true;
+}
+
+asio::awaitable<SpokenCommand> VoicePipeline::finish(Self self, Scope scope) {
+  self->isStartWanted_ = false;
+  SpokenCommand command;
+  std::optional<CaptureOutcome> capture;
+  // While the user is asked there is no capture: what was started before has been answered.
+  if (self->recognizer_) capture = co_await self->recognizer_->endCapture(kOutcomeTimeout);
+  scope->requireOpen();
+  const HeardLocally heard = heardIn(capture);
+  command.heard = heard.transcript;
+  command.confidence = heard.confidence;
+  if (capture) {
+    command.end = capture->end;
+    self->lastRecordedAudio_ = capture->recording;
+  }
   const auto decision = judgeLocal(heard, minimumLocalConfidence(*self->parts_.platform.bundle),
                                    self->parts_.settings.sttConfig.mode);
   if (const auto* use = std::get_if<UseTranscript>(&decision)) {
+    command.transcript = use->transcript;
     self->report(LocalSTTUsed{characterCount(use->transcript)});
-    self->route(use->transcript);
+    co_await routeTranscript(self, scope, command);
   } else if (const auto* unsupported = std::get_if<ZelvoraUnsupported>(&decision)) {
-    self->deliver(*unsupported);
+    command.result = *unsupported;
   } else {
-    co_await askCloud(self, std::move(audio).value());
+    AudioData audio = std::move(capture->recording).value();
+    co_await askCloud(self, scope, std::move(audio), command);
   }
+  scope->requireOpen();
+  self->deliver(command.result);
+  co_return command;
 }
 
-asio::awaitable<std::optional<AudioData>> VoicePipeline::endCapture(
-    std::shared_ptr<ZelvoraLocalSpeechRecognizer> recognizer) {
-  recognizer->stop();
-  if (!recognizer->isRecording()) {
-    // The capture ended by itself: its recording is here, and no other will come.
-    auto held = recognizer->takeRecordedAudioData();
-    if (held) co_return held;
-  }
-  auto delivered = co_await recognizer->waitForAudioData(kRecordingTimeout);
-  auto held = recognizer->takeRecordedAudioData();
-  co_return delivered ? std::move(delivered) : std::move(held);
-}
-
-asio::awaitable<void> VoicePipeline::askCloud(Self self, AudioData audio) {
-  const std::string& locale = self->parts_.settings.locale;
+asio::awaitable<void> VoicePipeline::askCloud(Self self, Scope scope, AudioData audio,
+                                              SpokenCommand& command) {
+  std::string locale = self->parts_.settings.locale;
   self->report(CloudSTTRequested{audio.size()});
   std::string transcript;
   std::optional<std::string> failure;
   try {
-    auto params = self->requestParams(locale);
-    transcript =
-        co_await self->parts_.cloudSTT->transcribe(std::move(audio), locale, std::move(params));
+    auto params = co_await paramsInScope(scope, self->parts_.spec, locale);
+    transcript = co_await transcribed(scope, self->parts_.cloudSTT, std::move(audio),
+                                      std::move(locale), std::move(params));
   } catch (...) {
     failure = describeFailure(std::current_exception());
   }
+  scope->requireOpen();
   if (failure) {
     self->report(CloudSTTFailed{*failure});
-    self->deliver(cloudFailure(*failure));
+    command.result = cloudFailure(*failure);
     co_return;
   }
   const auto decision = judgeCloud(std::move(transcript));
   if (const auto* use = std::get_if<UseTranscript>(&decision)) {
+    command.transcript = use->transcript;
     self->report(CloudSTTUsed{characterCount(use->transcript)});
-    self->route(use->transcript);
+    co_await routeTranscript(self, scope, command);
   } else {
-    self->deliver(std::get<ZelvoraUnsupported>(decision));
+    command.result = std::get<ZelvoraUnsupported>(decision);
   }
 }
 
-asio::awaitable<ZelvoraRouteResponse> VoicePipeline::transcribeAndRoute(Self self, AudioData audio,
-                                                                        std::string locale,
-                                                                        Timestamp calledAt) {
+asio::awaitable<void> VoicePipeline::routeTranscript(Self self, Scope scope,
+                                                     SpokenCommand& command) {
+  if (self->parts_.onTranscript) self->parts_.onTranscript(command.transcript);
+  command.result = co_await routed(scope, self->parts_.route, command.transcript);
+}
+
+asio::awaitable<ZelvoraRouteResponse> routeRecordedAudio(
+    std::shared_ptr<const VoicePipeline::Parts> parts, AudioRequest request) {
   ZelvoraRouteResponse response;
   std::string transcript;
   try {
-    auto params = self->requestParams(locale);
-    transcript = co_await self->parts_.cloudSTT->transcribe(std::move(audio), std::move(locale),
-                                                            std::move(params));
+    auto params = co_await paramsInScope(parts->scope, parts->spec, request.locale);
+    transcript = co_await transcribed(parts->scope, parts->cloudSTT, std::move(request.audio),
+                                      std::move(request.locale), std::move(params));
     response.sttUsed = true;
   } catch (...) {
     response.result = cloudFailure(describeFailure(std::current_exception()));
   }
+  parts->scope->requireOpen();
   response.timings =
-      ZelvoraRouteTimings{Seconds(self->parts_.platform.clock->now() - calledAt).count()};
-  if (response.sttUsed) response.result = co_await routed(self, std::move(transcript));
+      ZelvoraRouteTimings{Seconds(parts->platform.clock->now() - request.calledAt).count()};
+  if (response.sttUsed)
+    response.result = co_await routed(parts->scope, parts->route, std::move(transcript));
   co_return response;
 }
 
-asio::awaitable<ZelvoraResult> VoicePipeline::routed(Self self, std::string text) {
-  try {
-    co_return co_await self->parts_.route(std::move(text));
-  } catch (...) {
-    co_return ZelvoraUnsupported{describeFailure(std::current_exception())};
-  }
+void VoicePipeline::prepare() {
+  if (parts_.settings.sttConfig.mode == ZelvoraSTTMode::disabled) return;
+  ensureRecognizer();
+  recognizer_->engine().prepare();
+}
+
+void VoicePipeline::release() {
+  if (recognizer_) recognizer_->engine().release();
 }
 
 void VoicePipeline::ensureRecognizer() {
   if (recognizer_) return;
   recognizer_ = parts_.makeRecognizer();
-  watchingRecognizer_ = recognizer_->changes().subscribe([this] { changes_.send(); });
-}
-
-std::optional<ZelvoraSTTRequestParams> VoicePipeline::requestParams(
-    const std::string& locale) const {
-  return sttRequestParams(parts_.spec->get().full(), locale);
-}
-
-void VoicePipeline::route(const std::string& transcript) const {
-  if (!isAbandoned()) parts_.routeAndCallback(transcript);
+  // On whatever thread the façade is released, and however long this one is busy, the microphone
+  // goes off.
+  parts_.scope->atClose(parts_.scope->newNumber(), recognizer_->engine().closer());
+  watchingRecognizer_ = recognizer_->changes().subscribe([weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (self && !self->parts_.scope->isClosed()) self->changes_.send();
+  });
 }
 
 void VoicePipeline::deliver(ZelvoraResult result) const {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/call_scope.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/publisher.h>
 #include <ZelvoraSDK/backend/cloud_stt.h>
@@ -19,13 +20,32 @@
 
 namespace zelvora {
 
+/// What became of a wish to listen.
+enum class VoiceStart {
+  begun,      ///< The microphone is being opened; the recogniser shows what comes of it.
+  joined,     ///< The user is being asked already; the first start goes on for both.
+  withdrawn,  ///< A stop came while the user was asked.
+  refused,    ///< By the user; delivered as an outcome.
+  disabled    ///< Speech is switched off.
+};
+
+/// What became of one spoken command.
+struct SpokenCommand {
+  ZelvoraResult result;
+  std::string transcript;            ///< What was routed; empty when nothing was.
+  std::string heard;                 ///< What the device understood, routed or not.
+  std::optional<double> confidence;  ///< Of the device.
+  CaptureEnd end;
+};
+
 /// Turns a spoken command into routed text: listens, chooses between the transcripts of the device
-/// and of the cloud, and hands the text on. Confined to the main executor but for `routeAudio`. A
-/// call under way keeps the pipeline alive; it falls silent when the callbacks are gone.
+/// and of the cloud, and hands the text on. Confined to the main executor, which it never keeps
+/// waiting; what leaves it for ports and hooks runs in the scope, and nothing is delivered after
+/// the scope has closed.
 class VoicePipeline : public std::enable_shared_from_this<VoicePipeline> {
  public:
-  /// The longest that a stop waits for the recording.
-  static constexpr Seconds kRecordingTimeout{1.2};
+  /// The longest that a stop waits for the outcome of its capture.
+  static constexpr Seconds kOutcomeTimeout{1.2};
 
   /// What a pipeline is put together from.
   struct Parts {
@@ -33,23 +53,30 @@ class VoicePipeline : public std::enable_shared_from_this<VoicePipeline> {
     ZelvoraSettings settings;
     std::shared_ptr<const Lazy<PreparedSpec>> spec;
     std::shared_ptr<ZelvoraCloudSTTProvider> cloudSTT;
+    std::shared_ptr<CallScope> scope;
     std::weak_ptr<Callbacks> callbacks;
     /// Called once, when the pipeline first listens.
     std::function<std::shared_ptr<ZelvoraLocalSpeechRecognizer>()> makeRecognizer;
-    /// Routes typed text and delivers the outcome.
-    std::function<void(std::string text)> routeAndCallback;
+    /// Called with what was understood, just before it is routed; may be unset.
+    std::function<void(std::string text)> onTranscript;
+    /// Routes text as if it had been typed; called on the scope's threads.
     std::function<asio::awaitable<ZelvoraResult>(std::string text)> route;
   };
 
   explicit VoicePipeline(Parts parts) : parts_(std::move(parts)) {}
 
-  asio::awaitable<void> start();
-  asio::awaitable<void> stop();
+  asio::awaitable<VoiceStart> start();
+  /// Ends the capture that was started last and routes what was heard, once. A stop without a
+  /// capture of its own hears nothing. Delivers one outcome, unless `scope`, a child of the
+  /// pipeline's or that itself, closes.
+  asio::awaitable<SpokenCommand> stop(std::shared_ptr<CallScope> scope);
+  /// Ends the capture or the question that was started last. Nothing is routed or delivered.
+  void abandon();
 
-  /// Transcribes `audio`, which is not empty, in the cloud and routes what was said. Runs anywhere
-  /// and never throws. `calledAt` is the moment from which the transcription is timed.
-  asio::awaitable<ZelvoraRouteResponse> routeAudio(AudioData audio, std::string locale,
-                                                   Timestamp calledAt);
+  /// Loads what the first capture needs.
+  void prepare();
+  /// Gives back what is needed only while somebody speaks.
+  void release();
 
   /// The recogniser; null before the first start.
   [[nodiscard]] const std::shared_ptr<ZelvoraLocalSpeechRecognizer>& recognizer() const {
@@ -59,35 +86,44 @@ class VoicePipeline : public std::enable_shared_from_this<VoicePipeline> {
   [[nodiscard]] const std::optional<AudioData>& lastRecordedAudio() const {
     return lastRecordedAudio_;
   }
-  /// Tells each change of the recogniser's state.
+  /// Fires after each change of the recogniser's state.
   [[nodiscard]] ObservableObjectPublisher& changes() { return changes_; }
+  [[nodiscard]] const Parts& parts() const { return parts_; }
 
  private:
   using Self = std::shared_ptr<VoicePipeline>;
 
-  static asio::awaitable<void> listen(Self self);
-  static asio::awaitable<void> finish(Self self);
-  static asio::awaitable<std::optional<AudioData>> endCapture(
-      std::shared_ptr<ZelvoraLocalSpeechRecognizer> recognizer);
-  static asio::awaitable<void> askCloud(Self self, AudioData audio);
-  static asio::awaitable<ZelvoraRouteResponse> transcribeAndRoute(Self self, AudioData audio,
-                                                                  std::string locale,
-                                                                  Timestamp calledAt);
-  static asio::awaitable<ZelvoraResult> routed(Self self, std::string text);
+  static asio::awaitable<VoiceStart> listen(Self self);
+  static asio::awaitable<bool> askForPermissions(Self self);
+  static asio::awaitable<SpokenCommand> finish(Self self, std::shared_ptr<CallScope> scope);
+  static asio::awaitable<void> askCloud(Self self, std::shared_ptr<CallScope> scope,
+                                        AudioData audio, SpokenCommand& command);
+  static asio::awaitable<void> routeTranscript(Self self, std::shared_ptr<CallScope> scope,
+                                               SpokenCommand& command);
 
   void ensureRecognizer();
-  [[nodiscard]] std::optional<ZelvoraSTTRequestParams> requestParams(
-      const std::string& locale) const;
-  void route(const std::string& transcript) const;
   void deliver(ZelvoraResult result) const;
   void report(ZelvoraAuditEvent event) const;
-  [[nodiscard]] bool isAbandoned() const { return parts_.callbacks.expired(); }
 
   Parts parts_;
   ObservableObjectPublisher changes_;
   std::shared_ptr<ZelvoraLocalSpeechRecognizer> recognizer_;
   ObservableObjectPublisher::Subscription watchingRecognizer_;
   std::optional<AudioData> lastRecordedAudio_;
+  bool isAsking_ = false;       ///< The user is looking at a question.
+  bool isStartWanted_ = false;  ///< And the answer is still of interest.
 };
+
+/// Audio that the application recorded, for the cloud.
+struct AudioRequest {
+  AudioData audio;  ///< Not empty.
+  std::string locale;
+  Timestamp calledAt;  ///< The transcription is timed from here.
+};
+
+/// Transcribes `request` in the cloud and routes what was said. Runs anywhere. Throws only when the
+/// scope closes.
+asio::awaitable<ZelvoraRouteResponse> routeRecordedAudio(
+    std::shared_ptr<const VoicePipeline::Parts> parts, AudioRequest request);
 
 }  // namespace zelvora

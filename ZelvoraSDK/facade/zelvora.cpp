@@ -6,6 +6,7 @@
 #include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
+#include <ZelvoraSDK/facade/voice_pipeline.h>
 #include <ZelvoraSDK/spec/spec_loader.h>
 
 namespace zelvora {
@@ -44,6 +45,7 @@ Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, AnyEncoda
     : platform(std::move(thePlatform)),
       settings(std::move(theSettings)),
       accessToken(tokensFor(settings, hooks)),
+      freshAccessToken(hooks.freshAccessToken ? std::move(hooks.freshAccessToken) : accessToken),
       onTranscript(std::move(hooks.onTranscript)),
       spec(prepare(theSpec)),
       text(makeTextPipeline({.platform = platform,
@@ -64,6 +66,15 @@ void Zelvora::Core::routeInBackground(std::shared_ptr<Core> core,
 asio::awaitable<void> Zelvora::Core::routeAndDeliver(std::shared_ptr<Core> core,
                                                      std::weak_ptr<Callbacks> callbacks,
                                                      std::string text) {
+  auto result = co_await routeReported(core, std::move(text));
+  asio::post(core->platform.executors->main(), [callbacks, result = std::move(result)] {
+    const auto listening = callbacks.lock();
+    if (listening && listening->onResult) listening->onResult(result);
+  });
+}
+
+asio::awaitable<ZelvoraResult> Zelvora::Core::routeReported(std::shared_ptr<Core> core,
+                                                            std::string text) {
   ZelvoraResult result;
   try {
     result = co_await core->text->route(std::move(text));
@@ -71,10 +82,7 @@ asio::awaitable<void> Zelvora::Core::routeAndDeliver(std::shared_ptr<Core> core,
     result = ZelvoraUnsupported{describeFailure(std::current_exception())};
   }
   core->platform.log->write("🧩 PIPELINE REACHED result=" + describe(result));
-  asio::post(core->platform.executors->main(), [callbacks, result = std::move(result)] {
-    const auto listening = callbacks.lock();
-    if (listening && listening->onResult) listening->onResult(result);
-  });
+  co_return result;
 }
 
 Zelvora::Zelvora(Platform platform, ZelvoraSettings settings, AnyEncodable spec, ZelvoraHooks hooks)
@@ -92,7 +100,11 @@ Zelvora::Zelvora(Platform platform, AnyEncodable spec, ZelvoraHooks hooks)
 Zelvora::Zelvora(Platform platform, const SpecResource& spec, ZelvoraHooks hooks)
     : Zelvora(platform, requireSpecResource(spec.name, *platform.bundle), std::move(hooks)) {}
 
-Zelvora::~Zelvora() = default;
+Zelvora::~Zelvora() {
+  voice_->parts().scope->close();
+  // The recogniser belongs to the main executor, and so does its end.
+  asio::post(core_->platform.executors->main(), [voice = std::move(voice_)] {});
+}
 
 const ZelvoraSTTConfig& Zelvora::sttConfig() const { return core_->settings.sttConfig; }
 

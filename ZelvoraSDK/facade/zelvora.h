@@ -18,11 +18,15 @@
 
 namespace zelvora {
 
+class VoiceCommand;
 class VoicePipeline;
 
 /// What an application may add to its settings.
 struct ZelvoraHooks {
-  AccessTokenProvider accessToken;           ///< Unset: the publishable key is the token.
+  AccessTokenProvider accessToken;  ///< Unset: the publishable key is the token.
+  /// Asked once for a fresh token when the backend rejects a recording with 401; unset:
+  /// `accessToken` is asked again.
+  AccessTokenProvider freshAccessToken;
   std::function<void(StageReport)> onStage;  ///< Told of each stage, on any thread.
   /// Told, on the main executor, what `stopVoice()` understood, just before it is routed.
   std::function<void(std::string)> onTranscript;
@@ -75,6 +79,12 @@ class Zelvora {
   /// Ends the capture, if it has not ended, and routes what was heard.
   void stopVoice();
 
+  /// Loads what the first capture needs, in the background, so that it begins at once.
+  void prepareVoice();
+  /// Gives back the memory that only speech needs, unless a capture is under way. The next capture
+  /// loads again.
+  void releaseVoice();
+
   /// Transcribes a recording in the cloud, in `locale` or the façade's own, and routes what was
   /// said. `completion` is called once on the main executor.
   void routeAudio(AudioData audio, std::optional<std::string> locale,
@@ -89,6 +99,7 @@ class Zelvora {
 
  private:
   class Core;
+  friend class VoiceCommand;
 
   /// Calls under way hold the core, and the callbacks only for the length of a call to them.
   std::shared_ptr<Core> core_;

@@ -1,133 +1,194 @@
 #include <boost/asio/post.hpp>
 #include <utility>
 
+#include <ZelvoraSDK/async/call_scope.h>
 #include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
+#include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/facade/voice_pipeline.h>
 
 namespace zelvora {
 namespace {
 
-asio::awaitable<std::string> tokenWhileAlive(std::weak_ptr<Callbacks> facade,
-                                             AccessTokenProvider accessToken) {
-  if (facade.expired()) throw Error("ZelvoraSTT", 0, "Zelvora deallocated");
+using Scope = std::shared_ptr<CallScope>;
+using Voice = std::shared_ptr<VoicePipeline>;
+
+bool mayAskCloud(const ZelvoraSettings& settings) {
+  const ZelvoraSTTMode mode = settings.sttConfig.mode;
+  return mode == ZelvoraSTTMode::cloudOnly || mode == ZelvoraSTTMode::hybrid;
+}
+
+asio::awaitable<std::string> tokenWhileOpen(Scope scope, AccessTokenProvider accessToken) {
+  if (scope->isClosed()) throw Error("ZelvoraSTT", 0, "Zelvora deallocated");
   co_return co_await accessToken();
 }
 
-std::shared_ptr<ZelvoraCloudSTTProvider> makeCloudSTT(const Platform& platform,
-                                                      const ZelvoraSettings& settings,
-                                                      AccessTokenProvider tokens) {
-  const ZelvoraSTTMode mode = settings.sttConfig.mode;
-  if (mode != ZelvoraSTTMode::cloudOnly && mode != ZelvoraSTTMode::hybrid)
-    return std::make_shared<ZelvoraNoCloudSTTProvider>();
+AccessTokenProvider whileOpen(const Scope& scope, const AccessTokenProvider& accessToken) {
+  return [scope, accessToken] { return tokenWhileOpen(scope, accessToken); };
+}
+
+std::shared_ptr<ZelvoraCloudSTTProvider> makeCloudSTT(
+    const Platform& platform, const ZelvoraSettings& settings,
+    ZelvoraBackendCloudSTTProvider::Settings with) {
+  if (!mayAskCloud(settings)) return std::make_shared<ZelvoraNoCloudSTTProvider>();
   try {
-    return std::make_shared<ZelvoraBackendCloudSTTProvider>(
-        ZelvoraBackendCloudSTTProvider::Settings{.baseURL = parseUrl(settings.baseURL),
-                                                 .tokenProvider = tokens,
-                                                 .tokenRefreshProvider = tokens},
-        platform.urlSession);
+    with.baseURL = parseUrl(settings.baseURL);
+    return std::make_shared<ZelvoraBackendCloudSTTProvider>(std::move(with), platform.urlSession);
   } catch (const Error&) {
-    return std::make_shared<ZelvoraNoCloudSTTProvider>();  // an address that is none
+    return std::make_shared<ZelvoraNoCloudSTTProvider>();  // an unusable address
   }
 }
 
-std::shared_ptr<ZelvoraLocalSpeechRecognizer> makeRecognizer(const Platform& platform,
-                                                             const std::string& locale) {
-  if (!platform.speech) fatalError("Zelvora: the platform has no ports for speech");
-  return ZelvoraLocalSpeechRecognizer::make(locale,
-                                            ZelvoraLocalSpeechRecognizer::partsOf(platform));
+/// Questions to the user, which end with the scope.
+class ScopedPermissions final : public Permissions {
+ public:
+  ScopedPermissions(Scope scope, std::shared_ptr<Permissions> permissions)
+      : scope_(std::move(scope)), permissions_(std::move(permissions)) {}
+
+  asio::awaitable<SpeechStatus> requestSpeechRecognition() override {
+    return CallScope::await<SpeechStatus>(
+        scope_, [asked = permissions_] { return asked->requestSpeechRecognition(); });
+  }
+  asio::awaitable<bool> requestMicrophone() override {
+    return CallScope::await<bool>(scope_,
+                                  [asked = permissions_] { return asked->requestMicrophone(); });
+  }
+
+ private:
+  Scope scope_;
+  std::shared_ptr<Permissions> permissions_;
+};
+
+using SharedSpec = std::shared_ptr<const Lazy<PreparedSpec>>;
+
+std::vector<std::string> phrasesOf(const SharedSpec& spec, const std::string& locale) {
+  const RuntimeSpec* full = spec->get().full();
+  return full ? recognitionVocabulary(*full, locale) : std::vector<std::string>();
 }
 
-using Voice = std::shared_ptr<VoicePipeline>;
+std::shared_ptr<ZelvoraLocalSpeechRecognizer> makeRecognizer(const Platform& platform,
+                                                             const ZelvoraSettings& settings,
+                                                             const SharedSpec& spec,
+                                                             const Scope& scope) {
+  if (!platform.speech) fatalError("Zelvora: the platform has no ports for speech");
+  auto parts = ZelvoraLocalSpeechRecognizer::partsOf(platform);
+  auto& permissions = parts.engine.speech.permissions;
+  permissions = std::make_shared<ScopedPermissions>(scope, std::move(permissions));
+  parts.engine.phrases = [spec, locale = settings.locale] { return phrasesOf(spec, locale); };
+  parts.engine.isTextNeeded = !mayAskCloud(settings);
+  return ZelvoraLocalSpeechRecognizer::make(settings.locale, std::move(parts));
+}
 
-/// The voice pipeline's work on the main executor, for as long as the façade lives.
-asio::awaitable<void> whileAlive(std::weak_ptr<Callbacks> facade,
-                                 std::weak_ptr<VoicePipeline> voice,
-                                 asio::awaitable<void> (VoicePipeline::*work)()) {
+// The voice pipeline's work on the main executor, for as long as the façade lives.
+
+asio::awaitable<void> startWhileAlive(Scope scope, std::weak_ptr<VoicePipeline> voice) {
   const Voice held = voice.lock();
-  if (!held || facade.expired()) co_return;
-  co_await ((*held).*work)();
+  if (held && !scope->isClosed()) co_await held->start();
+}
+
+asio::awaitable<void> stopWhileAlive(Scope scope, std::weak_ptr<VoicePipeline> voice) {
+  const Voice held = voice.lock();
+  if (held && !scope->isClosed()) co_await held->stop(scope);
+}
+
+asio::awaitable<void> callWhileAlive(Scope scope, std::weak_ptr<VoicePipeline> voice,
+                                     void (VoicePipeline::*work)()) {
+  const Voice held = voice.lock();
+  if (held && !scope->isClosed()) ((*held).*work)();
+  co_return;
 }
 
 /// What escapes from the voice pipeline is an outcome like any other.
-auto deliverFailure(std::weak_ptr<Callbacks> callbacks) {
-  return [callbacks = std::move(callbacks)](const std::exception_ptr& failure) {
+auto deliverFailure(Scope scope, std::weak_ptr<Callbacks> callbacks) {
+  return [scope = std::move(scope),
+          callbacks = std::move(callbacks)](const std::exception_ptr& failure) {
     const auto listening = callbacks.lock();
-    if (listening && listening->onResult)
+    if (listening && listening->onResult && !scope->isClosed())
       listening->onResult(ZelvoraUnsupported{describeFailure(failure)});
   };
 }
 
-struct AudioRequest {
-  AudioData audio;
-  std::string locale;
-  std::function<void(ZelvoraRouteResponse)> completion;
-  Timestamp calledAt;
-};
+using Completion = std::function<void(ZelvoraRouteResponse)>;
 
-void complete(const Platform& platform, std::weak_ptr<Callbacks> facade,
-              std::function<void(ZelvoraRouteResponse)> completion, ZelvoraRouteResponse response) {
+void complete(const Platform& platform, Scope scope, Completion completion,
+              ZelvoraRouteResponse response) {
   asio::post(platform.executors->main(),
-             [facade = std::move(facade), completion = std::move(completion),
+             [scope = std::move(scope), completion = std::move(completion),
               response = std::move(response)] {
-               if (!facade.expired() && completion) completion(response);
+               if (!scope->isClosed() && completion) completion(response);
              });
 }
 
-asio::awaitable<void> answerAudio(Platform platform, std::weak_ptr<Callbacks> facade, Voice voice,
-                                  AudioRequest request) {
-  auto response = co_await voice->routeAudio(std::move(request.audio), std::move(request.locale),
-                                             request.calledAt);
-  complete(platform, std::move(facade), std::move(request.completion), std::move(response));
+asio::awaitable<void> answerAudio(std::shared_ptr<const VoicePipeline::Parts> parts,
+                                  AudioRequest request, Completion completion) {
+  auto response = co_await routeRecordedAudio(parts, std::move(request));
+  complete(parts->platform, parts->scope, std::move(completion), std::move(response));
 }
 
 }  // namespace
 
 std::shared_ptr<VoicePipeline> Zelvora::Core::makeVoice(const std::shared_ptr<Core>& core,
                                                         std::weak_ptr<Callbacks> callbacks) {
-  const AccessTokenProvider tokens = [callbacks, accessToken = core->accessToken] {
-    return tokenWhileAlive(callbacks, accessToken);
-  };
+  const Scope scope = CallScope::make(core->platform.executors->background());
+  ZelvoraBackendCloudSTTProvider::Settings cloud;
+  cloud.tokenProvider = whileOpen(scope, core->accessToken);
+  cloud.tokenRefreshProvider = whileOpen(scope, core->freshAccessToken);
   return std::make_shared<VoicePipeline>(VoicePipeline::Parts{
       .platform = core->platform,
       .settings = core->settings,
       .spec = core->spec,
-      .cloudSTT = makeCloudSTT(core->platform, core->settings, tokens),
-      .callbacks = callbacks,
-      .makeRecognizer = [core] { return makeRecognizer(core->platform, core->settings.locale); },
-      .routeAndCallback =
-          [core, callbacks](std::string text) {
-            if (core->onTranscript) core->onTranscript(text);
-            routeInBackground(core, callbacks, std::move(text));
+      .cloudSTT = makeCloudSTT(core->platform, core->settings, std::move(cloud)),
+      .scope = scope,
+      .callbacks = std::move(callbacks),
+      .makeRecognizer =
+          [core, scope] {
+            return makeRecognizer(core->platform, core->settings, core->spec, scope);
           },
-      .route = [core](std::string text) { return core->text->route(std::move(text)); }});
+      .onTranscript = core->onTranscript,
+      .route = [core](std::string text) { return routeReported(core, std::move(text)); }});
 }
 
 void Zelvora::startVoice() {
-  spawn(core_->platform.executors->main(), whileAlive(callbacks_, voice_, &VoicePipeline::start),
-        deliverFailure(callbacks_));
+  const Scope scope = voice_->parts().scope;
+  spawn(core_->platform.executors->main(), startWhileAlive(scope, voice_),
+        deliverFailure(scope, callbacks_));
 }
 
 void Zelvora::stopVoice() {
-  spawn(core_->platform.executors->main(), whileAlive(callbacks_, voice_, &VoicePipeline::stop),
-        deliverFailure(callbacks_));
+  const Scope scope = voice_->parts().scope;
+  spawn(core_->platform.executors->main(), stopWhileAlive(scope, voice_),
+        deliverFailure(scope, callbacks_));
+}
+
+void Zelvora::prepareVoice() {
+  const Scope scope = voice_->parts().scope;
+  spawn(core_->platform.executors->main(), callWhileAlive(scope, voice_, &VoicePipeline::prepare),
+        logFailure(core_->platform.log));
+}
+
+void Zelvora::releaseVoice() {
+  const Scope scope = voice_->parts().scope;
+  spawn(core_->platform.executors->main(), callWhileAlive(scope, voice_, &VoicePipeline::release),
+        logFailure(core_->platform.log));
 }
 
 void Zelvora::routeAudio(AudioData audio, std::optional<std::string> locale,
                          std::function<void(ZelvoraRouteResponse)> completion) {
+  auto parts = std::make_shared<const VoicePipeline::Parts>(voice_->parts());
   if (audio.empty()) {
-    complete(core_->platform, callbacks_, std::move(completion),
+    complete(core_->platform, parts->scope, std::move(completion),
              {.result = ZelvoraUnsupported{"No audio"}});
     return;
   }
   AudioRequest request{.audio = std::move(audio),
                        .locale = std::move(locale).value_or(core_->settings.locale),
-                       .completion = std::move(completion),
                        .calledAt = core_->platform.clock->now()};
   spawn(core_->platform.executors->background(),
-        answerAudio(core_->platform, callbacks_, voice_, std::move(request)),
-        logFailure(core_->platform.log));
+        answerAudio(std::move(parts), std::move(request), std::move(completion)),
+        [log = core_->platform.log, scope = voice_->parts().scope](const std::exception_ptr& what) {
+          if (!scope->isClosed()) logFailure(log)(what);
+        });
 }
 
 std::shared_ptr<const ZelvoraSTT> Zelvora::stt() const { return voice_->recognizer(); }

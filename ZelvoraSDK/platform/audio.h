@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <variant>
 #include <vector>
@@ -45,6 +46,8 @@ class AudioEngine {
 
   /// The microphone's native format; zero channels without a microphone.
   virtual AudioFormat inputFormat() = 0;
+  /// Why `inputFormat` had no channels, when the engine knows more than that.
+  virtual std::optional<Error> inputFailure() { return std::nullopt; }
 
   /// Replaces the tap. Buffers hold `bufferFrames` frames, the last one of a capture may hold
   /// fewer.
@@ -113,6 +116,13 @@ class AudioSession {
   virtual void configure(Category category, Mode mode, std::uint32_t options) = 0;
   /// Throws Error when the system refuses.
   virtual void setActive(bool active) = 0;
+
+  /// Calls `handler`, on any thread, each time the system takes the sound away: a telephone call
+  /// begins, another application takes over. Until the answer is released; null where that never
+  /// happens.
+  virtual std::shared_ptr<void> onInterruption(std::function<void(Error cause)> /*handler*/) {
+    return nullptr;
+  }
 };
 
 }  // namespace zelvora

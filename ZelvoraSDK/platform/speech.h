@@ -9,6 +9,7 @@
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/audio.h>
+#include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 
@@ -33,16 +34,32 @@ class SpeechRecognitionTask {
 
   /// Takes sound; returns at once. Sound after `endAudio` is dropped.
   virtual void append(const PcmBuffer& buffer) = 0;
-  /// No more sound will come.
+  /// No more sound will come. The handler may still be given partial results.
   virtual void endAudio() = 0;
-  /// Ends the task gracefully: the last result has been handed to the handler when this returns.
-  virtual void finish() = 0;
+  /// Ends the task and returns its final result, which the handler is not given. Absent when the
+  /// handler had a final result already, when the task failed, and when the result is not there
+  /// within `limit`. After it returns the handler is not called any more.
+  virtual std::optional<SpeechResult> finish(Seconds limit) = 0;
+};
+
+/// What a recogniser is wanted for.
+struct RecognitionRequest {
+  std::string locale;
+  /// Phrases that are likely to be said, such as the titles and keywords of the application's
+  /// tasks. May be empty, and may be long.
+  std::vector<std::string> phrases;
+  /// False when the sound goes to the cloud and text from the device is only welcome: a factory
+  /// without a recogniser for `locale` may then give one that hears no words.
+  bool isTextNeeded = true;
+
+  bool operator==(const RecognitionRequest&) const = default;
 };
 
 /// Turns speech of one locale into text, on the device. Callable from any thread.
 class SpeechRecognizer {
  public:
-  /// Told of each result, or of the error that ended the task, on a thread of the recogniser's.
+  /// Given each result but the one that `finish` returns, or the error that ended the task, on a
+  /// thread of the recogniser's.
   struct Handler {
     std::function<void(SpeechResult)> onResult;
     std::function<void(Error)> onError;
@@ -62,6 +79,18 @@ class SpeechRecognizerFactory {
   /// Null for a locale that the platform does not know; never throws. It should return at once and
   /// load in the background: the first recogniser is made long before the first capture.
   virtual std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) = 0;
+
+  /// The same for a factory that can use more than the locale. The library calls this one.
+  virtual std::unique_ptr<SpeechRecognizer> makeRecognizerFor(const RecognitionRequest& request) {
+    return makeRecognizer(request.locale);
+  }
+
+  /// Loads what a recogniser for `request` needs, so that the first capture starts at once. Returns
+  /// at once and never throws.
+  virtual void prepare(const RecognitionRequest& /*request*/) {}
+  /// Gives back the memory that recognisers need while no capture is under way. The next recogniser
+  /// loads again. Returns at once and never throws.
+  virtual void release() {}
 };
 
 /// A text to be said.

@@ -1,30 +1,33 @@
 #include <ZelvoraSDK/speech/local_speech_recognizer.h>
 
+#include <algorithm>
 #include <boost/asio/post.hpp>
 #include <boost/asio/redirect_error.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <chrono>
+#include <iterator>
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {
 
-/// Somebody who waits for a recording: a timer that the recording cuts short.
-struct ZelvoraLocalSpeechRecognizer::AudioWaiter {
-  AudioWaiter(const asio::any_io_executor& main, Seconds timeout)
+/// Somebody who waits for a value: a timer that the value cuts short.
+template <class Value>
+struct ZelvoraLocalSpeechRecognizer::Waiter {
+  Waiter(const asio::any_io_executor& main, Seconds timeout)
       : timer(main, std::chrono::duration_cast<asio::steady_timer::duration>(timeout)) {}
 
-  void resume(const std::optional<AudioData>& withRecording) {
-    resumed = true;
-    recording = withRecording;
+  void resume(const std::optional<Value>& with) {
+    isResumed = true;
+    value = with;
     timer.cancel();
   }
 
   asio::steady_timer timer;
-  bool resumed = false;  ///< It may be before anybody awaits it.
-  std::optional<AudioData> recording;
+  bool isResumed = false;  ///< It may be before anybody awaits it.
+  std::optional<Value> value;
 };
 
 ZelvoraLocalSpeechRecognizer::Parts ZelvoraLocalSpeechRecognizer::partsOf(
@@ -56,18 +59,28 @@ void ZelvoraLocalSpeechRecognizer::bindEngine() {
   };
   using Self = ZelvoraLocalSpeechRecognizer;
   engine_.onRecordingChanged = bound([](Self& self, bool is) { self.isRecording_ = is; });
-  engine_.onPartialText =
-      bound([](Self& self, std::string text) { self.takeText(std::move(text)); });
-  engine_.onFinalText = engine_.onPartialText;
+  engine_.onResult = bound([](Self& self, const CaptureText& result) { self.takeResult(result); });
   engine_.onError =
       bound([](Self& self, std::string message) { self.takeError(std::move(message)); });
   engine_.onAudioDataReady = bound(
       [](Self& self, std::optional<AudioData> recording) { self.takeAudio(std::move(recording)); });
+  engine_.onCaptureEnded =
+      bound([](Self& self, CaptureOutcome outcome) { self.takeOutcome(std::move(outcome)); });
 }
 
-void ZelvoraLocalSpeechRecognizer::takeText(std::string text) {
+void ZelvoraLocalSpeechRecognizer::takeResult(const CaptureText& result) {
+  if (result.number <= closed_) return;
+  if (lastResult_.number != result.number) lastWords_.clear();
+  lastResult_ = result;
+  if (!isBlank(result.text)) lastWords_ = result.text;
+  confidence_ = result.averageConfidence;
+  takeText(result.text);
+  if (result.isFinal) takeText(result.text);  // as partial and as final text
+}
+
+void ZelvoraLocalSpeechRecognizer::takeText(const std::string& text) {
   if (!isBlank(text)) lastNonEmptyTranscript_ = text;
-  transcript_ = std::move(text);
+  transcript_ = text;
 }
 
 void ZelvoraLocalSpeechRecognizer::takeError(std::string message) {
@@ -82,14 +95,31 @@ void ZelvoraLocalSpeechRecognizer::takeAudio(std::optional<AudioData> recording)
     if (const auto waiter = waiting.lock()) waiter->resume(recordedAudioData_);
 }
 
+void ZelvoraLocalSpeechRecognizer::takeOutcome(CaptureOutcome outcome) {
+  if (outcome.number <= closed_) return;
+  if (outcome.number <= claimed_) {
+    closed_ = outcome.number;
+    resumeWaiter(std::move(outcome));
+  } else if (outcome.number == started_) {
+    confidence_ = outcome.confidence;
+    ended_ = std::move(outcome);
+    changes_.send();
+  }
+}
+
+void ZelvoraLocalSpeechRecognizer::resumeWaiter(CaptureOutcome outcome) {
+  confidence_ = outcome.confidence;
+  const auto next = outcomeWaiters_.upper_bound(outcome.number);
+  if (next == outcomeWaiters_.begin()) return;
+  const auto waiter = std::prev(next)->second.lock();
+  outcomeWaiters_.erase(outcomeWaiters_.begin(), next);
+  if (waiter) waiter->resume(std::move(outcome));
+}
+
 std::string ZelvoraLocalSpeechRecognizer::bestTranscript() const {
   for (const std::string* text : {&transcript_.get(), &lastNonEmptyTranscript_})
     if (!isBlank(*text)) return std::string(trimmed(*text));
-  return std::string(trimmed(engine_.bestTranscript(transcript_.get())));
-}
-
-std::optional<double> ZelvoraLocalSpeechRecognizer::bestTranscriptConfidence() const {
-  return engine_.getLastAverageConfidence();
+  return {};
 }
 
 asio::awaitable<void> ZelvoraLocalSpeechRecognizer::requestPermissions() {
@@ -111,18 +141,26 @@ asio::awaitable<void> ZelvoraLocalSpeechRecognizer::askForPermissions(
 
 void ZelvoraLocalSpeechRecognizer::start() {
   errorMessage_ = std::nullopt;
-  if (isAuthorized())
-    engine_.start();
-  else
+  if (!isAuthorized()) {
     errorMessage_ = "Permissions not granted";
+    return;
+  }
+  // A capture that ended without a stop belongs to nobody now.
+  if (ended_) closed_ = claimed_ = ended_->number;
+  ended_.reset();
+  confidence_.reset();
+  started_ = engine_.start();
 }
 
 void ZelvoraLocalSpeechRecognizer::stop() { engine_.stop(); }
 
 void ZelvoraLocalSpeechRecognizer::reset() {
+  closed_ = claimed_ = started_;
+  ended_.reset();
   errorMessage_ = std::nullopt;
   transcript_ = std::string();
   lastNonEmptyTranscript_.clear();
+  confidence_.reset();
   recordedAudioData_.reset();
   engine_.reset();
   isRecording_ = false;
@@ -140,12 +178,61 @@ asio::awaitable<std::optional<AudioData>> ZelvoraLocalSpeechRecognizer::waitForA
   return resumed(std::move(waiter));
 }
 
-asio::awaitable<std::optional<AudioData>> ZelvoraLocalSpeechRecognizer::resumed(
-    std::shared_ptr<AudioWaiter> waiter) {
+asio::awaitable<std::optional<CaptureOutcome>> ZelvoraLocalSpeechRecognizer::endCapture(
+    Seconds timeout) {
+  engine_.stop();
+  if (claimed_ == started_) return atOnce(std::nullopt);
+  claimed_ = started_;
+  if (ended_ && ended_->number == started_) {
+    closed_ = started_;
+    return atOnce(std::exchange(ended_, std::nullopt));
+  }
+  // Registered before the engine's answer can come: both are the main executor's work.
+  auto waiter = std::make_shared<OutcomeWaiter>(main_, timeout);
+  outcomeWaiters_[started_] = waiter;
+  return outcomeOf(shared_from_this(), std::move(waiter), started_);
+}
+
+void ZelvoraLocalSpeechRecognizer::abandonCapture() {
+  closed_ = claimed_ = started_;
+  ended_.reset();
+  engine_.stop();
+}
+
+asio::awaitable<std::optional<CaptureOutcome>> ZelvoraLocalSpeechRecognizer::outcomeOf(
+    std::shared_ptr<ZelvoraLocalSpeechRecognizer> self, std::shared_ptr<OutcomeWaiter> waiter,
+    CaptureNumber capture) {
+  auto outcome = co_await resumed(std::move(waiter));
+  if (outcome) co_return outcome;
+  outcome = self->outcomeSoFar(capture);
+  self->closed_ = std::max(self->closed_, capture);
+  co_return outcome;
+}
+
+/// What has come of a capture that is not waited for any longer.
+CaptureOutcome ZelvoraLocalSpeechRecognizer::outcomeSoFar(CaptureNumber capture) const {
+  CaptureOutcome outcome;
+  outcome.number = capture;
+  outcome.end.kind = CaptureEnd::Kind::late;
+  if (capture <= closed_) outcome.end.kind = CaptureEnd::Kind::forgotten;
+  if (capture <= closed_ || lastResult_.number <= closed_) return outcome;
+  outcome.transcript = lastWords_;
+  if (lastResult_.isFinal) outcome.confidence = lastResult_.averageConfidence;
+  return outcome;
+}
+
+asio::awaitable<std::optional<CaptureOutcome>> ZelvoraLocalSpeechRecognizer::atOnce(
+    std::optional<CaptureOutcome> outcome) {
+  co_return outcome;
+}
+
+template <class Value>
+asio::awaitable<std::optional<Value>> ZelvoraLocalSpeechRecognizer::resumed(
+    std::shared_ptr<Waiter<Value>> waiter) {
   boost::system::error_code cutShort;
-  if (!waiter->resumed)
+  if (!waiter->isResumed)
     co_await waiter->timer.async_wait(asio::redirect_error(asio::use_awaitable, cutShort));
-  co_return std::move(waiter->recording);
+  co_return std::move(waiter->value);
 }
 
 }  // namespace zelvora

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,7 +13,10 @@
 namespace zelvora {
 
 /// The speech engine as a user interface sees it: its state can be watched, its recording waited
-/// for. Confined to the main executor, construction and release included.
+/// for. Confined to the main executor, construction and release included; no operation waits.
+///
+/// Each capture ends in one `CaptureOutcome`, which is handed over once. What comes of a capture
+/// that was handed over or given up changes nothing any more.
 class ZelvoraLocalSpeechRecognizer final
     : public ZelvoraSTT,
       public ZelvoraAudioCapturingSTT,
@@ -27,7 +31,7 @@ class ZelvoraLocalSpeechRecognizer final
 
   static std::shared_ptr<ZelvoraLocalSpeechRecognizer> make(std::string locale, Parts parts);
 
-  /// Tells of each assignment to `transcript`, `isRecording`, `errorMessage` and `isAuthorized`.
+  /// Fires after each assignment to `transcript`, `isRecording`, `errorMessage` and `isAuthorized`.
   [[nodiscard]] ObservableObjectPublisher& changes() { return changes_; }
 
   [[nodiscard]] std::string transcript() const override { return transcript_.get(); }
@@ -37,14 +41,16 @@ class ZelvoraLocalSpeechRecognizer final
   }
   [[nodiscard]] bool isAuthorized() const override { return isAuthorized_.get(); }
 
-  /// What was understood last, trimmed. May wait for the engine's queue.
+  /// What was understood last, trimmed.
   [[nodiscard]] std::string bestTranscript() const override;
-  /// Waits for the engine's queue.
-  [[nodiscard]] std::optional<double> bestTranscriptConfidence() const override;
+  /// Of the last result, or of the last capture once it has ended.
+  [[nodiscard]] std::optional<double> bestTranscriptConfidence() const override {
+    return confidence_;
+  }
 
   /// Asks for speech recognition, then for the microphone.
   asio::awaitable<void> requestPermissions() override;
-  /// Does nothing but say so while permission is missing.
+  /// Sets an error message and does nothing else while permission is missing.
   void start() override;
   void stop() override;
   void reset() override;
@@ -55,19 +61,44 @@ class ZelvoraLocalSpeechRecognizer final
   /// main executor.
   asio::awaitable<std::optional<AudioData>> waitForAudioData(Seconds timeout);
 
+  /// Ends the capture that was started last and hands over its outcome, once: absent when it was
+  /// handed over before or there was none. After `timeout` the outcome is what has come by then.
+  /// Awaited on the main executor.
+  asio::awaitable<std::optional<CaptureOutcome>> endCapture(Seconds timeout);
+  /// Ends the capture; nobody gets its outcome.
+  void abandonCapture();
+  /// The outcome of the capture that was started last, once it has ended and until it is handed
+  /// over.
+  [[nodiscard]] const std::optional<CaptureOutcome>& endedCapture() const { return ended_; }
+
+  [[nodiscard]] ZelvoraSpeechEngine& engine() { return engine_; }
+
  private:
-  struct AudioWaiter;
+  template <class Value>
+  struct Waiter;
+  using AudioWaiter = Waiter<AudioData>;
+  using OutcomeWaiter = Waiter<CaptureOutcome>;
 
   ZelvoraLocalSpeechRecognizer(std::string locale, Parts parts);
 
   static asio::awaitable<void> askForPermissions(
       std::shared_ptr<ZelvoraLocalSpeechRecognizer> self);
-  static asio::awaitable<std::optional<AudioData>> resumed(std::shared_ptr<AudioWaiter> waiter);
+  template <class Value>
+  static asio::awaitable<std::optional<Value>> resumed(std::shared_ptr<Waiter<Value>> waiter);
+  static asio::awaitable<std::optional<CaptureOutcome>> outcomeOf(
+      std::shared_ptr<ZelvoraLocalSpeechRecognizer> self, std::shared_ptr<OutcomeWaiter> waiter,
+      CaptureNumber capture);
+  static asio::awaitable<std::optional<CaptureOutcome>> atOnce(
+      std::optional<CaptureOutcome> outcome);
 
   void bindEngine();
-  void takeText(std::string text);
+  void takeResult(const CaptureText& result);
+  void takeText(const std::string& text);
   void takeError(std::string message);
   void takeAudio(std::optional<AudioData> recording);
+  void takeOutcome(CaptureOutcome outcome);
+  void resumeWaiter(CaptureOutcome outcome);
+  [[nodiscard]] CaptureOutcome outcomeSoFar(CaptureNumber capture) const;
 
   asio::any_io_executor main_;
   std::shared_ptr<Permissions> permissions_;
@@ -77,9 +108,18 @@ class ZelvoraLocalSpeechRecognizer final
   Published<std::optional<std::string>> errorMessage_{changes_};
   Published<bool> isAuthorized_{changes_, false};
   std::vector<std::weak_ptr<AudioWaiter>> audioWaiters_;  ///< Those given up have expired.
+  std::map<CaptureNumber, std::weak_ptr<OutcomeWaiter>> outcomeWaiters_;
   ZelvoraSpeechEngine engine_;
   std::optional<AudioData> recordedAudioData_;
   std::string lastNonEmptyTranscript_;
+  std::optional<double> confidence_;
+
+  CaptureNumber started_ = 0;  ///< The last start.
+  CaptureNumber claimed_ = 0;  ///< Its outcome was asked for, or nobody wants it.
+  CaptureNumber closed_ = 0;   ///< Nothing of it and those before counts any more.
+  std::optional<CaptureOutcome> ended_;
+  CaptureText lastResult_;  ///< Of the capture with its number.
+  std::string lastWords_;   ///< The last of them that was not blank.
 };
 
 }  // namespace zelvora

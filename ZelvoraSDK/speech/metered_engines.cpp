@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <ZelvoraSDK/speech/level.h>
+#include <ZelvoraSDK/speech/endpointing.h>
 
 namespace zelvora {
 namespace {

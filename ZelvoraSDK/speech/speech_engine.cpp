@@ -8,26 +8,33 @@
 namespace zelvora {
 
 ZelvoraSpeechEngine::Parts ZelvoraSpeechEngine::partsOf(const Platform& platform) {
-  return {.background = platform.executors->background(),
-          .log = platform.log,
-          .speech = platform.speech.value()};
+  return {.log = platform.log, .speech = platform.speech.value()};
 }
 
 ZelvoraSpeechEngine::ZelvoraSpeechEngine(std::string locale, const Parts& parts)
-    : queue_("zelvora.speech.engine.serial", parts.background),
+    : thread_(std::make_unique<WorkerPool>(1)),
+      queue_("zelvora.speech.engine.serial", thread_->executor()),
       callbacks_(std::make_shared<SpeechEngineCallbacks>()),
       core_(std::make_shared<EngineCore>(std::move(locale), parts, queue_, callbacks_)) {
-  queue_.post([core = core_] { core->prepare(); });
+  queue_.post([core = core_] { core->begin(); });
 }
 
 ZelvoraSpeechEngine::~ZelvoraSpeechEngine() {
   callbacks_.reset();
-  // The core's state dies where it lived, after what is queued already.
-  queue_.post([core = std::move(core_)]() mutable { core.reset(); });
+  // The core's state is destroyed where it lived, behind what is queued already, and its thread
+  // ends there too: nobody waits for a sound server that does not answer.
+  queue_.post([core = std::move(core_), thread = std::move(thread_)]() mutable {
+    core.reset();
+    thread.reset();
+  });
 }
 
-void ZelvoraSpeechEngine::start() {
-  queue_.post([core = core_] { core->start(); });
+CaptureNumber ZelvoraSpeechEngine::start() {
+  // One step, so that starts are queued in the order of their numbers.
+  return lastNumber_.with([this](CaptureNumber& last) {
+    queue_.post([core = core_, number = ++last] { core->start(number); });
+    return last;
+  });
 }
 
 void ZelvoraSpeechEngine::stop() {
@@ -36,6 +43,22 @@ void ZelvoraSpeechEngine::stop() {
 
 void ZelvoraSpeechEngine::reset() {
   queue_.post([core = core_] { core->reset(); });
+}
+
+void ZelvoraSpeechEngine::prepare() {
+  queue_.post([core = core_] { core->prepare(); });
+}
+
+void ZelvoraSpeechEngine::release() {
+  queue_.post([core = core_] { core->release(); });
+}
+
+std::function<void()> ZelvoraSpeechEngine::closer() const {
+  return [queue = queue_, weak = std::weak_ptr(core_)] {
+    queue.post([weak] {
+      if (const auto core = weak.lock()) core->close();
+    });
+  };
 }
 
 std::string ZelvoraSpeechEngine::bestTranscript(std::string_view current) const {

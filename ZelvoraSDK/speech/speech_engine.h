@@ -6,18 +6,21 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/speech/capture_outcome.h>
 #include <ZelvoraSDK/speech/capture_time.h>
-#include <ZelvoraSDK/speech/stt_protocols.h>
 
 namespace zelvora {
 
 class EngineCore;
 
-/// What a speech engine tells its owner; any may be unset. They fire on the engine's queue or on a
-/// thread of the platform's recogniser or microphone and must not wait for the engine.
+/// What a speech engine reports to its owner; any may be unset. They fire on the engine's queue or
+/// on a thread of the platform's recogniser or microphone and must not wait for the engine.
 struct SpeechEngineCallbacks {
   std::function<void(bool isRecording)> onRecordingChanged;
   std::function<void(std::string text)> onPartialText;  ///< Every result, the final one included.
@@ -25,22 +28,30 @@ struct SpeechEngineCallbacks {
   std::function<void(std::string message)> onError;  ///< For the user or the log.
   /// The recording of the capture that ended, or nothing.
   std::function<void(std::optional<AudioData> recording)> onAudioDataReady;
+  /// Every result once more, with its capture and its confidence, before the callbacks above.
+  std::function<void(CaptureText result)> onResult;
+  /// After all else of a capture. For each `start()` there is one outcome of its number or a higher
+  /// one, unless the engine is released before.
+  std::function<void(CaptureOutcome outcome)> onCaptureEnded;
 };
 
 /// The one object that touches the microphone: it records a capture, feeds the platform's
 /// recogniser and ends the capture when the speaker is done.
 ///
 /// Threads: callable from any thread; the callbacks are assigned before the first `start()`. The
-/// state lives on a serial queue. Releasing the engine ends a capture under way without a word.
+/// state lives on a serial queue with a thread of its own, so that a hung sound server keeps nobody
+/// else. Releasing the engine ends a capture under way without a word and waits for nothing.
 class ZelvoraSpeechEngine {
  public:
   /// What an engine works with. No pointer may be null.
   struct Parts {
-    asio::any_io_executor background;  ///< Carries the queue. Its threads never wait for the owner.
     std::shared_ptr<LogSink> log;
     SpeechPlatform speech;
     std::shared_ptr<CaptureTime> time = std::make_shared<SteadyTime>();
     std::filesystem::path temporaryDirectory = std::filesystem::temp_directory_path();
+    /// The phrases to expect, asked for once, on the queue; unset: none.
+    std::function<std::vector<std::string>()> phrases;
+    bool isTextNeeded = true;  ///< False when a recording without words is of use, too.
   };
   /// REQUIRES: the platform can speak.
   static Parts partsOf(const Platform& platform);
@@ -51,26 +62,35 @@ class ZelvoraSpeechEngine {
   ZelvoraSpeechEngine(const ZelvoraSpeechEngine&) = delete;
   ZelvoraSpeechEngine& operator=(const ZelvoraSpeechEngine&) = delete;
 
-  /// Begins a capture; nothing while one is under way. A new capture first tells the end of the one
-  /// before, with no recording, whether there was one or not.
-  void start();
+  /// Begins a capture; while one is under way that one takes the new number. A new capture first
+  /// reports the end of the one before, with no recording, whether there was one or not.
+  CaptureNumber start();
   /// Ends the capture; nothing while there is none.
   void stop();
-  /// Ends the capture, told even when there was none, and forgets what was understood.
+  /// Ends the capture, reported even when there was none, and forgets what was understood.
   void reset();
 
+  /// Loads what the next capture needs; the platform decides what that is.
+  void prepare();
+  /// Gives back what is needed only while somebody speaks, unless a capture is under way.
+  void release();
+  /// A function that ends the engine as its release does, callable from any thread at any time.
+  [[nodiscard]] std::function<void()> closer() const;
+
   /// `current` trimmed, or when nothing is left of it the last text that was not blank. May wait
-  /// for the queue; never called from a callback.
+  /// for the queue; never called from a callback nor by the library on the main executor.
   [[nodiscard]] std::string bestTranscript(std::string_view current) const;
   /// Mean confidence of the last result; absent when it had no words or a capture has ended since.
-  /// Waits for the queue; never called from a callback.
+  /// Waits for the queue like `bestTranscript`.
   [[nodiscard]] std::optional<double> getLastAverageConfidence() const;
 
  private:
+  std::unique_ptr<WorkerPool> thread_;
   SerialQueue queue_;
   /// Whoever calls back holds these weakly: gone, they say that the engine is.
   std::shared_ptr<SpeechEngineCallbacks> callbacks_;
   std::shared_ptr<EngineCore> core_;
+  Guarded<CaptureNumber> lastNumber_;
 
  public:
   // Properties, assigned like members.
@@ -79,6 +99,8 @@ class ZelvoraSpeechEngine {
   std::function<void(std::string)>& onFinalText = callbacks_->onFinalText;
   std::function<void(std::string)>& onError = callbacks_->onError;
   std::function<void(std::optional<AudioData>)>& onAudioDataReady = callbacks_->onAudioDataReady;
+  std::function<void(CaptureText)>& onResult = callbacks_->onResult;
+  std::function<void(CaptureOutcome)>& onCaptureEnded = callbacks_->onCaptureEnded;
 };
 
 }  // namespace zelvora

@@ -4,7 +4,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora {
@@ -16,9 +18,18 @@ class VoiceSpeaker {
       : synthesizer_(synthesizers.makeSynthesizer()) {}
 
   /// Cuts short what is being said and says `text` in the voice of the language code `locale`, or
-  /// in the default voice. Blank text changes nothing. `onEnd` is told, on any thread, when the
+  /// in the default voice. Blank text changes nothing. `onEnd` is called, on any thread, when the
   /// text has been said (true), or when it was cut short or there was nothing to say (false).
-  void speak(std::string_view text, std::string locale, std::function<void(bool said)> onEnd = {});
+  void speak(std::string_view text, std::string locale, std::function<void(bool said)> onEnd = {}) {
+    const std::string_view words = trimmed(text);
+    if (words.empty()) {
+      if (onEnd) onEnd(false);
+      return;
+    }
+    synthesizer_->stopSpeaking();
+    synthesizer_->speak(
+        {.text = std::string(words), .language = std::move(locale), .onEnd = std::move(onEnd)});
+  }
 
  private:
   std::unique_ptr<SpeechSynthesizer> synthesizer_;

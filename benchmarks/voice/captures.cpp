@@ -11,7 +11,7 @@
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 #include <ZelvoraSDK/async/threads.h>
-#include <ZelvoraSDK/speech/level.h>
+#include <ZelvoraSDK/speech/endpointing.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 #include <benchmarks/voice/silent_log.h>
 #include <tests/support/temporary_folder.h>
@@ -49,8 +49,7 @@ double endOfVoice(const Clip& clip) {
 double captureSeconds(const std::filesystem::path& file, WorkerPool& threads,
                       const std::shared_ptr<SpeechRecognizerFactory>& recognizers) {
   ZelvoraSpeechEngine engine(
-      kLocale, {.background = threads.executor(),
-                .log = std::make_shared<SilentLog>(),
+      kLocale, {.log = std::make_shared<SilentLog>(),
                 .speech = {.audioSession = std::make_shared<NoSession>(),
                            .audioEngines = std::make_shared<FileMicrophone>(
                                file, std::make_shared<RealTimePace>(threads.executor())),

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include <ZelvoraSDK/facade/voice_command.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/speech/voice_speaker.h>
 
@@ -26,12 +27,6 @@ zelvora::Platform phone(zelvora::asio::any_io_executor main, const std::string& 
                                             .synthesizers = std::make_shared<PhoneVoices>()}};
 }
 
-/// Calls `stopVoice()` when a capture has ended by itself.
-void stopWhenCaptureEnds(zelvora::Zelvora& zelvora, bool& wasRecording) {
-  const bool isRecording = zelvora.stt()->isRecording();
-  if (std::exchange(wasRecording, isRecording) && !isRecording) zelvora.stopVoice();
-}
-
 }  // namespace porting
 
 int main(int, char** arguments) {
@@ -47,10 +42,8 @@ int main(int, char** arguments) {
   zelvora.routeAndCallback("track my order");
   loop.run();
 
-  bool wasRecording = false;
-  const auto watching = zelvora.objectWillChange().subscribe(
-      [&] { porting::stopWhenCaptureEnds(zelvora, wasRecording); });
-  zelvora.startVoice();
+  zelvora::VoiceCommand command(zelvora);  // ends when the speaker is done
+  command.tap();
   loop.run();
   speaker.speak("Navigating to: Cart", "en-US");
 }

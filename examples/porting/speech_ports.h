@@ -140,12 +140,11 @@ class PhoneRecognition final : public zelvora::SpeechRecognitionTask {
     if (!wasHeard_.exchange(true)) handler_.onResult({.text = "open", .segments = {}});
   }
   void endAudio() override {}
-  /// Returns when the last result has been handed over, never before.
-  void finish() override {
-    if (wasHeard_)
-      handler_.onResult({.text = "open my cart",
-                         .segments = {{"open", 0.9}, {"my", 0.8}, {"cart", 0.9}},
-                         .isFinal = true});
+  std::optional<zelvora::SpeechResult> finish(zelvora::Seconds) override {
+    if (!wasHeard_) return std::nullopt;
+    return zelvora::SpeechResult{.text = "open my cart",
+                                 .segments = {{"open", 0.9}, {"my", 0.8}, {"cart", 0.9}},
+                                 .isFinal = true};
   }
 
  private:

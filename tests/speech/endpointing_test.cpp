@@ -7,8 +7,6 @@
 #include <numbers>
 #include <vector>
 
-#include <ZelvoraSDK/speech/level.h>
-
 namespace zelvora {
 namespace {
 

@@ -24,8 +24,7 @@ struct SpeechLab {
   WorkerPool pool{2};
 
   [[nodiscard]] ZelvoraSpeechEngine::Parts engineParts() {
-    return {.background = pool.executor(),
-            .log = standIns.journal,
+    return {.log = standIns.journal,
             .speech = standIns.platform(),
             .time = standIns.time,
             .temporaryDirectory = folder.path()};

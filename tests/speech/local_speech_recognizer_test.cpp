@@ -22,7 +22,7 @@ class LocalSpeechRecognizer : public ::testing::Test {
  protected:
   /// Lets the engine do what it was told, then the main executor what the engine told it.
   void settle() {
-    static_cast<void>(recognizer_->bestTranscriptConfidence());
+    static_cast<void>(recognizer_->engine().getLastAverageConfidence());
     main_.restart();
     main_.poll();
   }
@@ -79,7 +79,7 @@ TEST_F(LocalSpeechRecognizer, AsksForSpeechThenForTheMicrophone) {
        "Speech permission not granted"},
   };
   for (const auto& row : rows) {
-    *lab_.standIns.permissions = {};
+    lab_.standIns.permissions->asked.clear();
     lab_.standIns.permissions->speech = row.speech;
     lab_.standIns.permissions->microphone = row.microphone;
     recognizer_->reset();

@@ -65,11 +65,11 @@ class SpeechEngine : public ::testing::Test {
 
 TEST_F(SpeechEngine, OpensAndClosesACaptureInItsOrder) {
   engine_->start();
-  EXPECT_THAT(whatHappened(),
-              ElementsAre("🎙️ start() t0", "session: off", "recording off", "no audio",
-                          "session: listen 10", "session: on", "🎙️ audio session active dt=0",
-                          "task: partial results", "tap on 1024", "microphone on",
-                          "🎙️ audioEngine started dt=0", "recording on"));
+  EXPECT_THAT(
+      whatHappened(),
+      ElementsAre("🎙️ start() t0", "recording off", "no audio", "session: listen 10", "session: on",
+                  "🎙️ audio session active dt=0", "task: partial results", "tap on 1024",
+                  "microphone on", "🎙️ audioEngine started dt=0", "recording on"));
   lab_.standIns.microphone->play(kVoice);
   lab_.standIns.microphone->play(kQuiet);
   lab_.standIns.recognizer->lateResult = heard("open my cart", {0.7, 0.9}, true);
@@ -99,7 +99,7 @@ TEST_F(SpeechEngine, TellsWhyACaptureDoesNotBegin) {
        {"error: Speech recognizer not available"}},
       {"session refuses",
        [&] { ports.recognizer->available = true, ports.session->refusal = no; },
-       {"session: listen 10", "error: no", "session: off", "recording off", "no audio"}},
+       {"session: listen 10", "error: no", "recording off", "no audio"}},
       {"no microphone",
        [&] { ports.session->refusal.reset(), ports.microphone->format.channels = 0; },
        {"session: listen 10", "session: on", "🎙️ audio session active dt=0",
@@ -119,8 +119,9 @@ TEST_F(SpeechEngine, TellsWhyACaptureDoesNotBegin) {
     row.arrange();
     engine_->start();
     auto lines = whatHappened();
-    ASSERT_GE(lines.size(), 4U) << row.name;
-    lines.erase(lines.begin(), lines.begin() + 4);
+    const auto head = std::ranges::find(lines, "no audio");
+    ASSERT_NE(head, lines.end()) << row.name;
+    lines.erase(lines.begin(), head + 1);
     EXPECT_THAT(lines, ElementsAreArray(row.afterHead)) << row.name;
     EXPECT_EQ(lab_.recordingsLeft(), 0U) << row.name;
   }
@@ -231,7 +232,7 @@ TEST_F(SpeechEngine, ResetTellsTheEndAndForgetsTheText) {
   engine_->stop();
   static_cast<void>(whatHappened());
   engine_->reset();
-  EXPECT_THAT(whatHappened(), ElementsAre("session: off", "recording off", "no audio"));
+  EXPECT_THAT(whatHappened(), ElementsAre("recording off", "no audio"));
   EXPECT_EQ(engine_->bestTranscript(""), "");
 }
 

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <boost/asio/post.hpp>
+#include <boost/asio/redirect_error.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/this_coro.hpp>
+#include <boost/asio/use_awaitable.hpp>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -22,9 +27,41 @@
 
 namespace zelvora::testing {
 
+/// The calls of a test's ports, counted, so that the test can step in at one of them: be slow,
+/// fail by throwing an Error, release the caller.
+class PortCalls {
+ public:
+  using Visit = std::function<void(std::size_t number, const std::string& call)>;
+
+  /// Called before each call of a port, on its thread, with the call's number from 1 and its name.
+  void onCall(Visit visit) {
+    const std::lock_guard lock(mutex_);
+    visit_ = std::make_shared<const Visit>(std::move(visit));
+  }
+  /// For the stand-ins: throws what the visit throws.
+  void enter(const std::string& call) {
+    std::unique_lock lock(mutex_);
+    const std::size_t number = ++count_;
+    const auto visit = visit_;
+    lock.unlock();
+    if (visit && *visit) (*visit)(number, call);
+  }
+  [[nodiscard]] std::size_t count() const {
+    const std::lock_guard lock(mutex_);
+    return count_;
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::size_t count_ = 0;
+  std::shared_ptr<const Visit> visit_;
+};
+
 /// What happened, in order.
 class Journal final : public LogSink {
  public:
+  PortCalls calls;
+
   void note(std::string line) {
     const std::lock_guard lock(mutex_);
     lines_.push_back(std::move(line));
@@ -49,17 +86,35 @@ class StandInSession final : public AudioSession {
   std::optional<Error> refusal;  ///< Set before use.
 
   void configure(Category category, Mode mode, std::uint32_t options) override {
+    journal_->calls.enter("configure session");
     const bool listening = category == Category::playAndRecord && mode == Mode::voiceChat;
     journal_->note((listening ? "session: listen " : "session: other ") + std::to_string(options));
     if (refusal) throw *refusal;
   }
   void setActive(bool active) override {
+    journal_->calls.enter(active ? "activate session" : "deactivate session");
     journal_->note(active ? "session: on" : "session: off");
     if (!active) throw Error("Test", 1, "a session that does not let go");
+  }
+  std::shared_ptr<void> onInterruption(std::function<void(Error)> handler) override {
+    journal_->calls.enter("watch interruptions");
+    const std::lock_guard lock(mutex_);
+    auto watching = std::make_shared<std::function<void(Error)>>(std::move(handler));
+    handler_ = watching;
+    return watching;
+  }
+  /// The system takes the sound away.
+  void interrupt(const Error& cause) {
+    std::unique_lock lock(mutex_);
+    const auto handler = handler_.lock();
+    lock.unlock();
+    if (handler) (*handler)(cause);
   }
 
  private:
   std::shared_ptr<Journal> journal_;
+  std::mutex mutex_;
+  std::weak_ptr<std::function<void(Error)>> handler_;
 };
 
 /// The factory and the one microphone behind its engines.
@@ -69,6 +124,7 @@ class StandInMicrophone final : public AudioEngineFactory {
 
   AudioFormat format{48000, 1};       ///< Set before use.
   std::optional<Error> startFailure;  ///< Set before use.
+  std::optional<Error> inputFailure;  ///< Set before use: why `format` has no channels.
 
   /// Hands a buffer to the tap, if there is one.
   void play(const std::vector<float>& samples) {
@@ -82,29 +138,37 @@ class StandInMicrophone final : public AudioEngineFactory {
     const std::lock_guard lock(mutex_);
     if (onFailure_) onFailure_(failure);
   }
+  [[nodiscard]] bool isOn() {
+    const std::lock_guard lock(mutex_);
+    return openEngines_ > 0;
+  }
 
-  std::unique_ptr<AudioEngine> makeEngine() override { return std::make_unique<Engine>(*this); }
+  std::unique_ptr<AudioEngine> makeEngine() override {
+    journal_->calls.enter("make engine");
+    return std::make_unique<Engine>(*this);
+  }
 
  private:
   class Engine final : public AudioEngine {
    public:
     explicit Engine(StandInMicrophone& microphone) : microphone_(microphone) {}
-    ~Engine() override { removeTap(); }
+    ~Engine() override { dropTap(); }
 
-    AudioFormat inputFormat() override { return microphone_.format; }
+    AudioFormat inputFormat() override {
+      microphone_.journal_->calls.enter("input format");
+      return microphone_.format;
+    }
+    std::optional<Error> inputFailure() override { return microphone_.inputFailure; }
     void installTap(std::size_t bufferFrames, Tap tap) override {
+      microphone_.journal_->calls.enter("install tap");
       microphone_.journal_->note("tap on " + std::to_string(bufferFrames));
       const std::lock_guard lock(microphone_.mutex_);
       microphone_.tap_ = std::move(tap);
       microphone_.tapped_ = this;
     }
     void removeTap() override {
-      const std::lock_guard lock(microphone_.mutex_);
-      if (microphone_.tapped_ != this) return;  // the tap is a later engine's
-      microphone_.journal_->note("tap off");
-      microphone_.tapped_ = nullptr;
-      microphone_.tap_ = nullptr;
-      microphone_.onFailure_ = nullptr;
+      dropTap();
+      microphone_.journal_->calls.enter("remove tap");
     }
     void onFailure(FailureHandler handler) override {
       const std::lock_guard lock(microphone_.mutex_);
@@ -112,20 +176,37 @@ class StandInMicrophone final : public AudioEngineFactory {
     }
     void prepare() override {}
     void start() override {
+      microphone_.journal_->calls.enter("start microphone");
       if (microphone_.startFailure) throw *microphone_.startFailure;
       microphone_.journal_->note("microphone on");
       const std::lock_guard lock(microphone_.mutex_);
       microphone_.onFailure_ = pendingFailureHandler_;
-      running_ = true;
+      setRunning(true);
     }
     [[nodiscard]] bool isRunning() const override { return running_; }
     void stop() override {
       microphone_.journal_->note("microphone off");
-      running_ = false;
+      {
+        const std::lock_guard lock(microphone_.mutex_);
+        setRunning(false);
+      }
+      microphone_.journal_->calls.enter("stop microphone");
     }
-    void reset() override {}
+    void reset() override { microphone_.journal_->calls.enter("reset engine"); }
 
    private:
+    void setRunning(bool running) {
+      if (std::exchange(running_, running) != running) microphone_.openEngines_ += running ? 1 : -1;
+    }
+    void dropTap() {
+      const std::lock_guard lock(microphone_.mutex_);
+      if (microphone_.tapped_ != this) return;  // the tap is a later engine's
+      microphone_.journal_->note("tap off");
+      microphone_.tapped_ = nullptr;
+      microphone_.tap_ = nullptr;
+      microphone_.onFailure_ = nullptr;
+    }
+
     StandInMicrophone& microphone_;
     FailureHandler pendingFailureHandler_;
     bool running_ = false;
@@ -133,6 +214,7 @@ class StandInMicrophone final : public AudioEngineFactory {
 
   std::shared_ptr<Journal> journal_;
   std::mutex mutex_;
+  int openEngines_ = 0;
   const Engine* tapped_ = nullptr;
   AudioEngine::Tap tap_;
   AudioEngine::FailureHandler onFailure_;
@@ -149,6 +231,7 @@ class StandInFiles final : public AudioFileFactory {
 
   std::unique_ptr<AudioFileWriter> create(const std::filesystem::path& path,
                                           const AudioFormat&) override {
+    journal_->calls.enter("create recording");
     if (createFailure) throw *createFailure;
     return std::make_unique<Writer>(*this, path);
   }
@@ -163,6 +246,7 @@ class StandInFiles final : public AudioFileFactory {
         : files_(files), file_(path, std::ios::binary) {}
 
     void write(const PcmBuffer& buffer) override {
+      files_.journal_->calls.enter("write recording");
       if (files_.writeFailure) throw *files_.writeFailure;
       const auto samples = std::as_bytes(std::get<std::span<const float>>(buffer.samples));
       file_.write(reinterpret_cast<const char*>(samples.data()),
@@ -171,6 +255,7 @@ class StandInFiles final : public AudioFileFactory {
     void flush() override {
       files_.journal_->note("file flushed");
       file_.flush();
+      files_.journal_->calls.enter("flush recording");
     }
 
    private:
@@ -190,7 +275,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
 
   bool known = true;      ///< Set before use.
   bool available = true;  ///< Set before use.
-  /// Delivered by the task's finish, as a recogniser does that is still busy when the sound ends.
+  /// Returned by the task's finish, as a recogniser does that is still busy when the sound ends.
   std::optional<SpeechResult> lateResult;
 
   void say(const SpeechResult& result) {
@@ -206,7 +291,26 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
     return heardFrames_;
   }
 
+  /// What was asked for last.
+  [[nodiscard]] RecognitionRequest request() {
+    const std::lock_guard lock(mutex_);
+    return request_;
+  }
+
+  std::unique_ptr<SpeechRecognizer> makeRecognizerFor(const RecognitionRequest& request) override {
+    {
+      const std::lock_guard lock(mutex_);
+      request_ = request;
+    }
+    return makeRecognizer(request.locale);
+  }
+  void prepare(const RecognitionRequest& request) override {
+    journal_->note("recogniser: prepare " + request.locale);
+  }
+  void release() override { journal_->note("recogniser: release"); }
+
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string&) override {
+    journal_->calls.enter("make recogniser");
     if (!known) return nullptr;
     return std::make_unique<Recognizer>(*this);
   }
@@ -222,15 +326,20 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
     ~Task() override { drop(); }
 
     void append(const PcmBuffer& buffer) override {
+      all_.journal_->calls.enter("append sound");
       const std::lock_guard lock(all_.mutex_);
       all_.heardFrames_ += buffer.frames;
     }
-    void endAudio() override { all_.journal_->note("task: end of audio"); }
-    void finish() override {
+    void endAudio() override {
+      all_.journal_->note("task: end of audio");
+      all_.journal_->calls.enter("end audio");
+    }
+    std::optional<SpeechResult> finish(Seconds) override {
       all_.journal_->note("task: finish");
-      if (all_.lateResult) all_.say(*all_.lateResult);
+      all_.journal_->calls.enter("finish recognition");
       all_.fail(Error("Test", 216, "Recognition was Canceled"));
       drop();
+      return all_.lateResult;
     }
 
    private:
@@ -248,6 +357,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
     [[nodiscard]] bool isAvailable() const override { return all_.available; }
     std::unique_ptr<SpeechRecognitionTask> startTask(bool partialResults,
                                                      Handler handler) override {
+      all_.journal_->calls.enter("start recognition");
       all_.journal_->note(partialResults ? "task: partial results" : "task: final result only");
       return std::make_unique<Task>(all_, std::move(handler));
     }
@@ -258,6 +368,7 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
 
   std::shared_ptr<Journal> journal_;
   std::mutex mutex_;
+  RecognitionRequest request_;
   const Task* running_ = nullptr;
   std::optional<Handler> handler_;
   std::size_t heardFrames_ = 0;
@@ -265,18 +376,53 @@ class StandInRecognizers final : public SpeechRecognizerFactory {
 
 class StandInPermissions final : public Permissions {
  public:
+  explicit StandInPermissions(std::shared_ptr<Journal> journal = std::make_shared<Journal>())
+      : journal_(std::move(journal)) {}
+
   SpeechStatus speech = SpeechStatus::authorized;
   bool microphone = true;
   std::vector<std::string> asked;
 
   asio::awaitable<SpeechStatus> requestSpeechRecognition() override {
+    journal_->calls.enter("ask for speech");
     asked.emplace_back("speech");
+    co_await answer();
     co_return speech;
   }
   asio::awaitable<bool> requestMicrophone() override {
+    journal_->calls.enter("ask for the microphone");
     asked.emplace_back("microphone");
+    co_await answer();
     co_return microphone;
   }
+
+  /// From now on the user thinks before each answer, until `decide()`; perhaps for ever.
+  void hesitate() { isHesitating_ = true; }
+  void decide() {
+    isHesitating_ = false;
+    const std::lock_guard lock(mutex_);
+    for (const auto& thinking : thinking_) thinking->cancel();
+    thinking_.clear();
+  }
+
+ private:
+  asio::awaitable<void> answer() {
+    if (!isHesitating_) co_return;
+    const auto executor = co_await asio::this_coro::executor;
+    const auto thinking =
+        std::make_shared<asio::steady_timer>(executor, asio::steady_timer::time_point::max());
+    {
+      const std::lock_guard lock(mutex_);
+      thinking_.push_back(thinking);
+    }
+    boost::system::error_code decided;
+    co_await thinking->async_wait(asio::redirect_error(asio::use_awaitable, decided));
+  }
+
+  std::shared_ptr<Journal> journal_;
+  std::atomic<bool> isHesitating_ = false;
+  std::mutex mutex_;
+  std::vector<std::shared_ptr<asio::steady_timer>> thinking_;
 };
 
 /// Notes what it is told to say and to silence.
@@ -363,7 +509,7 @@ struct SpeechStandIns {
   std::shared_ptr<StandInMicrophone> microphone = std::make_shared<StandInMicrophone>(journal);
   std::shared_ptr<StandInFiles> files = std::make_shared<StandInFiles>(journal);
   std::shared_ptr<StandInRecognizers> recognizer = std::make_shared<StandInRecognizers>(journal);
-  std::shared_ptr<StandInPermissions> permissions = std::make_shared<StandInPermissions>();
+  std::shared_ptr<StandInPermissions> permissions = std::make_shared<StandInPermissions>(journal);
   std::shared_ptr<StandInSynthesizers> synthesizers =
       std::make_shared<StandInSynthesizers>(journal);
   std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();

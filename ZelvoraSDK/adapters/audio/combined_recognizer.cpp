@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -49,6 +50,28 @@ class Pair {
         .onError = [pair, which](Error error) { pair->fail(which, std::move(error)); }};
   }
 
+  /// From now on the final result is kept for `last`.
+  void beginFinish() {
+    state_.with([](State& state) { state.isFinishing = true; });
+  }
+  /// What a task's end brought; absent where it was too late.
+  void end(std::size_t which, std::optional<SpeechResult> result) {
+    if (!result) return;
+    state_.with([&](State& state) {
+      state.finals.at(which) = std::move(result);
+      reportOnce(state);
+    });
+  }
+  /// The final result that the handler has not had; the handler is not called after that.
+  std::optional<SpeechResult> last() {
+    return state_.with([this](State& state) -> std::optional<SpeechResult> {
+      state.handler = {};
+      if (state.last || std::exchange(state.isReported, true)) return std::move(state.last);
+      if (!state.finals[0] && !state.finals[1]) return std::nullopt;
+      return answer(state);
+    });
+  }
+
   /// The handler is not called after that.
   void abandon() {
     state_.with([](State& state) { state.handler = {}; });
@@ -59,6 +82,8 @@ class Pair {
     SpeechRecognizer::Handler handler;
     std::array<std::optional<SpeechResult>, 2> finals;
     std::array<std::optional<Error>, 2> errors;
+    std::optional<SpeechResult> last;
+    bool isFinishing = false;
     bool isReported = false;
   };
 
@@ -85,6 +110,8 @@ class Pair {
     if (std::exchange(state.isReported, true)) return;
     if (state.errors[0] && state.errors[1]) {
       if (state.handler.onError) state.handler.onError(*state.errors[0]);
+    } else if (state.isFinishing) {
+      state.last = answer(state);
     } else if (state.handler.onResult) {
       state.handler.onResult(answer(state));
     }
@@ -122,11 +149,15 @@ class CombinedTask final : public SpeechRecognitionTask {
     first_->endAudio();
     second_->endAudio();
   }
-  void finish() override {
+  std::optional<SpeechResult> finish(Seconds limit) override {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    pair_->beginFinish();
     // Both decode their last sound at the same time.
     endAudio();
-    first_->finish();
-    second_->finish();
+    pair_->end(0, first_->finish(limit));
+    const Seconds left = end - std::chrono::steady_clock::now();
+    pair_->end(1, second_->finish(std::max(left, Seconds{0})));
+    return pair_->last();
   }
 
  private:

@@ -24,12 +24,15 @@ class Zelvora::Core {
                                                std::string text);
   static void routeInBackground(std::shared_ptr<Core> core, std::weak_ptr<Callbacks> callbacks,
                                 std::string text);
+  /// What `routeAndCallback` delivers: a failure is an outcome, and each outcome is logged.
+  static asio::awaitable<ZelvoraResult> routeReported(std::shared_ptr<Core> core, std::string text);
   static std::shared_ptr<VoicePipeline> makeVoice(const std::shared_ptr<Core>& core,
                                                   std::weak_ptr<Callbacks> callbacks);
 
   Platform platform;
   ZelvoraSettings settings;
   AccessTokenProvider accessToken;
+  AccessTokenProvider freshAccessToken;
   std::function<void(std::string)> onTranscript;
   std::shared_ptr<const Lazy<PreparedSpec>> spec;
   std::shared_ptr<TextPipeline> text;

@@ -1,33 +1,37 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
-#include <ZelvoraSDK/platform/audio.h>
-#include <ZelvoraSDK/platform/speech.h>
-#include <ZelvoraSDK/speech/endpointing.h>
-#include <ZelvoraSDK/speech/recording.h>
+#include <ZelvoraSDK/speech/private/recording.h>
+#include <ZelvoraSDK/speech/private/session_share.h>
+#include <ZelvoraSDK/speech/private/sound_path.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 
 namespace zelvora {
 
-/// What one recognition result brings.
-struct HeardResult {
-  std::string text;
-  std::optional<double> averageConfidence;  ///< Absent without segments.
-  Seconds at{};
+/// What the recogniser has made of one capture. Written on the recogniser's thread as results come,
+/// so that whoever reads has them all.
+struct CaptureHearing {
+  CaptureNumber number = 0;
+  std::string lastNonEmpty;
+  std::optional<double> lastAverage;      ///< Of the last result.
+  std::optional<double> finalConfidence;  ///< Of the final result.
+  Seconds lastTextAt{-std::numeric_limits<double>::infinity()};
+  bool gotAnyResult = false;
+  bool isClosed = false;  ///< What comes now belongs to nobody.
 };
 
 /// The state of a speech engine. Confined to the engine's queue, where it is also destroyed; a
 /// capture that is under way then ends without a word.
 class EngineCore : public std::enable_shared_from_this<EngineCore> {
  public:
-  /// Numbers the captures, so that what is left over from one does not touch the next.
-  using CaptureNumber = std::uint64_t;
+  using Hearing = Guarded<CaptureHearing>;
 
   EngineCore(std::string locale, ZelvoraSpeechEngine::Parts parts, SerialQueue queue,
              std::weak_ptr<SpeechEngineCallbacks> callbacks);
@@ -36,37 +40,45 @@ class EngineCore : public std::enable_shared_from_this<EngineCore> {
   EngineCore& operator=(const EngineCore&) = delete;
 
   /// The first recogniser, so that it may load while nobody speaks, and a clean directory.
-  void prepare();
-  void start();
+  void begin();
+  void start(CaptureNumber number);
   void stop();
   void reset();
+  void prepare();
+  void release();
+  /// Ends everything without a word, for good.
+  void close();
+  /// Ends the capture of `hearing`, if it is under way.
+  void end(const std::shared_ptr<Hearing>& hearing, CaptureEnd why);
 
-  void takeResult(CaptureNumber capture, const HeardResult& result);
-  void hearVoice(CaptureNumber capture, Seconds at);
-  void stopCapture(CaptureNumber capture);
-
-  [[nodiscard]] const std::string& lastNonEmpty() const { return lastNonEmpty_; }
-  [[nodiscard]] std::optional<double> lastAverageConfidence() const {
-    return lastAverageConfidence_;
-  }
+  [[nodiscard]] std::string lastNonEmpty() const;
+  [[nodiscard]] std::optional<double> lastAverageConfidence() const;
 
  private:
   static constexpr Seconds kMonitorPeriod{0.2};
   static constexpr std::size_t kTapFrames = 1024;
-  static constexpr Seconds kDistantPast{-std::numeric_limits<double>::infinity()};
+  /// Together less than a stop waits, so that a recogniser that is late costs only its own result.
+  static constexpr Seconds kFinishLimit{0.8};
+  static constexpr Seconds kDrainLimit{0.3};
 
+  [[nodiscard]] const RecognitionRequest& request();
   bool renewRecognizer();
-  void activateSession(Seconds t0);
-  bool openMicrophone();
-  void startListening(Seconds t0);
+  void refuse(CaptureNumber number, std::string message);
+  void refuseWithoutMicrophone(CaptureNumber number);
+  bool openMicrophone(CaptureNumber number, Seconds t0);
+  void startListening(CaptureNumber number, Seconds t0);
   void watch();
   void monitor();
-  void teardown();
+  void teardown(CaptureEnd why);
+  void letGo();
   void stopMicrophone();
   void finishRecognition();
+  std::optional<AudioData> takeRecording();
+  void takeResult(const std::shared_ptr<Hearing>& hearing, const SpeechResult& result);
+  CaptureOutcome outcomeOf(CaptureEnd why) const;
 
   template <class... Values>
-  void tell(std::function<void(Values...)> SpeechEngineCallbacks::*callback,
+  void call(std::function<void(Values...)> SpeechEngineCallbacks::*callback,
             std::type_identity_t<Values>... values) const;
   void logDuration(const char* what, Seconds t0) const;
 
@@ -75,18 +87,18 @@ class EngineCore : public std::enable_shared_from_this<EngineCore> {
   SerialQueue queue_;
   std::weak_ptr<SpeechEngineCallbacks> callbacks_;
 
+  std::optional<RecognitionRequest> request_;
   std::unique_ptr<SpeechRecognizer> recognizer_;
+  std::optional<SessionShare> session_;
+  std::shared_ptr<void> interruptions_;
   std::unique_ptr<AudioEngine> audioEngine_;
-  std::shared_ptr<SpeechRecognitionTask> task_;  ///< Shared with the tap.
+  std::shared_ptr<SpeechRecognitionTask> task_;  ///< Shared with the sound's path.
   std::unique_ptr<Recording> recording_;
-  bool sessionActive_ = false;
+  std::unique_ptr<SoundPath> sound_;
+  std::shared_ptr<Hearing> hearing_ = std::make_shared<Hearing>();  ///< Of the last capture.
+  Seconds startedAt_{};
   bool isRecording_ = false;
-  std::string lastNonEmpty_;
-  std::optional<double> lastAverageConfidence_;
-  Seconds startedAt_ = kDistantPast;
-  Seconds lastVoiceAt_ = kDistantPast;
-  bool gotAnyResult_ = false;
-  CaptureNumber capture_ = 0;
+  bool isClosed_ = false;
   std::shared_ptr<void> ticking_;
 };
 

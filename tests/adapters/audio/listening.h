@@ -36,11 +36,16 @@ void play(SpeechRecognitionTask& task, const AudioFormat& format, std::span<cons
   }
 }
 
+/// Ends `task`, whose result joins the others.
+inline void finish(SpeechRecognitionTask& task, Heard& heard) {
+  if (auto last = task.finish(Seconds{60})) heard.finals.push_back(*std::move(last));
+}
+
 inline Heard hear(SpeechRecognizer& recognizer, const std::vector<std::int16_t>& samples) {
   Heard heard;
   const auto task = recognizer.startTask(true, noteInto(heard));
   play(*task, {.sampleRate = 16000, .channels = 1}, std::span(samples));
-  task->finish();
+  finish(*task, heard);
   return heard;
 }
 

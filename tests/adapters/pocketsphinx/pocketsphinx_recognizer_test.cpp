@@ -10,6 +10,7 @@
 namespace zelvora {
 namespace {
 
+using testing::finish;
 using testing::hear;
 using testing::Heard;
 using testing::noteInto;
@@ -75,7 +76,7 @@ TEST(PocketsphinxRecognizer, UnderstandsAnyRateAndChannels) {
   Heard heard;
   const auto task = english()->startTask(false, noteInto(heard));
   play(*task, {.sampleRate = 48000, .channels = 2}, std::span(samples));
-  task->finish();
+  finish(*task, heard);
   ASSERT_EQ(heard.finals.size(), 1U);
   EXPECT_EQ(heard.finals[0].text, "track my order");
   EXPECT_TRUE(heard.partials.empty());
@@ -119,18 +120,29 @@ TEST(PocketsphinxRecognizer, LearnsAWordThatNoDictionaryHas) {
   EXPECT_EQ(heard.finals.at(0).text, "show zelvoriento");
 }
 
-TEST(PocketsphinxRecognizer, HasHandedOverTheLastResultWhenFinishReturns) {
+TEST(PocketsphinxRecognizer, ReturnsItsLastResultOnce) {
   const auto samples = spoken("open my cart");
   Heard heard;
   const auto task = english()->startTask(true, noteInto(heard));
   play(*task, {.sampleRate = 16000, .channels = 1}, std::span(samples));
   task->endAudio();
   play(*task, {.sampleRate = 16000, .channels = 1}, std::span(samples));  // Too late.
-  task->finish();
-  ASSERT_EQ(heard.finals.size(), 1U);
-  EXPECT_EQ(heard.finals[0].text, "open my cart");
-  task->finish();
-  EXPECT_EQ(heard.finals.size(), 1U);
+  const auto last = task->finish(Seconds{60});
+  ASSERT_TRUE(last.has_value());
+  EXPECT_EQ(last->text, "open my cart");
+  EXPECT_TRUE(heard.finals.empty()) << "the handler is not given it as well";
+  EXPECT_EQ(task->finish(Seconds{60}), std::nullopt);
+}
+
+TEST(PocketsphinxRecognizer, DoesNotWaitForAResultBeyondTheLimit) {
+  const std::vector<std::int16_t> samples(16000 * 60);
+  Heard heard;
+  const auto task = english()->startTask(true, noteInto(heard));
+  play(*task, {.sampleRate = 16000, .channels = 1}, std::span(samples));
+  EXPECT_EQ(task->finish(Seconds{0}), std::nullopt);
+  const auto sizes = std::pair(heard.partials.size(), heard.errors.size());
+  hear(*english(), spoken("gift cards"));  // its result comes behind all of the first task's
+  EXPECT_EQ(std::pair(heard.partials.size(), heard.errors.size()), sizes);
 }
 
 TEST(PocketsphinxRecognizer, TellsNothingOfAnAbandonedTask) {
@@ -156,7 +168,7 @@ TEST(PocketsphinxRecognizer, RefusesASecondTaskWhileOneRuns) {
     EXPECT_EQ(refused.domain(), "ZelvoraSpeechRecognizer");
     EXPECT_EQ(refused.code(), 1);
   }
-  running->finish();
+  running->finish(Seconds{60});
   EXPECT_NO_THROW(english()->startTask(true, {}));
 }
 

@@ -13,12 +13,6 @@ namespace {
 constexpr std::size_t kBufferFrames = 1024;
 constexpr const char* kDomain = "ZelvoraServe";
 
-/// What a recogniser told of one recording.
-struct Told {
-  std::string text;
-  std::optional<Error> failure;
-};
-
 void play(SoundReader& sound, SpeechRecognitionTask& task) {
   const AudioFormat format = sound.format();
   std::vector<float> samples(kBufferFrames * format.channels);
@@ -34,21 +28,17 @@ void play(SoundReader& sound, SpeechRecognitionTask& task) {
 }
 
 std::optional<std::string> transcribed(SpeechRecognizer& recognizer, SoundReader& sound) {
-  const auto told = std::make_shared<Guarded<Told>>();
-  const auto task = recognizer.startTask(
-      false,
-      {.onResult =
-           [told](const SpeechResult& result) {
-             told->with([&](Told& so) { so.text = result.text; });
-           },
-       .onError =
-           [told](const Error& error) { told->with([&](Told& so) { so.failure = error; }); }});
+  using Failure = std::optional<Error>;
+  const auto failure = std::make_shared<Guarded<Failure>>();
+  const auto task =
+      recognizer.startTask(false, {.onResult = {}, .onError = [failure](const Error& error) {
+                                     failure->with([&](Failure& seen) { seen = error; });
+                                   }});
   play(sound, *task);
-  task->finish();
-  const Told all = told->with([](const Told& so) { return so; });
-  if (all.failure) throw Error(*all.failure);
-  if (all.text.empty()) return std::nullopt;
-  return all.text;
+  const auto result = task->finish(kLongestRecording);
+  if (const Failure seen = failure->with([](const Failure& so) { return so; })) throw Error(*seen);
+  if (!result || result->text.empty()) return std::nullopt;
+  return result->text;
 }
 
 }  // namespace

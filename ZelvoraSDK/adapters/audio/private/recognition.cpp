@@ -1,16 +1,9 @@
 #include <ZelvoraSDK/adapters/audio/private/recognition.h>
 
-#include <chrono>
 #include <future>
 #include <utility>
 
 namespace zelvora::audio {
-namespace {
-
-/// How long the end of a capture waits for what the decoder still has to do.
-constexpr std::chrono::seconds kLongestDecoding{60};
-
-}  // namespace
 
 Recognition::Recognition(std::shared_ptr<DecoderThread> thread, bool reportPartialResults,
                          SpeechRecognizer::Handler handler)
@@ -38,18 +31,25 @@ void Recognition::endAudio() {
   });
 }
 
-void Recognition::finish() {
+std::optional<SpeechResult> Recognition::finish(Seconds limit) {
   endAudio();
-  // Copied into the work, which may outlive this call.
-  const auto end = std::make_shared<std::promise<void>>();
-  const auto isOver = end->get_future();
-  thread_->queue().post([end] { end->set_value(); });
-  if (isOver.wait_for(kLongestDecoding) == std::future_status::timeout) abandon();
+  const auto result = std::make_shared<std::promise<std::optional<SpeechResult>>>();
+  thread_->queue().post([self = shared_from_this(), result] {
+    result->set_value(std::exchange(self->finalResult_, std::nullopt));
+  });
+  auto coming = result->get_future();
+  const bool isThere = coming.wait_for(limit) == std::future_status::ready;
+  forgetListener();
+  return isThere ? coming.get() : std::nullopt;
 }
 
 void Recognition::abandon() {
-  listener_.with([](Listener& listener) { listener = {.handler = {}, .isGone = true}; });
+  forgetListener();
   endAudio();
+}
+
+void Recognition::forgetListener() {
+  listener_.with([](Listener& listener) { listener = {.handler = {}, .isGone = true}; });
 }
 
 void Recognition::startDecoding() {
@@ -82,7 +82,7 @@ void Recognition::endDecoding() {
   if (!std::exchange(isDecoding_, false)) return;
   StreamDecoder& decoder = thread_->decoder();
   if (resampler_) decoder.hear(resampler_->drain());
-  report(decoder.end());
+  finalResult_ = decoder.end();
 }
 
 void Recognition::feed(const MonoSound& sound) {

@@ -20,8 +20,8 @@ class Recognition : public std::enable_shared_from_this<Recognition> {
   void begin();
   void append(const PcmBuffer& buffer);
   void endAudio();
-  /// Returns when the final result has been handed over.
-  void finish();
+  /// The final result, when it comes within `limit`. The handler is not called after that.
+  std::optional<SpeechResult> finish(Seconds limit);
   /// The handler is not called after that.
   void abandon();
 
@@ -30,6 +30,8 @@ class Recognition : public std::enable_shared_from_this<Recognition> {
     SpeechRecognizer::Handler handler;
     bool isGone = false;
   };
+
+  void forgetListener();
 
   // On the thread of the decoder.
   void startDecoding();
@@ -48,6 +50,7 @@ class Recognition : public std::enable_shared_from_this<Recognition> {
   bool isDecoding_ = false;
   std::optional<Resampler> resampler_;
   std::string lastText_;
+  std::optional<SpeechResult> finalResult_;
 };
 
 }  // namespace zelvora::audio

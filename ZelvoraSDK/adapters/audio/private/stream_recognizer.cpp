@@ -25,9 +25,10 @@ class StreamTask final : public SpeechRecognitionTask {
 
   void append(const PcmBuffer& buffer) override { recognition_->append(buffer); }
   void endAudio() override { recognition_->endAudio(); }
-  void finish() override {
-    recognition_->finish();
+  std::optional<SpeechResult> finish(Seconds limit) override {
+    auto result = recognition_->finish(limit);
     thread_->release(recognition_.get());
+    return result;
   }
 
  private:

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/speech/recording.h>
+#include <ZelvoraSDK/speech/private/recording.h>
 
 #include <chrono>
 #include <fstream>
