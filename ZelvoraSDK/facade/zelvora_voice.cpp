@@ -21,15 +21,12 @@ std::shared_ptr<ZelvoraCloudSTTProvider> makeCloudSTT(const Platform& platform,
   const ZelvoraSTTMode mode = settings.sttConfig.mode;
   if (mode != ZelvoraSTTMode::cloudOnly && mode != ZelvoraSTTMode::hybrid)
     return std::make_shared<ZelvoraNoCloudSTTProvider>();
-  try {
-    return std::make_shared<ZelvoraBackendCloudSTTProvider>(
-        ZelvoraBackendCloudSTTProvider::Settings{.baseURL = parseUrl(settings.baseURL),
-                                                 .tokenProvider = tokens,
-                                                 .tokenRefreshProvider = tokens},
-        platform.urlSession);
-  } catch (const Error&) {
-    return std::make_shared<ZelvoraNoCloudSTTProvider>();  // an address that is none
-  }
+  return std::make_shared<ZelvoraBackendCloudSTTProvider>(
+      ZelvoraBackendCloudSTTProvider::Settings{.baseURL = settings.baseURL,
+                                               .publishableKey = settings.publishableKey,
+                                               .tokenProvider = tokens,
+                                               .tokenRefreshProvider = tokens},
+      platform.urlSession);
 }
 
 std::shared_ptr<ZelvoraLocalSpeechRecognizer> makeRecognizer(const Platform& platform,

@@ -2,13 +2,15 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
+
+/// The domain of transport failures that the library itself finds; a session has its own.
+inline constexpr char kTransportErrorDomain[] = "ZelvoraTransport";
 
 struct UrlHeader {
   std::string name;
@@ -41,9 +43,5 @@ class UrlSession {
   /// destroyed first. Goes on where the caller runs. A cancelled call ends at once, with an Error.
   virtual asio::awaitable<UrlResponse> send(UrlRequest request) = 0;
 };
-
-/// The value of an Authorization header for `token`, which may or may not carry the scheme
-/// already: "abc", "Bearer abc" and "Bearer abc " all give "Bearer abc".
-[[nodiscard]] std::string bearerAuthorization(std::string_view token);
 
 }  // namespace zelvora
