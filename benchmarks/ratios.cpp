@@ -99,8 +99,8 @@ double compileOverDecode(std::size_t tasks, int rounds) {
       });
 }
 
-/// From JSON text to a spec that is ready to route, over parsing the same text. Taking apart what was
-/// built is timed on neither side.
+/// From JSON text to a spec that is ready to route, over parsing the same text. Taking apart what
+/// was built is timed on neither side.
 double loadOverParse(std::size_t tasks) {
   const Workload& load = workload(tasks);
   return medianRatio(
