@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/facade/zelvora.h>
-#include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 #include <benchmarks/heap_use.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/workload.h>
@@ -51,7 +51,7 @@ class Application {
                             .defaults = std::make_shared<testing::MemoryDefaults>(),
                             .bundle = std::make_shared<testing::MemoryBundle>()};
     const ZelvoraSettings settings{.publishableKey = "bench"};
-    AnyEncodable spec(JSONValue::from(parseJson(load.json).root()));
+    StoredSpec spec = StoredSpec::fromAnyJson(load.json);
     zelvora_ = std::make_unique<Zelvora>(platform, settings, std::move(spec));
     for (const std::string& utterance : load.utterances) {
       const ZelvoraResult result = load.compiled.route(utterance, kThresholds);

@@ -7,6 +7,8 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/json_read.h>
+#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 #include <benchmarks/facade_cost.h>
 #include <benchmarks/heap_use.h>
 #include <benchmarks/request_cost.h>
@@ -97,6 +99,26 @@ double compileOverDecode(std::size_t tasks, int rounds) {
       });
 }
 
+/// From JSON text to a spec that is ready to route, over parsing the same text. Taking apart what
+/// was built is timed on neither side.
+double loadOverParse(std::size_t tasks) {
+  const Workload& load = workload(tasks);
+  return medianRatio(
+      kRounds,
+      [&] {
+        std::optional<StoredSpec> stored;
+        std::optional<PreparedSpec> prepared;
+        return secondsOf([&] {
+          stored = StoredSpec::fromJson(load.json);
+          prepared.emplace(*stored);
+        });
+      },
+      [&] {
+        std::optional<JsonDocument> document;
+        return secondsOf([&] { document.emplace(parseJson(load.json)); });
+      });
+}
+
 /// The most that any call allocates beyond what a copy of its result does.
 double allocationsPerCall() {
   const Workload& load = workload(1000);
@@ -138,6 +160,7 @@ std::vector<Ratio> measureRatios() {
       {"compile_over_decode_100", compileOverDecode(100, 20 * kRounds), 6, 4},
       {"compile_over_decode_1000", compileOverDecode(1000, 5 * kRounds), 4, 2},
       {"compile_over_decode_10000", compileOverDecode(10000, kRounds), 2.5, 1.2},
+      {"load_over_parse_10000", loadOverParse(10000), 6, 5},
       {"allocations_per_call", allocationsPerCall(), 0, 0},
       {"compiled_bytes_per_task_1000", compiledBytesPerTask(1000), 2000, 1200},
       {"compiled_bytes_per_task_10000", compiledBytesPerTask(10000), 800, 450},

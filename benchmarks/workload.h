@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/routing/compiled_tasks.h>
+#include <ZelvoraSDK/routing/local_router.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 
 namespace zelvora::bench {

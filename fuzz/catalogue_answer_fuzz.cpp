@@ -6,8 +6,9 @@
 #include <string>
 #include <variant>
 
-#include <ZelvoraSDK/backend/answers.h>
-#include <ZelvoraSDK/backend/conversion.h>
+#include <ZelvoraSDK/backend/catalogue.h>
+#include <ZelvoraSDK/backend/wire.h>
+
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 

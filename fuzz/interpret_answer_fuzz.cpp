@@ -7,8 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include <ZelvoraSDK/backend/answers.h>
-#include <ZelvoraSDK/backend/conversion.h>
+#include <ZelvoraSDK/backend/interpret.h>
+#include <ZelvoraSDK/backend/wire.h>
+
 #include <ZelvoraSDK/backend/text_fallback.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>

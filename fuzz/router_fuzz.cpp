@@ -14,8 +14,8 @@
 
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/routing/canonical_text.h>
-#include <ZelvoraSDK/routing/compiled_tasks.h>
 #include <ZelvoraSDK/routing/context_engine.h>
+#include <ZelvoraSDK/routing/local_router.h>
 #include <ZelvoraSDK/routing/normalizer.h>
 #include <tests/support/reference_router.h>
 
@@ -67,7 +67,7 @@ App readApp(std::uint8_t bits, std::string_view text) {
       addLine(app, synonyms, lines[i]);
   }
   for (const ZelvoraTaskSpec& task : app.tasks) app.stopwords.push_back(task.title);
-  app.context.synonymsByLocale.emplace().set("en", std::move(synonyms));
+  app.context.synonymsByLocale = {{"en", std::move(synonyms)}};
   app.context.memory = RuntimeSpec::ContextMemory{};
   return app;
 }

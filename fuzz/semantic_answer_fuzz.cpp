@@ -4,8 +4,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include <ZelvoraSDK/backend/answers.h>
-#include <ZelvoraSDK/backend/conversion.h>
+#include <ZelvoraSDK/backend/semantic.h>
+#include <ZelvoraSDK/backend/wire.h>
+
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 

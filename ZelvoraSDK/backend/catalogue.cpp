@@ -1,22 +1,32 @@
 #include <ZelvoraSDK/backend/catalogue.h>
 
+#include <ZelvoraSDK/backend/private/exchange.h>
 #include <ZelvoraSDK/base/json_read.h>
+#include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/outcome/phrases.h>
 
 namespace zelvora {
 
-void readJson(const JsonCursor& in, SemanticCatalogChoice& choice) {
-  in.read("id", choice.id);
-  in.read("title", choice.title);
-  in.read("entityType", choice.entityType);
+UrlRequest catalogRequest(const Url& baseURL, const CatalogQuery& query) {
+  return postJson(baseURL, "/api/semanticCatalog/resolve", toJson(query));
 }
 
-void readJson(const JsonCursor& in, SemanticCatalogResult& result) {
-  in.read("intent", result.intent);
-  in.read("screenId", result.screenId);
-  in.read("params", result.params);
-  in.read("score", result.score);
-  in.read("choices", result.choices);
-  in.read("say", result.say);
+SemanticCatalogResult readCatalogAnswer(const UrlResponse& answer) {
+  const int status = routingStatus(answer);
+  if (!isSuccess(status))
+    failRouting(status, "Semantic Catalog resolve HTTP " + std::to_string(status) + ": " +
+                            bodyText(answer));
+  if (answer.body.empty())
+    failRouting(status, "Empty response body from /api/semanticCatalog/resolve");
+  return decodeJson<SemanticCatalogResult>(answer.body);
+}
+
+std::optional<ZelvoraResult> catalogResult(const SemanticCatalogResult& answer) {
+  if (answer.intent != "navigate" || !answer.screenId || isBlank(*answer.screenId))
+    return std::nullopt;
+  return ZelvoraExecute{*answer.screenId, answer.params.value_or(Params{}),
+                        answer.say.value_or(kDoneSay), answer.score, std::nullopt};
 }
 
 }  // namespace zelvora

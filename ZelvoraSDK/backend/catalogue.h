@@ -4,10 +4,25 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/base/json_fwd.h>
-#include <ZelvoraSDK/outcome/task_action.h>
+#include <ZelvoraSDK/backend/wire.h>
+#include <ZelvoraSDK/base/record.h>
+#include <ZelvoraSDK/base/version.h>
+#include <ZelvoraSDK/outcome/result.h>
+#include <ZelvoraSDK/platform/network.h>
+#include <ZelvoraSDK/platform/url.h>
+
+// /api/semanticCatalog/resolve: what is asked, what the answer says, and what it means.
 
 namespace zelvora {
+
+/// What /api/semanticCatalog/resolve is asked. Goes without an access token.
+struct CatalogQuery {
+  std::string query;  ///< The normalised utterance.
+  std::string publishableKey;
+  std::string platform = kBackendPlatform;
+  std::string bundleId;
+  std::string sdkVersion = ZelvoraKit::version;
+};
 
 /// An entity that the catalogue found; carried by the format and without effect.
 struct SemanticCatalogChoice {
@@ -18,7 +33,7 @@ struct SemanticCatalogChoice {
   bool operator==(const SemanticCatalogChoice&) const = default;
 };
 
-/// What /api/semanticCatalog/resolve answers. Fields carry the names of their JSON keys.
+/// The catalogue's answer. Fields carry the names of their JSON keys.
 struct SemanticCatalogResult {
   std::string intent;  ///< "navigate" leads to a screen; any other to nothing.
   std::optional<std::string> screenId;
@@ -30,7 +45,38 @@ struct SemanticCatalogResult {
   bool operator==(const SemanticCatalogResult&) const = default;
 };
 
-void readJson(const JsonCursor& in, SemanticCatalogChoice& choice);
-void readJson(const JsonCursor& in, SemanticCatalogResult& result);
+template <class Visitor, RecordOf<CatalogQuery> Record>
+void fields(Visitor&& visit, Record& query) {
+  visit("query", query.query);
+  visit("publishable_key", query.publishableKey);
+  visit("platform", query.platform);
+  visit("bundle_id", query.bundleId);
+  visit("sdk_version", query.sdkVersion);
+}
+
+template <class Visitor, RecordOf<SemanticCatalogChoice> Record>
+void fields(Visitor&& visit, Record& choice) {
+  visit("id", choice.id);
+  visit("title", choice.title);
+  visit("entityType", choice.entityType);
+}
+
+template <class Visitor, RecordOf<SemanticCatalogResult> Record>
+void fields(Visitor&& visit, Record& result) {
+  visit("intent", result.intent);
+  visit("screenId", result.screenId);
+  visit("params", result.params);
+  visit("score", result.score);
+  visit("choices", result.choices);
+  visit("say", result.say);
+}
+
+[[nodiscard]] UrlRequest catalogRequest(const Url& baseURL, const CatalogQuery& query);
+
+/// Throws Error as `readSemanticAnswer` does.
+[[nodiscard]] SemanticCatalogResult readCatalogAnswer(const UrlResponse& answer);
+
+/// The screen that the catalogue leads to; absent when it leads to none.
+[[nodiscard]] std::optional<ZelvoraResult> catalogResult(const SemanticCatalogResult& answer);
 
 }  // namespace zelvora

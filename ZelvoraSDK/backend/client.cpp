@@ -1,49 +1,48 @@
 #include <ZelvoraSDK/backend/client.h>
 
-#include <string>
 #include <utility>
 
-#include <ZelvoraSDK/backend/answers.h>
+#include <ZelvoraSDK/backend/access_token.h>
+#include <ZelvoraSDK/backend/private/exchange.h>
 #include <ZelvoraSDK/outcome/diagnostics.h>
 
 namespace zelvora {
 namespace {
 
-// The coroutines are free functions that own all they use, so that a client may go meanwhile.
+// The coroutines are free functions that own all they use, so that the client may be destroyed.
 
 template <class Answer>
 asio::awaitable<Answer> ask(std::shared_ptr<UrlSession> session, UrlRequest request,
-                            Answer (*read)(const UrlResponse&)) {
-  const UrlResponse response = co_await session->send(std::move(request));
+                            Answer (*read)(const UrlResponse&), std::string secret = {}) {
+  const UrlResponse response =
+      co_await exchange(std::move(session), std::move(request), std::move(secret));
   co_return read(response);
 }
 
-asio::awaitable<RouteResponse> askToInterpret(std::shared_ptr<UrlSession> session,
-                                              std::shared_ptr<LogSink> log, std::string text,
-                                              UrlRequest request) {
-  log->write("☁️ CLOUD INTERPRET CALLED text='" + text + "'");
+asio::awaitable<RouteResponse> askToInterpret(ZelvoraClient::Parts parts, std::string text,
+                                              UrlRequest request, std::string secret) {
+  parts.log->write("☁️ CLOUD INTERPRET CALLED text='" + text + "'");
   co_await ZelvoraDiagnostics::shared().incCloud();
-  co_return co_await ask(std::move(session), std::move(request), readInterpretAnswer);
+  co_return co_await ask(std::move(parts.session), std::move(request), readInterpretAnswer,
+                         std::move(secret));
 }
 
 }  // namespace
 
-ZelvoraClient::ZelvoraClient(Url baseURL, std::shared_ptr<UrlSession> session,
-                             std::shared_ptr<LogSink> log)
-    : baseURL_(std::move(baseURL)), session_(std::move(session)), log_(std::move(log)) {}
-
 asio::awaitable<RouteResponse> ZelvoraClient::interpret(const InterpretQuery& query) const {
-  return askToInterpret(session_, log_, query.text, interpretRequest(baseURL_, query));
+  return askToInterpret(parts_, query.text, interpretRequest(parts_.baseURL, query),
+                        secretOf(query.accessToken, parts_.publishableKey));
 }
 
 asio::awaitable<SemanticResolver::SemanticResolveResponse> ZelvoraClient::semanticResolve(
     const SemanticQuery& query) const {
-  return ask(session_, semanticRequest(baseURL_, query), readSemanticAnswer);
+  return ask(parts_.session, semanticRequest(parts_.baseURL, query), readSemanticAnswer,
+             secretOf(query.accessToken, parts_.publishableKey));
 }
 
 asio::awaitable<SemanticCatalogResult> ZelvoraClient::semanticCatalogResolve(
     const CatalogQuery& query) const {
-  return ask(session_, catalogRequest(baseURL_, query), readCatalogAnswer);
+  return ask(parts_.session, catalogRequest(parts_.baseURL, query), readCatalogAnswer);
 }
 
 }  // namespace zelvora

@@ -1,26 +1,35 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/backend/catalogue.h>
-#include <ZelvoraSDK/backend/requests.h>
-#include <ZelvoraSDK/backend/route_response.h>
+#include <ZelvoraSDK/backend/interpret.h>
+#include <ZelvoraSDK/backend/semantic.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/platform/url.h>
-#include <ZelvoraSDK/routing/semantic_records.h>
 
 namespace zelvora {
 
 /// The library's only door to the backend for routing. Immutable, callable from any thread; each
-/// call is one independent request, which also goes on when the client is gone. Nothing is retried.
+/// call is one independent request, which goes on when the client is destroyed. Nothing is retried.
 ///
-/// A call reads its query before it returns, not while it is awaited. All fail with the transport's
-/// errors, unchanged, and as `answers.h` says.
+/// A call reads its query before it returns, not while it is awaited. Each fails with the
+/// transport's errors, as the reader of its endpoint's answer says, and over a base URL that can't
+/// be used; a secret access token is struck from all of them.
 class ZelvoraClient {
  public:
-  ZelvoraClient(Url baseURL, std::shared_ptr<UrlSession> session, std::shared_ptr<LogSink> log);
+  /// What a client is made of.
+  struct Parts {
+    Url baseURL;
+    std::string publishableKey;  ///< Never struck from an error: it is no secret.
+    std::shared_ptr<UrlSession> session;
+    std::shared_ptr<LogSink> log;
+  };
+
+  explicit ZelvoraClient(Parts parts) : parts_(std::move(parts)) {}
 
   /// Writes a console line and counts the call, just before it is sent.
   [[nodiscard]] asio::awaitable<RouteResponse> interpret(const InterpretQuery& query) const;
@@ -32,9 +41,7 @@ class ZelvoraClient {
       const CatalogQuery& query) const;
 
  private:
-  Url baseURL_;
-  std::shared_ptr<UrlSession> session_;
-  std::shared_ptr<LogSink> log_;
+  Parts parts_;
 };
 
 }  // namespace zelvora

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <ZelvoraSDK/backend/private/exchange.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {
@@ -10,7 +11,8 @@ namespace {
 constexpr int kNotConfigured = 501;
 constexpr int kTokenRejected = 401;
 
-// The coroutines are free functions that own all they use, so that a provider may go meanwhile.
+// The coroutines are free functions that own all they use, so that the provider may be
+// destroyed.
 
 using Settings = ZelvoraBackendCloudSTTProvider::Settings;
 
@@ -19,29 +21,39 @@ asio::awaitable<std::string> refuse() {
   co_return std::string();
 }
 
-asio::awaitable<std::string> upload(std::shared_ptr<UrlSession> session, UrlRequest request) {
-  const UrlResponse answer = co_await session->send(std::move(request));
-  co_return readTranscription(answer);
+struct Upload {
+  UrlRequest request;
+  std::string secret;
+};
+
+Upload uploadOf(const RecordedSpeech& speech, std::string token, const Settings& settings) {
+  std::string secret = secretOf(token, settings.publishableKey);
+  const UploadPass pass{std::move(token), "Boundary-" + settings.makeUuid()};
+  return {transcriptionRequest(settings.baseURL, speech, pass), std::move(secret)};
 }
 
-UrlRequest requestFor(const RecordedSpeech& speech, std::string token, const Settings& settings) {
-  const UploadPass pass{std::move(token), "Boundary-" + settings.makeUuid()};
-  return transcriptionRequest(settings.baseURL, speech, pass);
+asio::awaitable<std::string> send(std::shared_ptr<UrlSession> session, Upload upload) {
+  const UrlResponse answer =
+      co_await exchange(std::move(session), std::move(upload.request), std::move(upload.secret));
+  co_return readTranscription(answer);
 }
 
 asio::awaitable<std::string> transcribeWithRetry(std::shared_ptr<const Settings> settings,
                                                  std::shared_ptr<UrlSession> session,
                                                  RecordedSpeech speech) {
+  requireSecure(settings->baseURL);  // before anyone is asked for a token
   std::string token = co_await settings->tokenProvider();
+  Upload first = uploadOf(speech, std::move(token), *settings);
   try {
-    co_return co_await upload(session, requestFor(speech, std::move(token), *settings));
+    co_return co_await send(session, std::move(first));
   } catch (const Error& failure) {
     if (failure.code() != kTokenRejected) throw;
   }
   const AccessTokenProvider& fresh =
       settings->tokenRefreshProvider ? settings->tokenRefreshProvider : settings->tokenProvider;
   token = co_await fresh();
-  co_return co_await upload(session, requestFor(speech, std::move(token), *settings));
+  Upload second = uploadOf(speech, std::move(token), *settings);
+  co_return co_await send(std::move(session), std::move(second));
 }
 
 }  // namespace

@@ -43,6 +43,7 @@ class ZelvoraBackendCloudSTTProvider final : public ZelvoraCloudSTTProvider {
  public:
   struct Settings {
     Url baseURL;
+    std::string publishableKey;  ///< Never struck from an error: it is no secret.
     AccessTokenProvider tokenProvider;
     /// Asked once for a fresh token when the backend rejects the first; unset: `tokenProvider`.
     AccessTokenProvider tokenRefreshProvider;

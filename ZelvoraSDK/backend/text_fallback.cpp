@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/outcome/phrases.h>
 
 namespace zelvora {
 namespace {
@@ -127,7 +128,7 @@ std::optional<RouteResponse> readTextAnswer(std::string_view text) {
   RouteResponse response;
   response.mode = "execute";
   response.task = RouteResponse::Task{std::string(*id), readConfidence(answer)};
-  response.say = answer.firstCapture(sayPattern()).value_or("OK");
+  response.say = answer.firstCapture(sayPattern()).value_or(kDoneSay);
   response.screenId = *id;
   response.params.emplace();
   return response;

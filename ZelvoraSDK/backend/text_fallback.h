@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include <ZelvoraSDK/backend/route_response.h>
+#include <ZelvoraSDK/backend/interpret.h>
 
 namespace zelvora {
 

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include <ZelvoraSDK/backend/access_token.h>
+#include <ZelvoraSDK/backend/private/exchange.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
@@ -11,7 +13,6 @@
 namespace zelvora {
 namespace {
 
-constexpr Seconds kTimeout{60};
 constexpr int kEmptyResult = 0;
 constexpr int kNoHttpResponse = 2;
 constexpr std::string_view kLineEnd = "\r\n";
@@ -96,24 +97,19 @@ UrlRequest transcriptionRequest(const Url& baseURL, const RecordedSpeech& speech
                 .contentType = "audio/wav",
                 .content = speech.audio});
 
-  UrlRequest request;
-  request.method = "POST";
-  request.url = toString(appendingPath(baseURL, "/api/stt"));
-  request.headers = {{"Content-Type", form.contentType()},
-                     {"Authorization", bearerAuthorization(pass.accessToken)},
-                     {"X-Locale", speech.locale}};
-  request.body = std::move(form).finish();
-  request.timeout = kTimeout;
+  const std::string contentType = form.contentType();
+  UrlRequest request = post(baseURL, "/api/stt", contentType, std::move(form).finish());
+  request.headers.push_back({"Authorization", bearerAuthorization(pass.accessToken)});
+  request.headers.push_back({"X-Locale", speech.locale});
   return request;
 }
 
 std::string readTranscription(const UrlResponse& answer) {
   if (!answer.status) throw Error(kSTTErrorDomain, kNoHttpResponse, "No HTTP response");
   const int status = *answer.status;
-  const std::string bodyText = isValidUtf8(answer.body) ? answer.body : std::string();
-  if (status >= 200 && status <= 299) return readText(bodyText);
-  throw Error(kSTTErrorDomain, status,
-              bodyText.empty() ? "STT HTTP " + std::to_string(status) : bodyText);
+  const std::string text = bodyText(answer);
+  if (isSuccess(status)) return readText(text);
+  throw Error(kSTTErrorDomain, status, text.empty() ? "STT HTTP " + std::to_string(status) : text);
 }
 
 }  // namespace zelvora

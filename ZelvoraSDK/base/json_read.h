@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,29 +12,49 @@
 
 #include <boost/json/value.hpp>
 
-#include <ZelvoraSDK/base/json_error.h>
 #include <ZelvoraSDK/base/json_fwd.h>
-#include <ZelvoraSDK/base/json_parse.h>
 #include <ZelvoraSDK/base/ordered_map.h>
+#include <ZelvoraSDK/base/record.h>
 
 namespace zelvora {
+
+/// A parsed document. Owns all of its tree in one arena, so moving and destroying it is cheap.
+class JsonDocument {
+ public:
+  /// Valid as long as the document lives, wherever it is moved.
+  [[nodiscard]] const boost::json::value& root() const;
+
+  JsonDocument(JsonDocument&&) noexcept;
+  JsonDocument& operator=(JsonDocument&&) noexcept;
+  ~JsonDocument();
+
+ private:
+  friend JsonDocument parseJson(std::string_view bytes);
+  struct Tree;
+  explicit JsonDocument(std::unique_ptr<const Tree> tree);
+
+  std::unique_ptr<const Tree> tree_;
+};
+
+/// Parses a whole document of any kind, scalars included. Skips a byte-order mark; of duplicate
+/// keys the last value counts, at the place of the first. Bounded by `kMaxJsonBytes` and
+/// `kMaxJsonDepth`. Doubles are the nearest to what is
+/// written; a number too small for one is 0. Throws Error in `kJsonErrorDomain`.
+[[nodiscard]] JsonDocument parseJson(std::string_view bytes);
+
+/// The document in compact form, its keys in their order. All numbers are written as doubles.
+void writeJson(JsonWriter& out, const JsonDocument& document);
 
 /// A place in a parsed document, and how it was reached. A cursor borrows the tree, its parent
 /// cursor and its key, so it must not outlive them; the coding path costs nothing until something
 /// is wrong.
 ///
-/// A record becomes readable by a function beside it, found by its argument:
-///
-///     void readJson(const JsonCursor& in, Screen& screen) {
-///       in.read("id", screen.id);               // required
-///       in.read("subtitle", screen.subtitle);   // a std::optional: absent or null
-///       in.readIfPresent("rank", screen.rank);  // keeps its default when absent or null
-///     }
-///
-/// Readable without one: bool, std::string, double, std::int64_t, and vectors and ordered maps of
-/// what is readable. Unknown keys are ignored. Every failure is an Error in `kJsonErrorDomain`
-/// whose description starts with the coding path: `tasks[3].keywords[0]: expected String, found
-/// number`.
+/// Readable are bool, std::string, double, std::int64_t, vectors and ordered maps of what is
+/// readable, and records: those that list their `fields` (see record.h), and those with a
+/// `void readJson(const JsonCursor&, Record&)` beside them. A std::optional may be absent or null,
+/// a `Defaulted` field too; all others are required. Unknown keys are ignored. Every failure is an
+/// Error in `kJsonErrorDomain` whose description starts with the coding path:
+/// `tasks[3].keywords[0]: expected String, found number`.
 class JsonCursor {
  public:
   explicit JsonCursor(const boost::json::value& root) : value_(&root) {}
@@ -78,6 +99,11 @@ class JsonCursor {
     // emplace() without arguments fails in clang for records nested in a class that was still open
     // when this optional was named in it.
     if (found) readJson(JsonCursor(*this, key, *found), field.emplace(T{}));
+  }
+
+  template <class T>
+  void read(std::string_view key, Defaulted<T> defaulted) const {
+    readIfPresent(key, defaulted.field);
   }
 
   /// Leaves `field` as it is when the key is missing or null.
@@ -145,6 +171,17 @@ void readJson(const JsonCursor& in, OrderedMap<T>& map) {
     readJson(JsonCursor(in, key, member.value()), value);
   }
   map = OrderedMap<T>::fromUniqueEntries(std::move(entries));
+}
+
+/// Reads every field that `fields` lists.
+template <HasFields Record>
+void readFields(const JsonCursor& in, Record& record) {
+  fields([&in](std::string_view key, auto&& field) { in.read(key, field); }, record);
+}
+
+template <HasFields Record>
+void readJson(const JsonCursor& in, Record& record) {
+  readFields(in, record);
 }
 
 /// Parses `bytes` and reads the document as a T.

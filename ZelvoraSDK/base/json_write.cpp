@@ -1,7 +1,6 @@
 #include <ZelvoraSDK/base/json_write.h>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/json_error.h>
 #include <ZelvoraSDK/base/text.h>
 
 #include <algorithm>
@@ -55,6 +54,7 @@ void JsonWriter::string(std::string_view text) {
 
 void JsonWriter::quote(std::string_view text) {
   if (!isValidUtf8(text)) return quote(repairedUtf8(text));
+  out_.reserve(out_.size() + text.size() + 2);
   out_ += '"';
   while (!text.empty()) {
     const auto plain =

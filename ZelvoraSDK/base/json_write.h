@@ -11,6 +11,7 @@
 
 #include <ZelvoraSDK/base/json_fwd.h>
 #include <ZelvoraSDK/base/ordered_map.h>
+#include <ZelvoraSDK/base/record.h>
 
 namespace zelvora {
 
@@ -23,7 +24,8 @@ namespace zelvora {
 ///     out.endObject();
 ///
 /// Writable: bools, numbers, text, null pointers, vectors, ordered maps and optionals of what is
-/// writable, and records with a `void writeJson(JsonWriter&, const Record&)` beside them. Doubles
+/// writable, and records: those that list their `fields` (see record.h), and those with a
+/// `void writeJson(JsonWriter&, const Record&)` beside them. Doubles
 /// are written in their shortest form, integral ones as integers; NaN and infinities throw an
 /// Error. Text that is not UTF-8 is repaired with U+FFFD.
 class JsonWriter {
@@ -120,6 +122,14 @@ void writeJson(JsonWriter& out, const std::optional<T>& value) {
     out.value(*value);
   else
     out.null();
+}
+
+template <HasFields Record>
+void writeJson(JsonWriter& out, const Record& record) {
+  out.object([&record](JsonWriter& members) {
+    fields([&members](std::string_view name, const auto& field) { members.member(name, field); },
+           record);
+  });
 }
 
 template <class T>

@@ -15,6 +15,17 @@ inline constexpr std::size_t kMaxJsonBytes = std::size_t{128} << 20;
 /// Arrays and objects within each other: readers recurse, and a phone's threads have small stacks.
 inline constexpr std::size_t kMaxJsonDepth = 512;
 
+// Utterances: the façade takes any text, in memory of at most 8 times its size.
+
+/// Bytes of an utterance that is tried in other words as well. Nobody says or types that much, and
+/// each wording takes as much memory again.
+inline constexpr std::size_t kMaxRephrasedBytes = std::size_t{64} << 10;
+
+// Files that are read whole.
+
+/// Bytes of one file: as large as the largest document.
+inline constexpr std::size_t kMaxFileBytes = kMaxJsonBytes;
+
 // HTTPS: what the backend answers.
 
 /// Bytes of one response, body and what the transport counts with it. A parsed tree takes about 27

@@ -167,6 +167,10 @@ std::string_view trimmed(std::string_view text) {
 bool isBlank(std::string_view text) { return leadingWhiteSpace(text) == text.size(); }
 
 void appendLowercased(std::string& text, char32_t value) {
+  if (value < 0x80) {
+    text += value >= 'A' && value <= 'Z' ? static_cast<char>(value + 32) : static_cast<char>(value);
+    return;
+  }
   // The one full lower-case mapping that is longer than a code point.
   if (value == U'\u0130') {
     text += "i\u0307";

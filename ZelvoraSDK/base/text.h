@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -48,6 +49,16 @@ void appendLowercased(std::string& text, char32_t value);
 
 /// The pieces between separators, empty ones dropped, as views of `text`.
 [[nodiscard]] std::vector<std::string_view> splitWords(std::string_view text, char separator = ' ');
+
+/// Calls `use(word)` for each of those pieces, for texts that may be too long to list their words.
+template <class Use>
+void forEachWord(std::string_view text, Use use) {
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    if (end > start) use(text.substr(start, end - start));
+    start = end + 1;
+  }
+}
 
 /// The pieces with one space between them.
 [[nodiscard]] std::string joinWords(const std::vector<std::string_view>& words);

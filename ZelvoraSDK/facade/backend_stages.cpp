@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include <ZelvoraSDK/backend/conversion.h>
-
 namespace zelvora {
 namespace {
 
@@ -33,7 +31,10 @@ asio::awaitable<StageYield> BackendStages::interpret(std::string utterance) {
 }
 
 ZelvoraClient BackendStages::client() const {
-  return {parseUrl(parts_.settings.baseURL), parts_.platform.urlSession, parts_.platform.log};
+  return ZelvoraClient({.baseURL = parts_.settings.baseURL,
+                        .publishableKey = parts_.settings.publishableKey,
+                        .session = parts_.platform.urlSession,
+                        .log = parts_.platform.log});
 }
 
 asio::awaitable<StageYield> BackendStages::askSemantic(Self self, std::string utterance) {

@@ -12,7 +12,7 @@
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/stage_report.h>
 #include <ZelvoraSDK/platform/platform.h>
-#include <ZelvoraSDK/routing/semantic_cache.h>
+#include <ZelvoraSDK/routing/semantic.h>
 
 namespace zelvora {
 
@@ -24,7 +24,7 @@ class BackendStages : public std::enable_shared_from_this<BackendStages> {
   struct Parts {
     Platform platform;
     ZelvoraSettings settings;
-    AnyEncodable spec;
+    StoredSpec spec;
     std::shared_ptr<const Lazy<PreparedSpec>> prepared;
     AccessTokenProvider accessToken;
   };
@@ -48,7 +48,6 @@ class BackendStages : public std::enable_shared_from_this<BackendStages> {
   static asio::awaitable<StageYield> askCatalogue(Self self, std::string utterance);
   static asio::awaitable<StageYield> askInterpret(Self self, std::string utterance);
 
-  /// Throws Error when the base URL is none.
   [[nodiscard]] ZelvoraClient client() const;
 
   Parts parts_;

@@ -1,5 +1,6 @@
 #include <ZelvoraSDK/facade/local_stage.h>
 
+#include <string_view>
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
@@ -7,14 +8,26 @@
 #include <ZelvoraSDK/routing/normalizer.h>
 
 namespace zelvora {
+namespace {
 
-CleanedUtterance cleanUtterance(std::string_view text, const PreparedSpec& spec,
+void trim(std::string& text) {
+  const std::string_view core = trimmed(text);
+  const std::size_t start = static_cast<std::size_t>(core.data() - text.data());
+  text.resize(start + core.size());
+  text.erase(0, start);
+}
+
+}  // namespace
+
+CleanedUtterance cleanUtterance(std::string text, const PreparedSpec& spec,
                                 const std::string& locale) {
-  const auto* table = spec.replacements(locale);
+  trim(text);
   CleanedUtterance cleaned;
-  cleaned.replaced = table ? withReplacements(trimmed(text), *table) : std::string(trimmed(text));
-  cleaned.normalized =
-      Normalizer::normalize(cleaned.replaced, locale, spec.stopwords(locale)).normalizedText;
+  if (const auto* table = spec.replacements(locale))
+    cleaned.replaced = withReplacements(text, *table);
+  else
+    cleaned.replaced = std::move(text);
+  cleaned.normalized = Normalizer::normalizedText(cleaned.replaced, locale, spec.stopwords(locale));
   return cleaned;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <ZelvoraSDK/facade/candidate_choice.h>
@@ -18,7 +17,8 @@ struct CleanedUtterance {
   std::string normalized;  ///< The normaliser's output for that; may be empty.
 };
 
-CleanedUtterance cleanUtterance(std::string_view text, const PreparedSpec& spec,
+/// Takes the text by value: utterances may be long, and this one is done with.
+CleanedUtterance cleanUtterance(std::string text, const PreparedSpec& spec,
                                 const std::string& locale);
 
 /// What the device makes of a cleaned utterance.

@@ -2,10 +2,10 @@
 
 namespace zelvora {
 
-PreparedSpec::PreparedSpec(const AnyEncodable& spec) : resolved_(resolveSpec(spec)) {
-  if (!resolved_) return;
-  tasks_.emplace(resolved_->spec->tasks());
-  if (resolved_->thresholds) thresholds_ = *resolved_->thresholds;
+PreparedSpec::PreparedSpec(const StoredSpec& spec) : resolved_(spec.resolve()) {
+  if (!resolved_.spec) return;
+  tasks_.emplace(resolved_.spec->tasks());
+  if (resolved_.thresholds) thresholds_ = *resolved_.thresholds;
 }
 
 const RuntimeSpec::Context* PreparedSpec::enabledContext() const {
@@ -16,14 +16,13 @@ const RuntimeSpec::Context* PreparedSpec::enabledContext() const {
 const std::vector<std::string>& PreparedSpec::stopwords(const std::string& locale) const {
   static const std::vector<std::string> kNone;
   if (!full()) return kNone;
-  const auto& byLocale = full()->routing.thresholds.stopwordsByLocale;
-  const auto* own = byLocale ? byLocale->find(locale) : nullptr;
-  return own && !own->empty() ? *own : full()->routing.stopwords;
+  const RuntimeSpec::Routing& routing = full()->routing;
+  return routing.thresholds.stopwordsByLocale.ownOr(locale, routing.stopwords);
 }
 
 const OrderedMap<std::string>* PreparedSpec::replacements(const std::string& locale) const {
-  if (!full() || !full()->stt || !full()->stt->replacementsByLocale) return nullptr;
-  const auto* table = full()->stt->replacementsByLocale->find(locale);
+  if (!full() || !full()->stt) return nullptr;
+  const auto* table = full()->stt->replacementsByLocale.find(locale);
   return table && !table->empty() ? table : nullptr;
 }
 

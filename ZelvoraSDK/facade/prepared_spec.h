@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/routing/compiled_tasks.h>
-#include <ZelvoraSDK/spec/any_encodable.h>
-#include <ZelvoraSDK/spec/spec_resolution.h>
+#include <ZelvoraSDK/routing/local_router.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 
 namespace zelvora {
 
@@ -15,15 +14,13 @@ namespace zelvora {
 class PreparedSpec {
  public:
   /// Resolves `spec`; fatal on a task that breaks the preconditions of its record.
-  explicit PreparedSpec(const AnyEncodable& spec);
+  explicit PreparedSpec(const StoredSpec& spec);
 
   /// Absent when the spec reads neither as a full nor as a minimal one: nothing can be scored.
   [[nodiscard]] const CompiledTasks* tasks() const { return tasks_ ? &*tasks_ : nullptr; }
 
   /// The spec as a full one, or null.
-  [[nodiscard]] const RuntimeSpec* full() const {
-    return resolved_ ? resolved_->runtimeSpec.get() : nullptr;
-  }
+  [[nodiscard]] const RuntimeSpec* full() const { return resolved_.runtimeSpec.get(); }
 
   /// The spec's thresholds; absent ones have their defaults.
   [[nodiscard]] const RuntimeSpec::Thresholds& thresholds() const { return thresholds_; }
@@ -38,7 +35,7 @@ class PreparedSpec {
   [[nodiscard]] const OrderedMap<std::string>* replacements(const std::string& locale) const;
 
  private:
-  std::optional<ResolvedSpec> resolved_;
+  ResolvedSpec resolved_;
   std::optional<CompiledTasks> tasks_;
   RuntimeSpec::Thresholds thresholds_;
 };

@@ -1,6 +1,7 @@
 #include <ZelvoraSDK/facade/replacements.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include <ZelvoraSDK/base/text.h>
@@ -11,12 +12,16 @@ std::string withReplacements(std::string_view text, const OrderedMap<std::string
   std::vector<std::string> keys;
   for (const auto& [key, value] : table) keys.push_back(lowercased(key));
 
-  std::vector<std::string_view> words = splitWords(text);
-  for (std::string_view& word : words) {
+  std::string replaced;
+  replaced.reserve(text.size());
+  bool isFirst = true;
+  forEachWord(text, [&](std::string_view word) {
     const auto fitting = std::ranges::find(keys, lowercased(word));
     if (fitting != keys.end()) word = (table.begin() + (fitting - keys.begin()))->second;
-  }
-  return joinWords(words);
+    if (!std::exchange(isFirst, false)) replaced += ' ';
+    replaced += word;
+  });
+  return replaced;
 }
 
 }  // namespace zelvora

@@ -2,19 +2,14 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/platform/url.h>
 
 namespace zelvora {
 namespace {
 
-std::string baseURLOf(const AppBundle& bundle) {
+Url baseURLOf(const AppBundle& bundle) {
   const auto setting = bundle.stringSetting("ZelvoraBackendBaseURL");
-  if (!setting) return kDefaultBackendBaseURL;
-  try {
-    return toString(parseUrl(trimmed(*setting)));
-  } catch (const Error&) {
-    return kDefaultBackendBaseURL;
-  }
+  const auto url = setting ? readUrl(trimmed(*setting)) : std::nullopt;
+  return url ? *url : parseUrl(kDefaultBackendBaseURL);
 }
 
 std::string publishableKeyOf(const AppBundle& bundle) {

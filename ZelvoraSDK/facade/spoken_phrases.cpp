@@ -5,7 +5,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/spec/spec_resolution.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 
 namespace zelvora {
 namespace {
@@ -14,21 +14,10 @@ constexpr std::size_t kLongestHint = 40;  // in characters, like the next but on
 constexpr std::size_t kMostHints = 60;
 constexpr std::size_t kMostHintCharacters = 1200;
 
-template <class Value>
-const Value* entryFor(const std::optional<ByLocale<Value>>& table, const std::string& locale) {
-  return table ? table->find(locale) : nullptr;
-}
-
 using Phrases = std::vector<std::string>;
 
-const Phrases& ownOrPlain(const std::optional<ByLocale<Phrases>>& own, const Phrases& plain,
-                          const std::string& locale) {
-  const Phrases* entry = entryFor(own, locale);
-  return entry && !entry->empty() ? *entry : plain;
-}
-
 const Phrases* hintsFor(const RuntimeSpec& spec, const std::string& locale) {
-  return spec.stt ? entryFor(spec.stt->hintsByLocale, locale) : nullptr;
+  return spec.stt ? spec.stt->hintsByLocale.find(locale) : nullptr;
 }
 
 /// Takes hints in order until there are enough.
@@ -71,13 +60,13 @@ class Vocabulary {
 };
 
 std::string languageFor(const RuntimeSpec& spec, const std::string& locale) {
-  const std::string* language = spec.stt ? entryFor(spec.stt->languageByLocale, locale) : nullptr;
+  const std::string* language = spec.stt ? spec.stt->languageByLocale.find(locale) : nullptr;
   if (language) return *language;
   return locale.starts_with("he") ? "he" : "en";
 }
 
 std::string promptFor(const RuntimeSpec& spec, const std::string& locale) {
-  const std::string* prompt = spec.stt ? entryFor(spec.stt->promptsByLocale, locale) : nullptr;
+  const std::string* prompt = spec.stt ? spec.stt->promptsByLocale.find(locale) : nullptr;
   return prompt ? *prompt : "Generic voice navigation.";
 }
 
@@ -92,7 +81,7 @@ Phrases requestHints(const RuntimeSpec& spec, const std::string& locale) {
 
 const std::vector<std::string>& spokenKeywords(const RuntimeSpec::Task& task,
                                                const std::string& locale) {
-  return ownOrPlain(task.keywordsByLocale, task.keywords, locale);
+  return task.keywordsByLocale.ownOr(locale, task.keywords);
 }
 
 std::optional<ZelvoraSTTRequestParams> sttRequestParams(const RuntimeSpec* spec,
@@ -108,17 +97,16 @@ std::vector<std::string> recognitionVocabulary(const RuntimeSpec& spec, const st
   for (const RuntimeSpec::Task& task : spec.tasksRaw) {
     vocabulary.add(task.title);
     vocabulary.add(spokenKeywords(task, locale));
-    vocabulary.add(ownOrPlain(task.examplesByLocale, task.examples, locale));
+    vocabulary.add(task.examplesByLocale.ownOr(locale, task.examples));
   }
   if (const Phrases* hints = hintsFor(spec, locale)) vocabulary.add(*hints);
   return std::move(vocabulary).take();
 }
 
-std::vector<std::string> recognitionVocabulary(const AnyEncodable& spec,
-                                               const std::string& locale) {
-  const auto resolved = resolveSpec(spec);
-  if (!resolved || !resolved->runtimeSpec) return {};
-  return recognitionVocabulary(*resolved->runtimeSpec, locale);
+std::vector<std::string> recognitionVocabulary(const StoredSpec& spec, const std::string& locale) {
+  const ResolvedSpec resolved = spec.resolve();
+  if (!resolved.runtimeSpec) return {};
+  return recognitionVocabulary(*resolved.runtimeSpec, locale);
 }
 
 }  // namespace zelvora

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include <ZelvoraSDK/backend/transcription.h>
-#include <ZelvoraSDK/spec/any_encodable.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 
 namespace zelvora {
 
@@ -25,7 +25,7 @@ namespace zelvora {
 [[nodiscard]] std::vector<std::string> recognitionVocabulary(const RuntimeSpec& spec,
                                                              const std::string& locale);
 /// The same of a spec as the façade takes it; empty when that is no full one.
-[[nodiscard]] std::vector<std::string> recognitionVocabulary(const AnyEncodable& spec,
+[[nodiscard]] std::vector<std::string> recognitionVocabulary(const StoredSpec& spec,
                                                              const std::string& locale);
 
 }  // namespace zelvora

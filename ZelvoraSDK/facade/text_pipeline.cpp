@@ -4,13 +4,9 @@
 
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/local_stage.h>
+#include <ZelvoraSDK/outcome/phrases.h>
 
 namespace zelvora {
-namespace {
-
-constexpr const char* kSaySomething = "Type or say something 🙂";
-
-}  // namespace
 
 TextPipeline::TextPipeline(Parts parts)
     : parts_(std::move(parts)),
@@ -22,9 +18,9 @@ asio::awaitable<ZelvoraResult> TextPipeline::route(std::string text) {
 }
 
 asio::awaitable<ZelvoraResult> TextPipeline::routeText(Self self, std::string text) {
-  if (isBlank(text)) co_return ZelvoraUnsupported{kSaySomething};
-  std::string utterance = self->cleaned(text);
-  if (utterance.empty()) co_return ZelvoraUnsupported{kSaySomething};
+  if (isBlank(text)) co_return ZelvoraUnsupported{kNothingSaidSay};
+  std::string utterance = self->cleaned(std::move(text));
+  if (utterance.empty()) co_return ZelvoraUnsupported{kNothingSaidSay};
 
   StageYield local = co_await self->stage("local", utterance, scoreLocally(self, utterance));
   if (local) co_return co_await remembered(self, *std::move(local));
@@ -32,8 +28,9 @@ asio::awaitable<ZelvoraResult> TextPipeline::routeText(Self self, std::string te
   co_return co_await remembered(self, std::move(answer));
 }
 
-std::string TextPipeline::cleaned(std::string_view text) const {
-  CleanedUtterance utterance = cleanUtterance(text, parts_.spec->get(), parts_.settings.locale);
+std::string TextPipeline::cleaned(std::string text) const {
+  CleanedUtterance utterance =
+      cleanUtterance(std::move(text), parts_.spec->get(), parts_.settings.locale);
   parts_.platform.log->write("[Zelvora][Normalize] '" + utterance.replaced + "' -> '" +
                              utterance.normalized + "'");
   return std::move(utterance.normalized);

@@ -3,7 +3,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include <ZelvoraSDK/async/actor.h>
 #include <ZelvoraSDK/async/awaitable.h>
@@ -49,7 +48,7 @@ class TextPipeline : public std::enable_shared_from_this<TextPipeline> {
   static asio::awaitable<ZelvoraResult> askBackend(Self self, std::string utterance);
   static asio::awaitable<ZelvoraResult> remembered(Self self, ZelvoraResult result);
 
-  [[nodiscard]] std::string cleaned(std::string_view text) const;
+  [[nodiscard]] std::string cleaned(std::string text) const;
   asio::awaitable<StageYield> stage(const char* name, const std::string& utterance,
                                     asio::awaitable<StageYield> work) const;
 

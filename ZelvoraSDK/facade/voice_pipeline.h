@@ -13,7 +13,7 @@
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/settings.h>
-#include <ZelvoraSDK/outcome/route_response.h>
+#include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/platform.h>
 #include <ZelvoraSDK/speech/local_speech_recognizer.h>
 #include <ZelvoraSDK/speech/stt_protocols.h>

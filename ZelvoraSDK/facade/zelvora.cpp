@@ -7,7 +7,7 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/facade/voice_pipeline.h>
-#include <ZelvoraSDK/spec/spec_loader.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 
 namespace zelvora {
 namespace {
@@ -22,7 +22,7 @@ AccessTokenProvider tokensFor(const ZelvoraSettings& settings, const ZelvoraHook
 
 using SharedSpec = std::shared_ptr<const Lazy<PreparedSpec>>;
 
-SharedSpec prepare(const AnyEncodable& spec) {
+SharedSpec prepare(const StoredSpec& spec) {
   return std::make_shared<const Lazy<PreparedSpec>>([spec] { return PreparedSpec(spec); });
 }
 
@@ -40,7 +40,7 @@ std::shared_ptr<TextPipeline> makeTextPipeline(BackendStages::Parts parts,
 
 }  // namespace
 
-Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, AnyEncodable theSpec,
+Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, StoredSpec theSpec,
                     ZelvoraHooks hooks)
     : platform(std::move(thePlatform)),
       settings(std::move(theSettings)),
@@ -85,7 +85,7 @@ asio::awaitable<ZelvoraResult> Zelvora::Core::routeReported(std::shared_ptr<Core
   co_return result;
 }
 
-Zelvora::Zelvora(Platform platform, ZelvoraSettings settings, AnyEncodable spec, ZelvoraHooks hooks)
+Zelvora::Zelvora(Platform platform, ZelvoraSettings settings, StoredSpec spec, ZelvoraHooks hooks)
     : core_(std::make_shared<Core>(std::move(platform), std::move(settings), std::move(spec),
                                    std::move(hooks))),
       callbacks_(std::make_shared<Callbacks>()),
@@ -93,7 +93,7 @@ Zelvora::Zelvora(Platform platform, ZelvoraSettings settings, AnyEncodable spec,
       onResult(callbacks_->onResult),
       onAuditEvent(callbacks_->onAuditEvent) {}
 
-Zelvora::Zelvora(Platform platform, AnyEncodable spec, ZelvoraHooks hooks)
+Zelvora::Zelvora(Platform platform, StoredSpec spec, ZelvoraHooks hooks)
     : Zelvora(platform, settingsFromPropertyList(*platform.bundle), std::move(spec),
               std::move(hooks)) {}
 

@@ -11,9 +11,9 @@
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/stage_report.h>
-#include <ZelvoraSDK/outcome/route_response.h>
+#include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/platform.h>
-#include <ZelvoraSDK/spec/any_encodable.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 #include <ZelvoraSDK/speech/stt_protocols.h>
 
 namespace zelvora {
@@ -46,10 +46,10 @@ class Zelvora {
   };
 
   /// Every setting given.
-  Zelvora(Platform platform, ZelvoraSettings settings, AnyEncodable spec, ZelvoraHooks hooks = {});
+  Zelvora(Platform platform, ZelvoraSettings settings, StoredSpec spec, ZelvoraHooks hooks = {});
 
   /// The settings come from the property list of the platform's bundle; fatal without a key there.
-  Zelvora(Platform platform, AnyEncodable spec, ZelvoraHooks hooks = {});
+  Zelvora(Platform platform, StoredSpec spec, ZelvoraHooks hooks = {});
 
   /// The spec too comes from the bundle. Missing, unreadable or malformed, it is fatal.
   Zelvora(Platform platform, const SpecResource& spec, ZelvoraHooks hooks = {});

@@ -32,12 +32,9 @@ std::shared_ptr<ZelvoraCloudSTTProvider> makeCloudSTT(
     const Platform& platform, const ZelvoraSettings& settings,
     ZelvoraBackendCloudSTTProvider::Settings with) {
   if (!mayAskCloud(settings)) return std::make_shared<ZelvoraNoCloudSTTProvider>();
-  try {
-    with.baseURL = parseUrl(settings.baseURL);
-    return std::make_shared<ZelvoraBackendCloudSTTProvider>(std::move(with), platform.urlSession);
-  } catch (const Error&) {
-    return std::make_shared<ZelvoraNoCloudSTTProvider>();  // an unusable address
-  }
+  with.baseURL = settings.baseURL;
+  with.publishableKey = settings.publishableKey;
+  return std::make_shared<ZelvoraBackendCloudSTTProvider>(std::move(with), platform.urlSession);
 }
 
 /// Questions to the user, which end with the scope.

@@ -5,9 +5,22 @@
 #include <variant>
 #include <vector>
 
-#include <ZelvoraSDK/outcome/task_action.h>
+#include <ZelvoraSDK/base/ordered_map.h>
+#include <ZelvoraSDK/base/record.h>
 
 namespace zelvora {
+
+/// Parameters that travel with a navigation, in the order of the spec.
+using Params = OrderedMap<std::string>;
+
+/// What executing a task does.
+struct ZelvoraTaskAction {
+  std::string type;                           ///< Kind of action; "present" shows a presentation.
+  std::optional<std::string> presentationId;  ///< The presentation (sheet, modal) to show.
+  std::optional<std::string> screenId;        ///< The screen to open in place of the task's own.
+
+  bool operator==(const ZelvoraTaskAction&) const = default;
+};
 
 /// One candidate offered to the user.
 struct ZelvoraChoice {
@@ -19,9 +32,6 @@ struct ZelvoraChoice {
 
   bool operator==(const ZelvoraChoice&) const = default;
 };
-
-void readJson(const JsonCursor& in, ZelvoraChoice& choice);
-void writeJson(JsonWriter& out, const ZelvoraChoice& choice);
 
 /// Open a screen now.
 struct ZelvoraExecute {
@@ -68,9 +78,76 @@ using ZelvoraResult =
 /// confidence: 0.77, taskId: nil)`. Quotes, backslashes and control characters are escaped.
 std::string describe(const ZelvoraResult& result);
 
+struct ZelvoraRouteTimings {
+  double stt = 0;  ///< Seconds spent in speech-to-text for this request.
+  bool operator==(const ZelvoraRouteTimings&) const = default;
+};
+
+/// The reply to an audio routing request.
+struct ZelvoraRouteResponse {
+  ZelvoraResult result;
+  bool sttUsed = false;  ///< Whether speech-to-text produced the text that was routed.
+  std::optional<ZelvoraRouteTimings> timings;  ///< Present when the request was measured.
+  bool operator==(const ZelvoraRouteResponse&) const = default;
+};
+
+template <class Visitor, RecordOf<ZelvoraTaskAction> Record>
+void fields(Visitor&& visit, Record& action) {
+  visit("type", action.type);
+  visit("presentationId", action.presentationId);
+  visit("screenId", action.screenId);
+}
+
+template <class Visitor, RecordOf<ZelvoraChoice> Record>
+void fields(Visitor&& visit, Record& choice) {
+  visit("taskId", choice.taskId);
+  visit("title", choice.title);
+  visit("confidence", choice.confidence);
+  visit("screenId", choice.screenId);
+  visit("params", choice.params);
+}
+
+template <class Visitor, RecordOf<ZelvoraExecute> Record>
+void fields(Visitor&& visit, Record& result) {
+  visit("screenId", result.screenId);
+  visit("params", result.params);
+  visit("say", result.say);
+  visit("confidence", result.confidence);
+  visit("taskId", result.taskId);
+}
+
+template <class Visitor, RecordOf<ZelvoraPresent> Record>
+void fields(Visitor&& visit, Record& result) {
+  visit("presentationId", result.presentationId);
+  visit("params", result.params);
+  visit("say", result.say);
+  visit("confidence", result.confidence);
+  visit("taskId", result.taskId);
+}
+
+template <class Visitor, RecordOf<ZelvoraShowChoices> Record>
+void fields(Visitor&& visit, Record& result) {
+  visit("say", result.say);
+  visit("choices", result.choices);
+}
+
+template <class Visitor, RecordOf<ZelvoraUnsupported> Record>
+void fields(Visitor&& visit, Record& result) {
+  visit("say", result.say);
+}
+
 }  // namespace zelvora
 
 template <>
+struct std::hash<zelvora::ZelvoraTaskAction> {
+  std::size_t operator()(const zelvora::ZelvoraTaskAction& action) const noexcept {
+    return zelvora::hashOf(action);
+  }
+};
+
+template <>
 struct std::hash<zelvora::ZelvoraChoice> {
-  std::size_t operator()(const zelvora::ZelvoraChoice& choice) const noexcept;
+  std::size_t operator()(const zelvora::ZelvoraChoice& choice) const noexcept {
+    return zelvora::hashOf(choice);
+  }
 };

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -11,6 +10,9 @@
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
+
+/// The domain of transport failures that the library itself finds; a session has its own.
+inline constexpr char kTransportErrorDomain[] = "ZelvoraTransport";
 
 struct UrlHeader {
   std::string name;
@@ -61,9 +63,5 @@ class NoNetworkSession final : public UrlSession {
 
   std::string description_;
 };
-
-/// The value of an Authorization header for `token`, which may or may not carry the scheme
-/// already: "abc", "Bearer abc" and "Bearer abc " all give "Bearer abc".
-[[nodiscard]] std::string bearerAuthorization(std::string_view token);
 
 }  // namespace zelvora

@@ -1,15 +1,16 @@
 #include <ZelvoraSDK/platform/system.h>
 
 #include <cstdio>
-#include <string>
 
 namespace zelvora {
 
 void StandardOutputLogSink::write(std::string_view line) {
-  // One call a line: the C library holds the stream's lock for its length.
-  const std::string whole = std::string(line) + '\n';
-  std::fwrite(whole.data(), 1, whole.size(), stdout);
+  // Lines may be long, so none is copied to give it its end.
+  ::flockfile(stdout);
+  std::fwrite(line.data(), 1, line.size(), stdout);
+  std::fputc('\n', stdout);
   std::fflush(stdout);
+  ::funlockfile(stdout);
 }
 
 }  // namespace zelvora

@@ -13,12 +13,22 @@ namespace {
 constexpr std::string_view kHttp = "http";
 constexpr std::string_view kHttps = "https";
 
-[[noreturn]] void refuse(const char* why) { throw Error(kUrlErrorDomain, kUrlMalformed, why); }
+[[noreturn]] void refuse(const std::string& why) {
+  throw Error(kUrlErrorDomain, kUrlMalformed, why);
+}
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 char lowercasedAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 bool isLowerAlphanumeric(char c) { return isDigit(c) || (c >= 'a' && c <= 'z'); }
 bool isBeyondAscii(char c) { return static_cast<unsigned char>(c) >= 0x80; }
+/// A letter, then letters, digits and "+-.".
+bool isScheme(std::string_view text) {
+  const auto isPart = [](char c) {
+    return isLowerAlphanumeric(lowercasedAscii(c)) || c == '+' || c == '-' || c == '.';
+  };
+  return !text.empty() && !isDigit(text[0]) && isLowerAlphanumeric(lowercasedAscii(text[0])) &&
+         std::ranges::all_of(text, isPart);
+}
 bool isHostCharacter(char c) {
   return isLowerAlphanumeric(c) || c == '.' || c == '-' || c == '_' || isBeyondAscii(c);
 }
@@ -106,6 +116,20 @@ Url parseUrl(std::string_view text) {
   return url;
 }
 
+std::optional<Url> readUrl(std::string_view text) {
+  const std::string_view scheme = text.substr(0, std::min(text.find(':'), text.size()));
+  if (scheme.size() == text.size() || !isScheme(scheme)) return std::nullopt;
+  if (std::ranges::any_of(text, isForbidden)) return std::nullopt;
+  try {
+    return parseUrl(text);
+  } catch (const Error& refused) {
+    Url kept;
+    kept.scheme = lowercasedAscii(scheme);
+    kept.refusal = refused.description();
+    return kept;
+  }
+}
+
 std::string toString(const Url& url) {
   const std::string port = url.port.empty() ? "" : ":" + url.port;
   return url.scheme + "://" + url.host + port + url.path + url.query;
@@ -124,6 +148,7 @@ bool isLoopback(const Url& url) {
 }
 
 void requireSecure(const Url& url) {
+  if (!url.refusal.empty()) refuse(url.refusal);
   if (url.scheme == kHttps || isLoopback(url)) return;
   throw Error(kUrlErrorDomain, kUrlInsecure,
               "\"" + url.host + "\" must be reached by https; plain http is for this machine only");

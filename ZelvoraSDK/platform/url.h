@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,11 +13,13 @@ inline constexpr int kUrlInsecure = 2;
 
 /// An absolute http or https address, taken apart. Its fragment is dropped.
 struct Url {
-  std::string scheme;  ///< "http" or "https".
+  std::string scheme;  ///< "http" or "https"; any other in an address that can't be used.
   std::string host;    ///< In lower case; an IPv6 address stands in its brackets.
   std::string port;    ///< Digits; empty when the address names none.
   std::string path;    ///< Begins with '/', or is empty.
   std::string query;   ///< Begins with '?', or is empty.
+  /// Why this address can't be used; empty for one that can. Only `readUrl` gives such addresses.
+  std::string refusal;
 
   bool operator==(const Url&) const = default;
 };
@@ -24,6 +27,11 @@ struct Url {
 /// Stricter than browsers are: no user name, no white space, no backslash, so that every reader of
 /// the address sees the same host. Throws Error; its text never repeats the address.
 [[nodiscard]] Url parseUrl(std::string_view text);
+
+/// For a setting that names an address: absent when `text` is no URL at all, so that a default may
+/// take its place. One that `parseUrl` refuses is kept and refused later, by `requireSecure`: what
+/// was meant for one server must not go to another.
+[[nodiscard]] std::optional<Url> readUrl(std::string_view text);
 
 [[nodiscard]] std::string toString(const Url& url);
 
@@ -33,7 +41,7 @@ struct Url {
 /// Whether the host is this machine by its very name: localhost, 127.0.0.0/8 or [::1].
 [[nodiscard]] bool isLoopback(const Url& url);
 
-/// Throws Error unless `url` is https, or http to a loopback host.
+/// Throws Error unless `url` can be used and is https, or http to a loopback host.
 void requireSecure(const Url& url);
 
 }  // namespace zelvora

@@ -4,11 +4,65 @@
 #include <set>
 #include <utility>
 
+#include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/routing/caseless_text.h>
 
 namespace zelvora {
 namespace {
+
+constexpr std::size_t kInsideCodePoint = static_cast<std::size_t>(-1);
+
+/// A text to search without regard to case. Refers to the text that it is made from.
+class CaselessText {
+ public:
+  explicit CaselessText(std::string_view text);
+
+  /// The text in lower case.
+  [[nodiscard]] const std::string& lower() const { return lower_; }
+
+  /// The text with `with` in place of each `what`, from left to right; the rest keeps its case.
+  /// Only whole code points are replaced: "i" is not found in "İ", whose lower-case form is i and
+  /// a dot above. REQUIRES: `what` is not empty.
+  [[nodiscard]] std::string replacing(std::string_view what, std::string_view with) const;
+
+ private:
+  std::string_view text_;
+  std::string lower_;
+  /// For each byte of `lower_`, and its end, the place in `text_` whose form begins there. A
+  /// lower-case form may be longer or shorter than what it stands for.
+  std::vector<std::size_t> starts_;
+};
+
+CaselessText::CaselessText(std::string_view text) : text_(text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const DecodedCodePoint point = firstCodePoint(text.substr(at));
+    starts_.push_back(at);
+    appendLowercased(lower_, point.value);
+    starts_.resize(lower_.size(), kInsideCodePoint);
+    at += point.length;
+  }
+  starts_.push_back(text.size());
+}
+
+std::string CaselessText::replacing(std::string_view what, std::string_view with) const {
+  const std::string wanted = lowercased(what);
+  std::string replaced;
+  std::size_t copied = 0;
+  for (std::size_t at = 0; (at = lower_.find(wanted, at)) != lower_.npos;) {
+    const std::size_t first = starts_[at];
+    const std::size_t last = starts_[at + wanted.size()];
+    if (first == kInsideCodePoint || last == kInsideCodePoint) {
+      ++at;
+      continue;
+    }
+    replaced += text_.substr(copied, first - copied);
+    replaced += with;
+    copied = last;
+    at += wanted.size();
+  }
+  replaced += text_.substr(copied);
+  return replaced;
+}
 
 using Reason = ExpandedCandidate::Reason;
 using Context = RuntimeSpec::Context;
@@ -57,20 +111,19 @@ std::string naiveSingular(std::string_view word) {
 
 std::string singularForm(std::string_view text) {
   std::string singular;
-  for (const std::string_view word : splitWords(text)) {
+  forEachWord(text, [&singular](std::string_view word) {
     if (!singular.empty()) singular += ' ';
     singular += naiveSingular(word);
-  }
+  });
   return singular;
 }
 
 /// The first table that exists: by language, by the whole locale, for English. One that exists and
 /// is empty counts.
 const SynonymTable* synonymTable(const Context& context, std::string_view locale) {
-  if (!context.synonymsByLocale) return nullptr;
   for (const std::string& key :
        {lowercased(firstCharacters(locale, 2)), std::string(locale), std::string("en")})
-    if (const SynonymTable* table = context.synonymsByLocale->find(key)) return table;
+    if (const SynonymTable* table = context.synonymsByLocale.find(key)) return table;
   return nullptr;
 }
 
@@ -127,6 +180,7 @@ std::vector<ExpandedCandidate> SpecContextEngine::expand(std::string_view text,
   const std::string utterance = repairedUtf8(text);
   CandidateList candidates;
   candidates.add(utterance, Reason::original, kOriginalWeight);
+  if (text.size() > kMaxRephrasedBytes) return std::move(candidates).sorted();
   candidates.add(singularForm(utterance), Reason::plural, kPluralWeight);
   if (context) {
     const auto& memory = context->memory;

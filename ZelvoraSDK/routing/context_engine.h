@@ -34,7 +34,8 @@ struct ExpansionMoment {
 /// Widens one utterance into a few phrasings that the router can try. Scores nothing.
 struct SpecContextEngine {
   /// At most eight candidates, highest weight first: the utterance, its naive singular, five
-  /// synonym phrasings, and a follow-up that names the last screen. Pure.
+  /// synonym phrasings, and a follow-up that names the last screen. An utterance of more than
+  /// `kMaxRephrasedBytes` is the only candidate. Pure.
   static std::vector<ExpandedCandidate> expand(std::string_view text, std::string_view locale,
                                                const std::optional<RuntimeSpec::Context>& context,
                                                const ExpansionMoment& moment);

@@ -6,7 +6,6 @@
 #include <string>
 #include <utility>
 
-#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/outcome/phrases.h>
 
 namespace zelvora {
@@ -29,20 +28,14 @@ bool isLocalHit(const ScoredTask& top, const double* second,
          (second == nullptr || top.score - *second >= thresholds.close_to_second_delta);
 }
 
-bool isUsable(const std::optional<std::string>& id) { return id && !isBlank(*id); }
-
 ZelvoraResult localHit(const ScoredTask& top) {
   const ZelvoraTaskSpec& task = *top.task;
-  const std::optional<ZelvoraTaskAction>& action = task.action;
   std::string say = kNavigatingSay + task.title;
   const double confidence = roundedToHundredths(top.confidence);
-  if (action && action->type == "present" && isUsable(action->presentationId))
-    return ZelvoraPresent{std::string(trimmed(*action->presentationId)), task.defaultParams,
-                          std::move(say), confidence, task.taskId};
-  // A screen id is used as written, blanks and all; a presentation id is trimmed.
-  const bool hasOwnScreen = action && isUsable(action->screenId);
-  return ZelvoraExecute{hasOwnScreen ? *action->screenId : task.screenId, task.defaultParams,
-                        std::move(say), confidence, task.taskId};
+  if (auto presentation = task.presentation())
+    return ZelvoraPresent{*std::move(presentation), task.defaultParams, std::move(say), confidence,
+                          task.taskId};
+  return ZelvoraExecute{task.screen(), task.defaultParams, std::move(say), confidence, task.taskId};
 }
 
 ZelvoraChoice choiceOf(const ScoredTask& scored) {
@@ -51,9 +44,9 @@ ZelvoraChoice choiceOf(const ScoredTask& scored) {
           task.defaultParams};
 }
 
-std::size_t mostChoices(const RuntimeSpec::Thresholds& thresholds, std::size_t taskCount) {
-  const auto most = static_cast<std::uint64_t>(std::max<std::int64_t>(thresholds.max_choices, 1));
-  return static_cast<std::size_t>(std::min<std::uint64_t>(most, taskCount));
+std::size_t maxChoices(const RuntimeSpec::Thresholds& thresholds, std::size_t taskCount) {
+  const auto limit = static_cast<std::uint64_t>(std::max<std::int64_t>(thresholds.max_choices, 1));
+  return static_cast<std::size_t>(std::min<std::uint64_t>(limit, taskCount));
 }
 
 ZelvoraResult offerChoices(std::span<const ScoredTask> best) {
@@ -68,7 +61,7 @@ ZelvoraResult offerChoices(std::span<const ScoredTask> best) {
 }  // namespace
 
 std::size_t bestTasksNeeded(const RuntimeSpec::Thresholds& thresholds, std::size_t taskCount) {
-  return std::max(mostChoices(thresholds, taskCount), std::min<std::size_t>(2, taskCount));
+  return std::max(maxChoices(thresholds, taskCount), std::min<std::size_t>(2, taskCount));
 }
 
 ZelvoraResult decide(std::span<const ScoredTask> best, std::size_t taskCount,
@@ -77,9 +70,9 @@ ZelvoraResult decide(std::span<const ScoredTask> best, std::size_t taskCount,
   const double second = best.size() > 1 ? best[1].score : 0;
   if (isLocalHit(best.front(), taskCount > 1 ? &second : nullptr, thresholds))
     return localHit(best.front());
-  return offerChoices(best.first(std::min(best.size(), mostChoices(thresholds, taskCount))));
+  return offerChoices(best.first(std::min(best.size(), maxChoices(thresholds, taskCount))));
 }
 
-ZelvoraUnsupported nothingSaid() { return {"Type or say something 🙂"}; }
+ZelvoraUnsupported nothingSaid() { return {kNothingSaidSay}; }
 
 }  // namespace zelvora

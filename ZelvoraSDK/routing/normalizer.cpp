@@ -1,5 +1,6 @@
 #include <ZelvoraSDK/routing/normalizer.h>
 
+#include <cstring>
 #include <set>
 
 #include <ZelvoraSDK/base/text.h>
@@ -7,17 +8,20 @@
 namespace zelvora {
 namespace {
 
-/// Trimmed, and with one space for each run of blanks. A line break is no blank: words that it
-/// joins stay one word.
-std::string withSingleSpaces(std::string_view text) {
+/// Trimmed, and with one space for each run of blanks; in lower case if asked for. A line break is
+/// not a blank: words that it joins stay one word.
+std::string withSingleSpaces(std::string_view text, bool inLowerCase) {
   text = trimmed(text);
+  constexpr std::size_t kReplacementBytes = 3;  // of U+FFFD for a byte that is not UTF-8
   std::string spaced;
+  spaced.reserve(isValidUtf8(text) ? text.size() : text.size() * kReplacementBytes);
   bool inBlanks = false;
   while (!text.empty()) {
     const DecodedCodePoint point = firstCodePoint(text);
     const bool isBlankPoint = isWhiteSpace(point.value) && !isLineBreak(point.value);
     if (isBlankPoint && !inBlanks) spaced += ' ';
-    if (!isBlankPoint) spaced += text.substr(0, point.length);
+    if (!isBlankPoint && inLowerCase) appendLowercased(spaced, point.value);
+    if (!isBlankPoint && !inLowerCase) appendCodePoint(spaced, point.value);
     inBlanks = isBlankPoint;
     text.remove_prefix(point.length);
   }
@@ -35,24 +39,38 @@ std::string_view withoutPunctuationAtEnds(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kPunctuation) - first + 1);
 }
 
-std::string withoutStopwords(std::string_view text, const std::vector<std::string>& stopwords) {
+/// Moves the words of `text` that are not stopwords to the start of the buffer that it is a view
+/// of, one space between them, and returns their length. In place, because utterances may be long.
+std::size_t dropStopwords(char* buffer, std::string_view text,
+                          const std::vector<std::string>& stopwords) {
   std::set<std::string> unwanted;
   for (const std::string& word : stopwords) unwanted.insert(lowercased(word));
 
-  std::vector<std::string_view> words = splitWords(text);
-  std::erase_if(words, [&](std::string_view word) { return unwanted.contains(lowercased(word)); });
-  return joinWords(words);
+  char* end = buffer;
+  forEachWord(text, [&](std::string_view word) {
+    if (!unwanted.empty() && unwanted.contains(lowercased(word))) return;
+    if (end != buffer) *end++ = ' ';
+    std::memmove(end, word.data(), word.size());
+    end += word.size();
+  });
+  return static_cast<std::size_t>(end - buffer);
 }
 
 }  // namespace
 
+std::string Normalizer::normalizedText(std::string_view text,
+                                       const std::optional<std::string>& locale,
+                                       const std::vector<std::string>& stopwords) {
+  std::string clean = withSingleSpaces(text, ignoresCase(locale));
+  clean.resize(dropStopwords(clean.data(), withoutPunctuationAtEnds(clean), stopwords));
+  return clean;
+}
+
 NormalizedCommand Normalizer::normalize(std::string_view text,
                                         const std::optional<std::string>& locale,
                                         const std::vector<std::string>& stopwords) {
-  std::string clean = withSingleSpaces(repairedUtf8(text));
-  if (ignoresCase(locale)) clean = lowercased(clean);
   return {.originalText = std::string(text),
-          .normalizedText = withoutStopwords(withoutPunctuationAtEnds(clean), stopwords),
+          .normalizedText = normalizedText(text, locale, stopwords),
           .locale = locale};
 }
 

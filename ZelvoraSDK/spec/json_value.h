@@ -2,7 +2,8 @@
 
 #include <concepts>
 #include <cstddef>
-#include <optional>
+#include <functional>
+#include <memory>
 #include <ostream>
 #include <ranges>
 #include <sstream>
@@ -16,7 +17,7 @@
 
 #include <boost/json/value.hpp>
 
-#include <ZelvoraSDK/base/json_fwd.h>
+#include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/ordered_map.h>
 
 namespace zelvora {
@@ -61,6 +62,29 @@ class JSONValue {
 /// Throws Error over NaN and infinities.
 void writeJson(JsonWriter& out, const JSONValue& value);
 
+/// Any value that `JsonWriter` can write, owned, its type forgotten; written as the value itself.
+/// Copies share the value, which nothing can change any more. Takes no plain text, so that nobody
+/// hands over JSON text where a document is wanted: see `StoredSpec::fromJson`, and
+/// `JSONValue("text")` for a JSON string.
+class AnyEncodable {
+ public:
+  template <class T>
+    requires(!std::same_as<std::remove_cvref_t<T>, AnyEncodable> &&
+             !std::convertible_to<const T&, std::string_view>)
+  explicit AnyEncodable(T&& value) : encode_(encoderOf(std::forward<T>(value))) {}
+
+  friend void writeJson(JsonWriter& out, const AnyEncodable& any) { any.encode_(out); }
+
+ private:
+  template <class T>
+  static std::function<void(JsonWriter&)> encoderOf(T&& value) {
+    auto kept = std::make_shared<const std::remove_cvref_t<T>>(std::forward<T>(value));
+    return [kept = std::move(kept)](JsonWriter& out) { out.value(*kept); };
+  }
+
+  std::function<void(JsonWriter&)> encode_;
+};
+
 template <class T>
 JSONValue::Payload JSONValue::payloadOf(const T& any) {
   constexpr bool isMapLike = requires {
@@ -73,6 +97,8 @@ JSONValue::Payload JSONValue::payloadOf(const T& any) {
     return any;
   else if constexpr (std::is_arithmetic_v<T>)
     return static_cast<double>(any);
+  else if constexpr (std::is_pointer_v<T> && std::is_convertible_v<const T&, std::string_view>)
+    return any ? Payload(std::string(any)) : Payload(nullptr);
   else if constexpr (std::is_convertible_v<const T&, std::string_view>)
     return std::string(std::string_view(any));
   else if constexpr (isMapLike) {

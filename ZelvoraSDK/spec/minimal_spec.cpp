@@ -1,8 +1,8 @@
 #include <ZelvoraSDK/spec/minimal_spec.h>
 
-#include <ZelvoraSDK/base/json_read.h>
-
 #include <utility>
+
+#include <ZelvoraSDK/spec/private/spec_fields.h>
 
 namespace zelvora {
 namespace {
@@ -59,42 +59,6 @@ std::vector<ZelvoraTaskSpec> MinimalRuntimeSpec::tasks() const {
   return records;
 }
 
-// The readers of the sections are found by their arguments, hence not in the unnamed namespace.
-
-static void readJson(const JsonCursor& in, MinimalRuntimeSpec::MinimalApp& app) {
-  in.read("id", app.id);
-  in.read("default_locale", app.default_locale);
-}
-
-static void readJson(const JsonCursor& in, MinimalRuntimeSpec::MinimalThresholds& thresholds) {
-  in.read("execute_min_score", thresholds.execute_min_score);
-  in.read("execute_min_conf", thresholds.execute_min_conf);
-  in.read("choices_min_score", thresholds.choices_min_score);
-  in.read("choices_min_conf", thresholds.choices_min_conf);
-  in.read("close_to_second_delta", thresholds.close_to_second_delta);
-  in.read("max_choices", thresholds.max_choices);
-}
-
-static void readJson(const JsonCursor& in, MinimalRuntimeSpec::MinimalRouting& routing) {
-  in.read("thresholds", routing.thresholds);
-}
-
-static void readJson(const JsonCursor& in, MinimalRuntimeSpec::MinimalTask& task) {
-  in.read("id", task.id);
-  in.read("taskId", task.taskId);
-  in.read("title", task.title);
-  in.read("screenId", task.screenId);
-  in.read("screen_id", task.screen_id);
-  in.read("keywords", task.keywords);
-  in.read("examples", task.examples);
-  in.read("defaultParams", task.defaultParams);
-  in.read("synonyms", task.synonyms);
-}
-
-void readJson(const JsonCursor& in, MinimalRuntimeSpec& spec) {
-  in.read("app", spec.app);
-  in.read("routing", spec.routing);
-  in.read("tasks", spec.tasksRaw);
-}
+void readJson(const JsonCursor& in, MinimalRuntimeSpec& spec) { readFields(in, spec); }
 
 }  // namespace zelvora

@@ -1,6 +1,10 @@
 #include <ZelvoraSDK/spec/runtime_spec.h>
 
+#include <charconv>
+#include <string_view>
 #include <utility>
+
+#include <ZelvoraSDK/spec/private/spec_fields.h>
 
 namespace zelvora {
 namespace {
@@ -11,7 +15,46 @@ std::optional<ZelvoraTaskAction> toTaskAction(
   return ZelvoraTaskAction{action->type, action->id, action->screenId};
 }
 
+/// A whole decimal number with optional sign, fraction and exponent; nothing else.
+std::optional<double> parseDecimal(std::string_view text) {
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return std::nullopt;
+  }
+  // Shuts out "inf" and "nan", which from_chars would take.
+  if (text.find_first_not_of("+-.0123456789eE") != text.npos) return std::nullopt;
+  double value = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (read.ec != std::errc{} || read.ptr != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+std::optional<double> asLenientDouble(const boost::json::value& value) {
+  if (value.is_number()) return value.to_number<double>();
+  if (const bool* truth = value.if_bool()) return *truth ? 1.0 : 0.0;
+  if (const auto* text = value.if_string()) return parseDecimal({text->data(), text->size()});
+  return std::nullopt;
+}
+
+void readLenient(const JsonCursor& in, std::string_view key, double& field) {
+  const boost::json::value* found = in.object().if_contains({key.data(), key.size()});
+  const std::optional<double> value = found ? asLenientDouble(*found) : std::nullopt;
+  if (!value)
+    in.fail(JsonErrorCode::typeMismatch,
+            "Expected Double (or Int/Bool/String convertible to Double) for key '" +
+                std::string(key) + "' but found incompatible type.");
+  field = *value;
+}
+
 }  // namespace
+
+// Found by its argument, hence not in the unnamed namespace.
+static void readJson(const JsonCursor& in, RuntimeSpec::Weights& weights) {
+  fields([&in](std::string_view key, Lenient weight) { readLenient(in, key, weight.field); },
+         weights);
+}
+
+void readJson(const JsonCursor& in, RuntimeSpec& spec) { readFields(in, spec); }
 
 Params RuntimeSpec::Task::safeDefaultParams() const { return defaultParams.value_or(Params{}); }
 

@@ -1,23 +1,57 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/base/json_fwd.h>
 #include <ZelvoraSDK/base/ordered_map.h>
-#include <ZelvoraSDK/spec/zelvora_spec.h>
+#include <ZelvoraSDK/spec/task_spec.h>
 
 namespace zelvora {
 
-/// A value per locale identifier. Identifiers are looked up exactly as written.
+/// A table by locale identifier, which is looked up exactly as written. A spec may lack the table.
 template <class Value>
-using ByLocale = OrderedMap<Value>;
+class ByLocale {
+ public:
+  using Table = OrderedMap<Value>;
+
+  /// The table of a spec that lacks it.
+  ByLocale() = default;
+  explicit ByLocale(Table table) : table_(std::move(table)) {}
+  ByLocale(std::initializer_list<typename Table::value_type> entries)
+      : table_(std::in_place, entries) {}
+
+  [[nodiscard]] bool isPresent() const { return table_.has_value(); }
+  explicit operator bool() const { return isPresent(); }
+  const Table& operator*() const { return entries(); }
+  const Table* operator->() const { return &entries(); }
+  /// Empty when the spec lacks the table.
+  [[nodiscard]] const Table& entries() const {
+    static const Table kNone;
+    return table_ ? *table_ : kNone;
+  }
+  /// The entry of `locale`, which may be empty; null when it has none.
+  [[nodiscard]] const Value* find(std::string_view locale) const { return entries().find(locale); }
+  /// The entry of `locale`, when it has one that is not empty, else `plain`.
+  [[nodiscard]] const Value& ownOr(std::string_view locale, const Value& plain) const {
+    const Value* own = find(locale);
+    return own && !own->empty() ? *own : plain;
+  }
+
+  bool operator==(const ByLocale&) const = default;
+
+ private:
+  std::optional<Table> table_;
+};
 
 /// The document in which an application describes all that can be asked of it. Immutable once
-/// decoded. Fields carry the names of their JSON keys; `docs/spec-format.md` tells each one's
-/// effect.
+/// decoded. Fields carry the names of their JSON keys; `docs/spec-format.md` says what each one
+/// does.
 struct RuntimeSpec : ZelvoraSpec {
   struct App {
     std::string id;
@@ -36,7 +70,7 @@ struct RuntimeSpec : ZelvoraSpec {
     std::optional<std::int64_t> semantic_top_k;
     std::optional<bool> semantic_prefer_locales;
     std::optional<std::int64_t> semantic_cache_ttl_seconds;
-    std::optional<ByLocale<std::vector<std::string>>> stopwordsByLocale;
+    ByLocale<std::vector<std::string>> stopwordsByLocale;
   };
 
   /// Carried by the format and without effect: the router scores with points of its own.
@@ -59,7 +93,7 @@ struct RuntimeSpec : ZelvoraSpec {
     bool enabled = false;
     std::int64_t max_expansions = 3;  ///< Without effect.
     /// Phrase to replacements, in the document's order, which decides which phrasings are tried.
-    std::optional<ByLocale<OrderedMap<std::vector<std::string>>>> synonymsByLocale;
+    ByLocale<OrderedMap<std::vector<std::string>>> synonymsByLocale;
     std::optional<OrderedMap<std::vector<std::string>>> relatedIntents;  ///< By task id.
     std::optional<ContextMemory> memory;
   };
@@ -105,8 +139,8 @@ struct RuntimeSpec : ZelvoraSpec {
     std::vector<std::string> keywords;
     std::vector<std::string> examples;
     std::optional<Params> defaultParams;
-    std::optional<ByLocale<std::vector<std::string>>> keywordsByLocale;
-    std::optional<ByLocale<std::vector<std::string>>> examplesByLocale;
+    ByLocale<std::vector<std::string>> keywordsByLocale;
+    ByLocale<std::vector<std::string>> examplesByLocale;
     std::optional<TaskAction> action;
 
     /// `defaultParams`, empty when absent.
@@ -115,10 +149,10 @@ struct RuntimeSpec : ZelvoraSpec {
 
   struct STTConfig {
     std::optional<bool> enabled;
-    std::optional<ByLocale<std::string>> languageByLocale;
-    std::optional<ByLocale<std::string>> promptsByLocale;
-    std::optional<ByLocale<std::vector<std::string>>> hintsByLocale;
-    std::optional<ByLocale<OrderedMap<std::string>>> replacementsByLocale;
+    ByLocale<std::string> languageByLocale;
+    ByLocale<std::string> promptsByLocale;
+    ByLocale<std::vector<std::string>> hintsByLocale;
+    ByLocale<OrderedMap<std::string>> replacementsByLocale;
   };
 
   App app;

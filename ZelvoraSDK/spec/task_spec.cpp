@@ -1,12 +1,11 @@
 #include <ZelvoraSDK/spec/task_spec.h>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/hash.h>
-#include <ZelvoraSDK/base/json_read.h>
-#include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace zelvora {
@@ -18,6 +17,26 @@ void trimEachAndDropBlanks(std::vector<std::string>& phrases) {
     if (core.size() < phrase.size()) phrase = std::string(core);
   }
   std::erase(phrases, "");
+}
+
+bool isUsable(const std::optional<std::string>& id) { return id && !isBlank(*id); }
+
+std::string joined(const std::vector<std::string>& parts) {
+  std::string text;
+  for (const std::string& part : parts) {
+    if (&part != &parts.front()) text += ", ";
+    text += part;
+  }
+  return text;
+}
+
+/// The ids that occur more than once, each once, in the order of their second occurrence.
+std::vector<std::string> duplicatedIds(const std::vector<ZelvoraTaskSpec>& tasks) {
+  std::vector<std::string> duplicates;
+  std::unordered_map<std::string_view, int> counts;
+  for (const ZelvoraTaskSpec& task : tasks)
+    if (++counts[task.taskId] == 2) duplicates.push_back(task.taskId);
+  return duplicates;
 }
 
 }  // namespace
@@ -38,6 +57,17 @@ ZelvoraTaskSpec::ZelvoraTaskSpec(std::string taskId_, std::string title_, std::s
   if (!problems.empty()) fatalError("ZelvoraTaskSpec \"" + taskId + "\": " + problems.front());
 }
 
+std::optional<std::string> ZelvoraTaskSpec::presentation() const {
+  if (!action || action->type != "present" || !isUsable(action->presentationId))
+    return std::nullopt;
+  return std::string(trimmed(*action->presentationId));
+}
+
+const std::string& ZelvoraTaskSpec::screen() const {
+  // As written, blanks and all; only a presentation id is trimmed.
+  return action && isUsable(action->screenId) ? *action->screenId : screenId;
+}
+
 std::vector<std::string> ZelvoraTaskSpec::validate() const {
   std::vector<std::string> problems;
   if (isBlank(taskId)) problems.emplace_back("taskId is empty");
@@ -51,39 +81,20 @@ std::vector<std::string> ZelvoraTaskSpec::validate() const {
   return problems;
 }
 
-void readJson(const JsonCursor& in, ZelvoraTaskSpec& task) {
-  in.read("taskId", task.taskId);
-  in.read("title", task.title);
-  in.read("screenId", task.screenId);
-  in.read("keywords", task.keywords);
-  in.read("examples", task.examples);
-  in.read("defaultParams", task.defaultParams);
-  in.read("action", task.action);
+std::vector<std::string> ZelvoraSpec::validateSpec() const {
+  std::vector<std::string> problems;
+  const std::vector<ZelvoraTaskSpec> records = tasks();
+  if (isBlank(appId())) problems.emplace_back("appId is empty");
+  if (isBlank(locale())) problems.emplace_back("locale is empty");
+  if (records.empty()) problems.emplace_back("tasks is empty (no tasks)");
+  if (const auto duplicates = duplicatedIds(records); !duplicates.empty())
+    problems.push_back("Duplicate taskId: " + joined(duplicates));
+  for (const ZelvoraTaskSpec& task : records)
+    if (const auto broken = task.validate(); !broken.empty())
+      problems.push_back("Task " + task.taskId + ": " + joined(broken));
+  return problems;
 }
 
-void writeJson(JsonWriter& out, const ZelvoraTaskSpec& task) {
-  out.beginObject();
-  out.member("taskId", task.taskId);
-  out.member("title", task.title);
-  out.member("screenId", task.screenId);
-  out.member("keywords", task.keywords);
-  out.member("examples", task.examples);
-  out.member("defaultParams", task.defaultParams);
-  out.member("action", task.action);
-  out.endObject();
-}
+void ZelvoraSpec::assertValid(const char*, int) const {}
 
 }  // namespace zelvora
-
-std::size_t std::hash<zelvora::ZelvoraTaskSpec>::operator()(
-    const zelvora::ZelvoraTaskSpec& task) const noexcept {
-  return zelvora::HashBuilder{}
-      .add(task.taskId)
-      .add(task.title)
-      .add(task.screenId)
-      .add(task.keywords)
-      .add(task.examples)
-      .add(task.defaultParams)
-      .add(task.action)
-      .hash();
-}

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/outcome/task_action.h>
+#include <ZelvoraSDK/base/record.h>
+#include <ZelvoraSDK/outcome/result.h>
 
 namespace zelvora {
 
@@ -28,19 +29,57 @@ struct ZelvoraTaskSpec {
                   std::vector<std::string> keywords, std::vector<std::string> examples = {},
                   Params defaultParams = {}, std::optional<ZelvoraTaskAction> action = {});
 
+  /// The presentation that executing the task shows, trimmed; absent when it opens a screen.
+  [[nodiscard]] std::optional<std::string> presentation() const;
+  /// The screen that executing the task opens: the action's own, else `screenId`; as written.
+  [[nodiscard]] const std::string& screen() const;
+
   /// What is wrong with the record, in the order of its fields; empty when nothing is.
   [[nodiscard]] std::vector<std::string> validate() const;
 
   bool operator==(const ZelvoraTaskSpec&) const = default;
 };
 
-/// Every key but `action` is required. Checks nothing.
-void readJson(const JsonCursor& in, ZelvoraTaskSpec& task);
-void writeJson(JsonWriter& out, const ZelvoraTaskSpec& task);
+template <class Visitor, RecordOf<ZelvoraTaskSpec> Record>
+void fields(Visitor&& visit, Record& task) {
+  visit("taskId", task.taskId);
+  visit("title", task.title);
+  visit("screenId", task.screenId);
+  visit("keywords", task.keywords);
+  visit("examples", task.examples);
+  visit("defaultParams", task.defaultParams);
+  visit("action", task.action);
+}
+
+/// Any spec model that the router, the validator and the façade accept.
+class ZelvoraSpec {
+ public:
+  virtual ~ZelvoraSpec() = default;
+
+  [[nodiscard]] virtual std::string appId() const = 0;
+  [[nodiscard]] virtual std::string locale() const = 0;
+  /// Made anew on each call, so keep the answer. May be fatal on tasks that break their
+  /// preconditions.
+  [[nodiscard]] virtual std::vector<ZelvoraTaskSpec> tasks() const = 0;
+
+  /// What is wrong with the spec as a whole; empty when nothing is.
+  [[nodiscard]] std::vector<std::string> validateSpec() const;
+  /// Does nothing. Kept so that call sites compile; nothing may depend on it stopping the program.
+  void assertValid(const char* file, int line) const;
+
+ protected:
+  ZelvoraSpec() = default;
+  ZelvoraSpec(const ZelvoraSpec&) = default;
+  ZelvoraSpec(ZelvoraSpec&&) = default;
+  ZelvoraSpec& operator=(const ZelvoraSpec&) = default;
+  ZelvoraSpec& operator=(ZelvoraSpec&&) = default;
+};
 
 }  // namespace zelvora
 
 template <>
 struct std::hash<zelvora::ZelvoraTaskSpec> {
-  std::size_t operator()(const zelvora::ZelvoraTaskSpec& task) const noexcept;
+  std::size_t operator()(const zelvora::ZelvoraTaskSpec& task) const noexcept {
+    return zelvora::hashOf(task);
+  }
 };

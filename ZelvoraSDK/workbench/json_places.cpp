@@ -3,7 +3,7 @@
 #include <charconv>
 #include <utility>
 
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 
 namespace zelvora {
 namespace {

@@ -4,7 +4,7 @@
 #include <limits>
 #include <string_view>
 
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/workbench/private/spec_format.h>

@@ -97,7 +97,7 @@ std::vector<Clip> commandClips(const RuntimeSpec& spec,
   std::vector<Clip> clips;
   for (const RuntimeSpec::Task& task : spec.tasksRaw) {
     if (clips.size() == kCommands * kVoices.size()) break;
-    const auto* examples = task.examplesByLocale ? task.examplesByLocale->find(kLocale) : nullptr;
+    const auto* examples = task.examplesByLocale.find(kLocale);
     if (examples && !examples->empty())
       addVoices(clips, examples->front(), screenOf(examples->front()));
   }

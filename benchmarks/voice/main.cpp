@@ -17,8 +17,7 @@
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
-#include <ZelvoraSDK/spec/json_value.h>
-#include <ZelvoraSDK/spec/spec_resolution.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/voice/captures.h>
 #include <benchmarks/voice/clips.h>
@@ -30,10 +29,10 @@ namespace {
 constexpr double kBelievable = 0.65;
 constexpr std::size_t kBuffer = 1024;
 
-AnyEncodable shop() {
+StoredSpec shop() {
   std::ifstream file(ZELVORA_SOURCE_DIR "/examples/shop/shop.json", std::ios::binary);
   const std::string bytes(std::istreambuf_iterator<char>(file), {});
-  return AnyEncodable(JSONValue::from(parseJson(bytes).root()));
+  return StoredSpec::fromAnyJson(bytes);
 }
 
 double residentMegabytes() {
@@ -47,7 +46,7 @@ double residentMegabytes() {
 /// The device's part of the text pipeline.
 class Router {
  public:
-  explicit Router(const AnyEncodable& spec) : spec_(spec) {}
+  explicit Router(const StoredSpec& spec) : spec_(spec) {}
 
   /// The screen that `text` opens at once; empty when it opens none.
   [[nodiscard]] std::string screenOf(const std::string& text) const {
@@ -216,7 +215,7 @@ bool judge(const Measured& stock, const Measured& mixed) {
 
 int main() {
   using namespace zelvora;
-  const AnyEncodable spec = bench::shop();
+  const StoredSpec spec = bench::shop();
   const bench::Router router(spec);
   const auto vocabulary = recognitionVocabulary(spec, bench::kLocale);
   const auto screenOf = [&](const std::string& text) { return router.screenOf(text); };

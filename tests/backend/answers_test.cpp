@@ -1,11 +1,14 @@
-#include <ZelvoraSDK/backend/answers.h>
+#include <ZelvoraSDK/backend/catalogue.h>
+#include <ZelvoraSDK/backend/interpret.h>
+#include <ZelvoraSDK/backend/semantic.h>
+#include <ZelvoraSDK/backend/wire.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/json_error.h>
+#include <ZelvoraSDK/base/json_fwd.h>
 
 namespace zelvora {
 namespace {

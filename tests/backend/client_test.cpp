@@ -12,6 +12,7 @@
 
 #include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/outcome/diagnostics.h>
 #include <tests/support/recording_log.h>
 #include <tests/support/recording_url_session.h>
@@ -31,7 +32,12 @@ class ClientTest : public ::testing::Test {
   std::shared_ptr<testing::RecordingUrlSession> session =
       std::make_shared<testing::RecordingUrlSession>();
   std::shared_ptr<testing::RecordingLog> log = std::make_shared<testing::RecordingLog>();
-  std::optional<ZelvoraClient> client{std::in_place, parseUrl("https://a.example"), session, log};
+  std::optional<ZelvoraClient> client = clientOf(parseUrl("https://a.example"));
+
+  [[nodiscard]] ZelvoraClient clientOf(Url baseURL) const {
+    return ZelvoraClient(
+        {.baseURL = std::move(baseURL), .publishableKey = "pk", .session = session, .log = log});
+  }
 };
 
 /// The domain of what `answer` fails with. The failure stays on the thread it was thrown on.
@@ -45,7 +51,7 @@ asio::awaitable<std::string> failureOf(asio::awaitable<RouteResponse> answer) {
 }
 
 TEST_F(ClientTest, TellsAndCountsAnInterpretationBeforeItIsSent) {
-  const AnyEncodable spec(1);
+  const StoredSpec spec = AnyEncodable(1);
   const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
   WorkerPool pool(1);
   auto ended =
@@ -60,7 +66,7 @@ TEST_F(ClientTest, TellsAndCountsAnInterpretationBeforeItIsSent) {
 }
 
 TEST_F(ClientTest, NeitherSendsNorTellsOfASpecThatCannotBeWritten) {
-  const AnyEncodable spec(std::numeric_limits<double>::infinity());
+  const StoredSpec spec = AnyEncodable(std::numeric_limits<double>::infinity());
   const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
   EXPECT_THROW(runToEnd(client->interpret(query)), Error);
   EXPECT_TRUE(session->requests().empty());
@@ -87,6 +93,52 @@ TEST_F(ClientTest, MayGoWhileACallIsUnderWay) {
   session.reset();
   context.run();
   EXPECT_EQ(answer.get().intent, "navigate");
+}
+
+TEST_F(ClientTest, SendsNothingToAnAddressThatCannotBeUsed) {
+  const StoredSpec spec = AnyEncodable(1);
+  for (const char* address : {"http://a.example", "ftp://a.example", "https://me@a.example"}) {
+    const ZelvoraClient refusing = clientOf(*readUrl(address));
+    EXPECT_THROW(runToEnd(refusing.interpret({.text = "hi", .locale = "en", .spec = spec})), Error);
+    EXPECT_THROW(runToEnd(refusing.semanticResolve({.text = "hi", .locale = "en"})), Error);
+    EXPECT_THROW(runToEnd(refusing.semanticCatalogResolve({.query = "hi"})), Error);
+  }
+  EXPECT_TRUE(session->requests().empty());
+  EXPECT_TRUE(log->lines.empty());
+  EXPECT_EQ(cloudCalls(), 0);
+}
+
+TEST_F(ClientTest, NeverRepeatsASecretToken) {
+  const std::string token = "a-secret-of-16-bytes";
+  const StoredSpec spec = AnyEncodable(1);
+  const InterpretQuery query{
+      .text = "hi", .locale = "en", .spec = spec, .accessToken = "Bearer " + token};
+  const auto failure = [&] {
+    try {
+      return runToEnd(client->interpret(query)).say.value_or("");
+    } catch (const Error& error) {
+      return error.description();
+    }
+  };
+  session->answer(500, "you sent Bearer " + token);
+  EXPECT_EQ(failure(), "HTTP error: you sent Bearer [token]");
+  session->answer(200, R"({"mode":"other","say":"you sent )" + token + "\"}");
+  EXPECT_EQ(failure(), "you sent [token]");
+  session->fail(Error("Transport", 7, "no route for " + token));
+  EXPECT_EQ(failure(), "no route for [token]");
+}
+
+TEST_F(ClientTest, TakesAnswersUpToTheLimit) {
+  session->answer(500, std::string(kMaxResponseBytes, 'x'));
+  EXPECT_THROW(runToEnd(client->semanticCatalogResolve({.query = "hi"})), Error);
+  session->answer(500, std::string(kMaxResponseBytes + 1, 'x'));
+  try {
+    runToEnd(client->semanticCatalogResolve({.query = "hi"}));
+    ADD_FAILURE();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.domain(), kTransportErrorDomain);
+    EXPECT_EQ(error.description(), "The answer is larger than 1 MiB");
+  }
 }
 
 }  // namespace

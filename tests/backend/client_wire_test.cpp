@@ -45,9 +45,12 @@ class ClientWireTest : public ::testing::Test {
  protected:
   /// What a client of `server` makes of its answer, by real sockets.
   std::string interpret(const ScriptedServer& server, const std::string& path = "") {
-    const AnyEncodable spec(1);
+    const StoredSpec spec = AnyEncodable(1);
     const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
-    const ZelvoraClient client(parseUrl(server.url(path)), session, log);
+    const ZelvoraClient client({.baseURL = parseUrl(server.url(path)),
+                                .publishableKey = "pk",
+                                .session = session,
+                                .log = log});
     return asio::co_spawn(pool.executor(), outcomeOf(client.interpret(query)), asio::use_future)
         .get();
   }

@@ -1,4 +1,7 @@
-#include <ZelvoraSDK/backend/requests.h>
+#include <ZelvoraSDK/backend/catalogue.h>
+#include <ZelvoraSDK/backend/interpret.h>
+#include <ZelvoraSDK/backend/semantic.h>
+#include <ZelvoraSDK/backend/wire.h>
 
 #include <gtest/gtest.h>
 
@@ -26,7 +29,7 @@ void expectRequest(const UrlRequest& request, const std::string& url,
 
 TEST(Requests, AreBuiltByteForByte) {
   const Url base = parseUrl("https://api.example.org/v1/");
-  const AnyEncodable spec(OrderedMap<int>{{"z", 1}, {"a", 2}});
+  const StoredSpec spec = AnyEncodable(OrderedMap<int>{{"z", 1}, {"a", 2}});
   expectRequest(
       interpretRequest(
           base, {.text = "open \"it\"", .locale = "en-US", .spec = spec, .accessToken = "abc"}),
@@ -53,7 +56,7 @@ TEST(Requests, AreBuiltByteForByte) {
 }
 
 TEST(Requests, FailOverASpecThatJsonCannotHold) {
-  const AnyEncodable spec(std::numeric_limits<double>::quiet_NaN());
+  const StoredSpec spec = AnyEncodable(std::numeric_limits<double>::quiet_NaN());
   const InterpretQuery query{.text = "t", .locale = "l", .spec = spec, .accessToken = "a"};
   EXPECT_THROW(static_cast<void>(interpretRequest(parseUrl("https://a.example"), query)), Error);
 }

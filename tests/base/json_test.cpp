@@ -24,7 +24,7 @@ void readJson(const JsonCursor& in, Screen& screen) {
   in.read("id", screen.id);
   in.read("title", screen.title);
   in.read("words", screen.words);
-  in.readIfPresent("rank", screen.rank);
+  in.read("rank", Defaulted{screen.rank});
 }
 
 void writeJson(JsonWriter& out, const Screen& screen) {

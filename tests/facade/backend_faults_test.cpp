@@ -131,7 +131,7 @@ std::vector<ZelvoraResult> outcomesOf(const TestApplication& application, const 
   platform.urlSession =
       std::make_shared<CurlUrlSession>(CurlOptions{.longestTimeout = host.longestTimeout});
   ZelvoraSettings settings = application.settings;
-  settings.baseURL = host.baseURL;
+  settings.baseURL = *readUrl(host.baseURL);
   AnyEncodable spec(JSONValue::from(parseJson(smallSpec(stage.thresholds)).root()));
   Zelvora zelvora(platform, settings, std::move(spec), {.accessToken = host.accessToken});
 

@@ -8,7 +8,7 @@
 
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/async/threads.h>
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/spec/json_value.h>
 
@@ -71,7 +71,7 @@ struct TestApplication {
   std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
   std::shared_ptr<MemoryBundle> bundle = std::make_shared<MemoryBundle>();
   std::shared_ptr<RecordingUrlSession> network = std::make_shared<RecordingUrlSession>();
-  ZelvoraSettings settings{.baseURL = "https://backend.test",
+  ZelvoraSettings settings{.baseURL = parseUrl("https://backend.test"),
                            .publishableKey = "shop-key",
                            .locale = "en-US",
                            .bundleId = "com.example.shop",

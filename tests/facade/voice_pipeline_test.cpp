@@ -8,7 +8,7 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/use_future.hpp>
 
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <tests/facade/small_spec.h>
 #include <tests/speech/engine_fixture.h>

@@ -78,5 +78,19 @@ TEST(Url, TakesAPathWithOneSlashBetween) {
     EXPECT_EQ(toString(appendingPath(parseUrl(row.base), row.component)), row.expected) << row.base;
 }
 
+TEST(Url, KeepsASettingThatCannotBeUsedAndRefusesItLater) {
+  for (const char* text : {"ftp://example.com", "file:///etc/passwd", "mailto:a@b", "localhost:80",
+                           "https://user@example.com", "https://host:0", "https://", "a:"}) {
+    const auto kept = readUrl(text);
+    ASSERT_TRUE(kept) << text;
+    EXPECT_THROW(requireSecure(*kept), Error) << text;
+  }
+  for (const char* text : {"", "api.example.com", "/path", "://host", "1a://host", "ht tp://host",
+                           "https://exa mple.com"})
+    EXPECT_FALSE(readUrl(text)) << text;
+  EXPECT_EQ(readUrl("HTTPS://Host/x"), parseUrl("https://host/x"));
+  EXPECT_THROW(requireSecure(*readUrl("http://example.com")), Error);
+}
+
 }  // namespace
 }  // namespace zelvora

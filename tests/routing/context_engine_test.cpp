@@ -95,9 +95,10 @@ TEST(ContextEngine, TriesFiveChangedPhrasings) {
 
 TEST(ContextEngine, TakesTheFirstTableThatExists) {
   const auto tableFor = [](std::string_view locale, std::vector<std::string> keys) {
-    Context context{.synonymsByLocale = ByLocale<Synonyms>{}};
+    ByLocale<Synonyms>::Table tables;
     for (const std::string& key : keys)
-      context.synonymsByLocale->set(key, key == "empty" ? Synonyms{} : Synonyms{{"a", {key}}});
+      tables.set(key, key == "empty" ? Synonyms{} : Synonyms{{"a", {key}}});
+    const Context context{.synonymsByLocale = ByLocale<Synonyms>(tables)};
     const Candidates candidates = expand("a", context, locale);
     return candidates.front().reason == synonym ? candidates.front().text : "none";
   };

@@ -10,7 +10,7 @@
 
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/routing/canonical_text.h>
-#include <ZelvoraSDK/routing/compiled_tasks.h>
+#include <ZelvoraSDK/routing/local_router.h>
 
 #include <tests/support/reference_router.h>
 

@@ -1,16 +1,15 @@
 #include <ZelvoraSDK/spec/json_value.h>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/spec/any_encodable.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <map>
-#include <memory>
+#include <type_traits>
 
 namespace zelvora {
 namespace {
@@ -40,6 +39,7 @@ TEST(JSONValue, TakesBoolsForBoolsAndEveryNumberForADouble) {
   EXPECT_EQ(JSONValue(3).payload(), JSONValue::Payload(3.0));
   EXPECT_EQ(JSONValue(3.5f).payload(), JSONValue::Payload(3.5));
   EXPECT_EQ(JSONValue(nullptr), JSONValue());
+  EXPECT_EQ(JSONValue(static_cast<const char*>(nullptr)), JSONValue());
 }
 
 TEST(JSONValue, ConvertsCommonValuesAndDescribesTheRest) {
@@ -56,17 +56,21 @@ TEST(JSONValue, ConvertsCommonValuesAndDescribesTheRest) {
 }
 
 TEST(AnyEncodable, WritesTheHeldValueAsItselfAndOwnsIt) {
-  auto text = std::make_unique<std::string>("held");
-  const AnyEncodable held{std::string_view(*text)};
-  text->assign("gone");
-  text.reset();
-  EXPECT_EQ(toJson(held), R"("held")");
-  EXPECT_EQ(toJson(AnyEncodable("literal")), R"("literal")");
+  std::vector<std::string> words{"held"};
+  const AnyEncodable held(words);
+  words.front() = "gone";
+  EXPECT_EQ(toJson(held), R"(["held"])");
+  EXPECT_EQ(toJson(AnyEncodable(JSONValue("text"))), R"("text")");
   EXPECT_EQ(toJson(AnyEncodable(ZelvoraTaskAction{"open", {}, "s"})),
             R"({"type":"open","screenId":"s"})");
-  EXPECT_EQ(toJson(std::vector{AnyEncodable(1), AnyEncodable(held)}), R"([1,"held"])");
+  EXPECT_EQ(toJson(std::vector{AnyEncodable(1), AnyEncodable(held)}), R"([1,["held"]])");
   EXPECT_THROW((void)toJson(AnyEncodable(std::nan(""))), Error);
 }
+
+// JSON text in quotes would be sent and routed as one JSON string.
+static_assert(!std::is_constructible_v<AnyEncodable, const char*>);
+static_assert(!std::is_constructible_v<AnyEncodable, std::string>);
+static_assert(!std::is_constructible_v<AnyEncodable, std::string_view>);
 
 }  // namespace
 }  // namespace zelvora

@@ -78,7 +78,7 @@ TEST(MinimalSpec, FillsThresholdsWithDefaults) {
   EXPECT_EQ(full.choices_min_conf, 0.45);
   EXPECT_EQ(full.close_to_second_delta, 2.0);
   EXPECT_EQ(full.max_choices, 2);
-  EXPECT_FALSE(full.semantic_enabled || full.semantic_top_k || full.stopwordsByLocale);
+  EXPECT_FALSE(full.semantic_enabled || full.semantic_top_k || full.stopwordsByLocale.isPresent());
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ TEST(RuntimeSpec, DecodesWhatIsRequiredAndKeepsAbsenceDistinct) {
   EXPECT_EQ(spec.routing.thresholds.choices_min_score, 3.5);
   EXPECT_EQ(spec.routing.thresholds.max_choices, 4);
   EXPECT_EQ(spec.routing.thresholds.semantic_enabled, std::nullopt);
-  EXPECT_EQ(spec.routing.thresholds.stopwordsByLocale, std::nullopt);
+  EXPECT_FALSE(spec.routing.thresholds.stopwordsByLocale.isPresent());
   EXPECT_EQ(spec.routing.weights.example_token_hit, 0.6);
   EXPECT_THAT(spec.routing.stopwords, ElementsAre("please"));
   EXPECT_FALSE(spec.routing.context);
@@ -65,7 +65,7 @@ TEST(RuntimeSpec, DecodesEveryOptionalKey) {
   EXPECT_EQ(thresholds.semantic_top_k, 5);
   EXPECT_EQ(thresholds.semantic_prefer_locales, true);
   EXPECT_EQ(thresholds.semantic_cache_ttl_seconds, 600);
-  EXPECT_EQ(thresholds.stopwordsByLocale->begin()->first, "he");
+  EXPECT_EQ(thresholds.stopwordsByLocale.entries().begin()->first, "he");
 
   const auto stt = decodeJson<RuntimeSpec>(fullSpecWith("\"tasks\": []", R"("tasks": [], "stt": {
       "enabled": null, "languageByLocale": {"he-IL": "he"}, "promptsByLocale": {"a": "b"},
@@ -73,10 +73,10 @@ TEST(RuntimeSpec, DecodesEveryOptionalKey) {
                        .stt;
   ASSERT_TRUE(stt);
   EXPECT_EQ(stt->enabled, std::nullopt);
-  EXPECT_EQ(*stt->languageByLocale->find("he-IL"), "he");
-  EXPECT_EQ(*stt->promptsByLocale->find("a"), "b");
-  EXPECT_THAT(*stt->hintsByLocale->find("a"), ElementsAre("b"));
-  EXPECT_EQ(stt->replacementsByLocale->find("en-US")->begin()->first, "z");
+  EXPECT_EQ(*stt->languageByLocale.find("he-IL"), "he");
+  EXPECT_EQ(*stt->promptsByLocale.find("a"), "b");
+  EXPECT_THAT(*stt->hintsByLocale.find("a"), ElementsAre("b"));
+  EXPECT_EQ(stt->replacementsByLocale.find("en-US")->begin()->first, "z");
 }
 
 TEST(RuntimeSpec, ContextIsOffAndMemoryOnWhereNothingIsSaid) {
@@ -101,7 +101,7 @@ TEST(RuntimeSpec, ContextIsOffAndMemoryOnWhereNothingIsSaid) {
   const auto synonyms =
       decodedContext(R"({"synonymsByLocale": {"en": {"z": ["y"], "a": ["b", "c"]}}})")
           .value()
-          .synonymsByLocale.value();
+          .synonymsByLocale.entries();
   EXPECT_EQ(synonyms.find("en")->begin()->first, "z");
 }
 
@@ -190,7 +190,7 @@ TEST(RuntimeSpec, ConvertsRawTasksWithoutTheirLocaleLists) {
       "keywords": [" a ", " "], "keywordsByLocale": {"he": ["א"]},
       "action": {"type": "present", "id": "sheet", "screenId": null}})");
   EXPECT_TRUE(task.safeDefaultParams().empty());
-  EXPECT_THAT(*task.keywordsByLocale->find("he"), ElementsAre("א"));
+  EXPECT_THAT(*task.keywordsByLocale.find("he"), ElementsAre("א"));
 
   const RuntimeSpec spec({"app", "en"}, {}, {}, {task});
   const ZelvoraTaskSpec expected("a", "A", "s", {"a"}, {" x "}, {},

@@ -44,7 +44,7 @@ TEST(ShopSpec, ScoresExactlyTheKeywordsOfItsLocales) {
   const RuntimeSpec shop = shopSpec();
   for (const auto& task : shop.tasksRaw) {
     std::vector<std::string> ofLocales;
-    for (const auto& [locale, keywords] : task.keywordsByLocale.value())
+    for (const auto& [locale, keywords] : task.keywordsByLocale.entries())
       ofLocales.insert(ofLocales.end(), keywords.begin(), keywords.end());
     EXPECT_EQ(task.keywords, ofLocales) << task.id;
   }
@@ -52,9 +52,9 @@ TEST(ShopSpec, ScoresExactlyTheKeywordsOfItsLocales) {
 
 TEST(ShopSpec, HasNoPhraseThatItsStopwordsMakeUnreachable) {
   const RuntimeSpec shop = shopSpec();
-  for (const auto& [locale, stopwords] : shop.routing.thresholds.stopwordsByLocale.value())
+  for (const auto& [locale, stopwords] : shop.routing.thresholds.stopwordsByLocale.entries())
     for (const auto& task : shop.tasksRaw)
-      for (const auto& keyword : *task.keywordsByLocale.value().find(locale))
+      for (const auto& keyword : *task.keywordsByLocale.find(locale))
         for (const auto word : splitWords(keyword))
           EXPECT_EQ(std::ranges::count(stopwords, word), 0) << task.id << ": " << keyword;
 }

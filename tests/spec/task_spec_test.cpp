@@ -3,7 +3,6 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
-#include <ZelvoraSDK/spec/zelvora_spec.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

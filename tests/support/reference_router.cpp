@@ -7,7 +7,7 @@
 
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/routing/canonical_text.h>
-#include <ZelvoraSDK/routing/stopwords.h>
+#include <ZelvoraSDK/routing/decision.h>
 
 namespace zelvora::reference {
 namespace {

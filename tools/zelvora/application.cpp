@@ -15,14 +15,13 @@
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/file.h>
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/platform/url.h>
 #include <ZelvoraSDK/routing/learning_store.h>
-#include <ZelvoraSDK/spec/json_value.h>
-#include <ZelvoraSDK/spec/spec_loader.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 
 namespace zelvora::tool {
 namespace {
@@ -115,7 +114,7 @@ fs::path specFileOf(const CommonOptions& options, const AppBundle& bundle) {
   throw UsageError("no spec: name one with --spec FILE");
 }
 
-AnyEncodable specFor(const CommonOptions& options, const AppBundle& bundle, const fs::path& file) {
+StoredSpec specFor(const CommonOptions& options, const AppBundle& bundle, const fs::path& file) {
   if (options.resource) return requireSpecResource(*options.resource, bundle);
   return specInFile(file);
 }
@@ -393,16 +392,16 @@ std::string readInputFile(const std::filesystem::path& path) {
   }
 }
 
-AnyEncodable specInFile(const std::filesystem::path& path) {
+StoredSpec specInFile(const std::filesystem::path& path) {
   const std::string bytes = readInputFile(path);
   try {
-    return AnyEncodable(JSONValue::from(parseJson(bytes).root()));
+    return StoredSpec::fromAnyJson(bytes);
   } catch (const Error& error) {
     throw UsageError(path.string() + ": " + error.description());
   }
 }
 
-SpecIds idsIn(const AnyEncodable& spec) {
+SpecIds idsIn(const StoredSpec& spec) {
   const JsonDocument document = parseJson(toJson(spec));
   const auto textUnder = [](const boost::json::object& task, const char* key) -> std::string {
     const auto* value = task.if_contains(key);

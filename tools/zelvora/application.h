@@ -13,7 +13,7 @@
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/platform/platform.h>
-#include <ZelvoraSDK/spec/any_encodable.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 
 #include "command_line.h"
 
@@ -89,7 +89,7 @@ class Application {
 
   [[nodiscard]] const Platform& platform() const { return platform_; }
   [[nodiscard]] const ZelvoraSettings& settings() const { return settings_; }
-  [[nodiscard]] const AnyEncodable& spec() const { return spec_; }
+  [[nodiscard]] const StoredSpec& spec() const { return spec_; }
   [[nodiscard]] const std::filesystem::path& specFile() const { return specFile_; }
   [[nodiscard]] Diagnostics& diagnostics() { return *diagnostics_; }
 
@@ -127,7 +127,7 @@ class Application {
   Platform platform_;
   ZelvoraSettings settings_;
   std::filesystem::path specFile_;
-  AnyEncodable spec_;
+  StoredSpec spec_;
   ZelvoraHooks hooks_;
   std::unique_ptr<Zelvora> facade_;
 };
@@ -136,7 +136,7 @@ class Application {
 std::string readInputFile(const std::filesystem::path& path);
 
 /// The app spec in a JSON file, of any shape. Throws UsageError that names the file and the place.
-AnyEncodable specInFile(const std::filesystem::path& path);
+StoredSpec specInFile(const std::filesystem::path& path);
 
 /// Where learning counts and the shell's history live.
 std::filesystem::path dataFolderOf(const CommonOptions& options);
@@ -147,7 +147,7 @@ struct SpecIds {
   std::vector<std::string> tasks;
   std::vector<std::string> screens;
 };
-SpecIds idsIn(const AnyEncodable& spec);
+SpecIds idsIn(const StoredSpec& spec);
 
 /// A file of the project's example, as in "shop.json": below this folder, beside the build that
 /// the tool is in, or where the tool was installed.

@@ -5,8 +5,8 @@
 
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/platform/system.h>
-#include <ZelvoraSDK/routing/compiled_tasks.h>
 #include <ZelvoraSDK/routing/context_engine.h>
+#include <ZelvoraSDK/routing/local_router.h>
 
 #include "output.h"
 

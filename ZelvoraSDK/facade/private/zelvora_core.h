@@ -16,7 +16,7 @@ namespace zelvora {
 /// What the façade owns. A call under way holds it, so that it may outlive the façade.
 class Zelvora::Core {
  public:
-  Core(Platform platform, ZelvoraSettings settings, AnyEncodable spec, ZelvoraHooks hooks);
+  Core(Platform platform, ZelvoraSettings settings, StoredSpec spec, ZelvoraHooks hooks);
 
   /// Routes in the background, then tells `callbacks` on the main executor if they are still there.
   static asio::awaitable<void> routeAndDeliver(std::shared_ptr<Core> core,

@@ -172,7 +172,7 @@ class LocaleSpellings {
   explicit LocaleSpellings(Findings& findings) : findings_(findings) {}
 
   template <class Table>
-  void check(const std::optional<Table>& table, const std::string& path) {
+  void check(const Table& table, const std::string& path) {
     if (!table) return;
     std::map<std::string, std::string> seen;
     for (const auto& [locale, entry] : *table) {

@@ -8,8 +8,8 @@
 
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/routing/canonical_text.h>
+#include <ZelvoraSDK/routing/decision.h>
 #include <ZelvoraSDK/routing/normalizer.h>
-#include <ZelvoraSDK/routing/stopwords.h>
 #include <ZelvoraSDK/workbench/private/remedies.h>
 #include <ZelvoraSDK/workbench/private/routed_texts.h>
 

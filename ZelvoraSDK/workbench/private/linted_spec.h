@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/spec/minimal_spec.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>

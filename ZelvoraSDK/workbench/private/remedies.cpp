@@ -7,8 +7,8 @@
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/routing/canonical_text.h>
-#include <ZelvoraSDK/routing/compiled_tasks.h>
 #include <ZelvoraSDK/routing/decision.h>
+#include <ZelvoraSDK/routing/local_router.h>
 #include <ZelvoraSDK/workbench/private/findings.h>
 
 namespace zelvora::workbench {

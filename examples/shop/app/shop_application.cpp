@@ -11,7 +11,7 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
-#include <ZelvoraSDK/spec/spec_loader.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 
 #include "glyph_provider.h"

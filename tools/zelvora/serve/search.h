@@ -7,7 +7,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/json_fwd.h>
-#include <ZelvoraSDK/outcome/task_action.h>
+#include <ZelvoraSDK/outcome/result.h>
 
 namespace zelvora::serve {
 

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <ZelvoraSDK/platform/system.h>
+#include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/spec/runtime_spec.h>
+
+namespace zelvora {
+
+/// How much of a spec a document turned out to be.
+enum class SpecReading {
+  full,     ///< Everything works.
+  minimal,  ///< Tasks only: no stopwords, context or speech settings.
+  none,     ///< No usable task: nothing can be scored on the device.
+};
+
+/// A stored spec as the pipelines need it.
+struct ResolvedSpec {
+  SpecReading reading = SpecReading::none;
+  std::string reason;                       ///< A sentence on why it is not full; empty when it is.
+  std::shared_ptr<const ZelvoraSpec> spec;  ///< Null when `reading` is `none`.
+  std::shared_ptr<const RuntimeSpec> runtimeSpec;  ///< The same when it is full, else null.
+  std::optional<RuntimeSpec::Thresholds> thresholds;
+
+  /// What to write to the log the first time that this spec is used; absent for a full one.
+  [[nodiscard]] std::optional<std::string> libraryLine() const;
+};
+
+/// The application's spec as the façade keeps it: the document, and how it reads. Immutable;
+/// copies share what they hold. Nothing is validated, see `ZelvoraSpec::validateSpec()`.
+///
+///     Zelvora zelvora(platform, settings, StoredSpec::fromFile("shop.json"));
+class StoredSpec {
+ public:
+  /// Any value that encodes as a spec. It is encoded and decoded when it is resolved.
+  StoredSpec(AnyEncodable value) : document_(std::move(value)) {}  // NOLINT: on purpose implicit
+
+  /// A spec from JSON text, parsed and decoded here and only once. Throws Error: with line and
+  /// column for text that is not JSON, with the coding path when it is neither a full spec nor a
+  /// minimal one with a usable task.
+  [[nodiscard]] static StoredSpec fromJson(std::string_view text);
+
+  /// The same, but takes any JSON: a document that is no spec is kept and reads as `none`.
+  [[nodiscard]] static StoredSpec fromAnyJson(std::string_view text);
+
+  /// As `fromJson`, from a file whose path then begins the description. Throws Error in the domain
+  /// "POSIX" too.
+  [[nodiscard]] static StoredSpec fromFile(const std::filesystem::path& path);
+
+  /// As a full spec, else as a minimal one with at least one usable task. Costs nothing for a spec
+  /// that came from JSON; for a value keep the answer. Never throws. Fatal on a minimal spec with a
+  /// task that breaks the record's preconditions.
+  [[nodiscard]] ResolvedSpec resolve() const;
+
+  friend void writeJson(JsonWriter& out, const StoredSpec& spec) { writeJson(out, spec.document_); }
+
+ private:
+  StoredSpec(AnyEncodable document, ResolvedSpec resolved)
+      : document_(std::move(document)), resolved_(std::move(resolved)) {}
+  friend StoredSpec requireSpecResource(const std::string& name, const AppBundle& mainBundle);
+
+  AnyEncodable document_;
+  std::optional<ResolvedSpec> resolved_;
+};
+
+/// Loads specs that lie in an application's bundle. Never an object. Validates nothing.
+struct ZelvoraSpecLoader {
+  ZelvoraSpecLoader() = delete;
+
+  /// Decodes the resource `resource`.json. Throws Error: code 404 in the domain "ZelvoraSpecLoader"
+  /// when the bundle has no such resource, else what reading or decoding it threw.
+  static RuntimeSpec loadFromBundle(const std::string& resource, const AppBundle& bundle);
+};
+
+/// The full spec in the resource `name`.json of the application's own bundle. A missing,
+/// unreadable, empty, ill-formed or incomplete spec is a fatal error.
+StoredSpec requireSpecResource(const std::string& name, const AppBundle& mainBundle);
+
+}  // namespace zelvora

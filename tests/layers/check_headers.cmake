@@ -1,0 +1,80 @@
+# Fails when a header below ROOT has no reason to exist, when a public header leads to a private one,
+# and when the tests' tree is not that of the library:
+#   cmake -DROOT=DIR -P check_headers.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+# What an application or the writer of a port includes, besides the adapters and the views.
+set(public
+  async/awaitable.h async/publisher.h
+  backend/access_token.h
+  base/error.h base/json_fwd.h base/json_write.h base/limits.h base/ordered_map.h base/record.h
+  base/version.h
+  facade/callbacks.h facade/settings.h facade/stage_report.h facade/zelvora.h
+  outcome/audit_event.h outcome/result.h
+  platform/audio.h platform/network.h platform/platform.h platform/speech.h platform/system.h
+  platform/url.h
+  spec/json_value.h spec/runtime_spec.h spec/stored_spec.h spec/task_spec.h
+  speech/stt_config.h speech/stt_protocols.h speech/voice_speaker.h)
+
+# Rooms whose headers all have at least two includers.
+set(rooms base platform outcome spec routing backend)
+
+# What tests/ holds besides the library's folders.
+set(other_tests docs examples install layers support tools)
+
+file(GLOB_RECURSE files RELATIVE ${ROOT}
+  ${ROOT}/ZelvoraSDK/*.h ${ROOT}/ZelvoraSDK/*.cpp ${ROOT}/tools/*.h ${ROOT}/tools/*.cpp
+  ${ROOT}/tests/*.h ${ROOT}/tests/*.cpp ${ROOT}/examples/*.h ${ROOT}/examples/*.cpp
+  ${ROOT}/benchmarks/*.h ${ROOT}/benchmarks/*.cpp ${ROOT}/fuzz/*.cpp)
+if(NOT files)
+  message(FATAL_ERROR "no sources below '${ROOT}'")
+endif()
+
+set(includes "")
+foreach(file IN LISTS files)
+  file(STRINGS ${ROOT}/${file} lines REGEX "^[ \t]*#[ \t]*include[ \t]*<ZelvoraSDK/")
+  string(REGEX REPLACE "[^;<]*<ZelvoraSDK/([^>]+)>[^;]*" "\\1" included "${lines}")
+  list(APPEND includes ${included})
+  string(REGEX REPLACE "^ZelvoraSDK/" "" header ${file})
+  if(header IN_LIST public AND file MATCHES "^ZelvoraSDK/")
+    foreach(other IN LISTS included)
+      if(NOT other IN_LIST public)
+        message(SEND_ERROR "${file} is public and may not include <ZelvoraSDK/${other}>")
+      endif()
+    endforeach()
+  endif()
+endforeach()
+
+foreach(header IN LISTS public)
+  string(REGEX MATCH "^[^/]+" room ${header})
+  if(EXISTS ${ROOT}/ZelvoraSDK/${room} AND NOT EXISTS ${ROOT}/ZelvoraSDK/${header})
+    message(SEND_ERROR "the public header ${header} is missing")
+  endif()
+endforeach()
+
+list(SORT includes)
+list(JOIN includes " \n " includes)
+set(includes " ${includes} ")
+foreach(file IN LISTS files)
+  if(NOT file MATCHES "^ZelvoraSDK/(([^/]+)/.*\\.h)$")
+    continue()
+  endif()
+  set(header ${CMAKE_MATCH_1})
+  if(NOT CMAKE_MATCH_2 IN_LIST rooms OR header IN_LIST public)
+    continue()
+  endif()
+  string(FIND "${includes}" " ${header} " first)
+  string(FIND "${includes}" " ${header} " last REVERSE)
+  if(first EQUAL last)
+    message(SEND_ERROR "${file} has fewer than two includers: put it where it is used")
+  endif()
+endforeach()
+
+file(GLOB folders RELATIVE ${ROOT}/tests ${ROOT}/tests/*)
+foreach(folder IN LISTS folders)
+  if(IS_DIRECTORY ${ROOT}/tests/${folder} AND NOT folder IN_LIST other_tests
+     AND NOT IS_DIRECTORY ${ROOT}/ZelvoraSDK/${folder})
+    message(SEND_ERROR "tests/${folder} mirrors no folder of the library")
+  endif()
+endforeach()
