@@ -66,6 +66,12 @@ inline constexpr std::chrono::minutes kMaxSoundLength{10};
 /// ring is full is dropped and counted.
 inline constexpr double kCaptureRingSeconds = 2.0;
 
+// Speech recognition.
+
+/// Words of all phrases that a recogniser expects; a large application has a few thousand. Further
+/// phrases are understood as any other English.
+inline constexpr std::size_t kMaxVocabularyWords = 30'000;
+
 // Speech output: the speech daemon.
 
 /// Bytes of one line of a reply; real ones have fewer than a hundred.

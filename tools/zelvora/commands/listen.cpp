@@ -12,6 +12,7 @@
 #include <string>
 #include <utility>
 
+#include <ZelvoraSDK/adapters/host/host_speech.h>
 #include <ZelvoraSDK/outcome/audit_event.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/speech/metered_engines.h>
@@ -29,6 +30,8 @@ struct ListenOptions {
   CommonOptions common;
   std::optional<fs::path> audio;
   std::optional<fs::path> saveAudio;
+  std::optional<fs::path> model;
+  std::optional<std::string> recogniser;
 };
 
 /// What came of one spoken command.
@@ -267,7 +270,9 @@ void save(const std::optional<AudioData>& recording, const fs::path& path) {
 int runListen(const ListenOptions& options, Output& out) {
   Application application(options.common);
   checkFiles(options, application.specFile());
-  application.enableSpeech(options.audio);
+  application.enableSpeech({.soundFile = options.audio,
+                            .model = options.model,
+                            .modelAlone = options.recogniser == "model"});
   Heard heard;
   {
     LiveLine live;
@@ -278,6 +283,12 @@ int runListen(const ListenOptions& options, Output& out) {
   print(heard, options.common.json, out);
   if (options.saveAudio) save(heard.recording, *options.saveAudio);
   return kAnswered;
+}
+
+std::string namesOf(const std::vector<std::string>& names) {
+  std::string all;
+  for (const std::string& name : names) all += (all.empty() ? "" : ", ") + name;
+  return all.empty() ? "none" : all;
 }
 
 }  // namespace
@@ -293,6 +304,7 @@ Command listenCommand() {
           "terminal, standard error shows the state, how loud it is and the text so far. A locale "
           "without a recogniser and a missing microphone are reported in one line on standard "
           "error, beside the outcome.",
+      .ofThisBuild = "This build has these recognisers: " + namesOf(hostRecognizers()) + ".",
   };
   command.options = {
       {.name = "--audio",
@@ -307,6 +319,16 @@ Command listenCommand() {
        .otherwise = "nowhere",
        .take = into(options->saveAudio),
        .completes = Completes::files},
+      {.name = "--model",
+       .value = "DIR",
+       .meaning = "a folder with a streaming transducer for sherpa-onnx, to hear with",
+       .otherwise = "none",
+       .take = into(options->model),
+       .completes = Completes::files},
+      choiceOption("--recogniser", "KIND", {"both", "model"},
+                   "with --model, what hears: `both` the system's recogniser and the model, or the "
+                   "`model` alone",
+                   "`both`", into(options->recogniser)),
       choiceOption("--stt-mode", "MODE", {"localOnly", "hybrid", "cloudOnly", "disabled"},
                    "who recognises speech: `localOnly`, `hybrid`, `cloudOnly` or `disabled`",
                    "the bundle's, else `localOnly`", into(options->common.sttMode))};
