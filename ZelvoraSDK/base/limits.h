@@ -51,6 +51,12 @@ inline constexpr std::uint32_t kMaxSoundChannels = 8;
 /// Of one sound file. A command takes seconds.
 inline constexpr std::chrono::minutes kMaxSoundLength{10};
 
+/// Whether sound of this format is taken from a file or a device.
+constexpr bool isSupportedSound(double sampleRate, std::uint32_t channels) {
+  return sampleRate >= kMinSampleRate && sampleRate <= kMaxSampleRate && channels >= 1 &&
+         channels <= kMaxSoundChannels;
+}
+
 // Speech output: the speech daemon.
 
 /// Bytes of one line of a reply; real ones have fewer than a hundred.

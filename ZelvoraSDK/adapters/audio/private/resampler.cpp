@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora::audio {
 namespace {
@@ -55,6 +56,10 @@ void Resampler::Destroy::operator()(SpeexResamplerState_* state) const {
 }
 
 Resampler::Resampler(std::uint32_t rate) : rate_(rate) {
+  // Room and work grow with the ratio of the rates.
+  if (!isSupportedSound(rate, 1))
+    throw Error("ZelvoraSpeechRecognizer", 3,
+                "The speech recogniser can't hear sound of " + std::to_string(rate) + " Hz");
   if (rate == kModelRate) return;
   int failed = 0;
   state_.reset(speex_resampler_init(1, rate, kModelRate, kQuality, &failed));
