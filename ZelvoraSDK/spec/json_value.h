@@ -3,6 +3,7 @@
 #include <concepts>
 #include <cstddef>
 #include <optional>
+#include <locale>
 #include <ostream>
 #include <ranges>
 #include <sstream>
@@ -96,6 +97,7 @@ template <class T>
 std::string JSONValue::describe(const T& any) {
   if constexpr (requires(std::ostream& out) { out << any; }) {
     std::ostringstream text;
+    text.imbue(std::locale::classic());
     text << any;
     return text.str();
   } else {

@@ -2,9 +2,9 @@
 
 #include <array>
 #include <charconv>
-#include <cstdio>
 #include <utility>
 
+#include <ZelvoraSDK/base/fixed_decimal.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/speech/private/capture_listeners.h>
 
@@ -20,9 +20,7 @@ std::string plainDecimal(double value) {
 }
 
 std::string silenceLine(Seconds silence) {
-  std::array<char, 64> line{};
-  std::snprintf(line.data(), line.size(), "🎙️ auto-stop (silence=%.2fs)", silence.count());
-  return line.data();
+  return "🎙️ auto-stop (silence=" + fixedDecimal(silence.count(), 2) + "s)";
 }
 
 void deactivate(AudioSession& session) {
