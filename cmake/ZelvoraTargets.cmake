@@ -19,6 +19,9 @@ target_compile_options(zelvora_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
 if(ZELVORA_WARNINGS_AS_ERRORS)
   target_compile_options(zelvora_flags INTERFACE -Werror)
 endif()
+if(ZELVORA_HARDEN)
+  target_link_libraries(zelvora_flags INTERFACE zelvora_hardening)
+endif()
 if(ZELVORA_SANITIZE)
   add_compile_options(-fsanitize=${ZELVORA_SANITIZE} -fno-omit-frame-pointer)
   # Asio allocates coroutine frames by hand; with calls kept apart g++ takes their release for a mismatch.

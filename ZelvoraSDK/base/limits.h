@@ -62,6 +62,12 @@ inline constexpr std::uint32_t kMaxSoundChannels = 8;
 /// Of one sound file. A command takes seconds.
 inline constexpr std::chrono::minutes kMaxSoundLength{10};
 
+/// Whether sound of this format is taken from a file or a device.
+constexpr bool isSupportedSound(double sampleRate, std::uint32_t channels) {
+  return sampleRate >= kMinSampleRate && sampleRate <= kMaxSampleRate && channels >= 1 &&
+         channels <= kMaxSoundChannels;
+}
+
 /// Sound that waits in a capture's ring for whoever stores and recognises it. What comes while the
 /// ring is full is dropped and counted.
 inline constexpr double kCaptureRingSeconds = 2.0;

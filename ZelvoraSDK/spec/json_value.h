@@ -3,7 +3,9 @@
 #include <concepts>
 #include <cstddef>
 #include <functional>
+#include <locale>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <ranges>
 #include <sstream>
@@ -122,6 +124,7 @@ template <class T>
 std::string JSONValue::describe(const T& any) {
   if constexpr (requires(std::ostream& out) { out << any; }) {
     std::ostringstream text;
+    text.imbue(std::locale::classic());
     text << any;
     return text.str();
   } else {

@@ -4,9 +4,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <string>
 
 #include <ZelvoraSDK/adapters/sndfile/private/sound_file.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {
@@ -30,6 +33,22 @@ int memoryFile(std::string_view bytes) {
   return descriptor;
 }
 
+/// A header may say anything, and what it says costs memory and time from here on.
+const SF_INFO& requireSupported(const SF_INFO& info, const std::string& what) {
+  const auto refuse = [&](const std::string& why) {
+    throw Error("ZelvoraAudioFile", SF_ERR_UNSUPPORTED_ENCODING, "can't read " + what + ": " + why);
+  };
+  const AudioFormat format = formatOf(info);
+  if (info.channels < 1 || !isSupportedSound(format.sampleRate, format.channels))
+    refuse(std::to_string(info.samplerate) + " Hz and " + std::to_string(info.channels) +
+           " channels; " + std::to_string(kMinSampleRate) + " to " +
+           std::to_string(kMaxSampleRate) + " Hz and up to " + std::to_string(kMaxSoundChannels) +
+           " channels are supported");
+  if (info.frames > std::chrono::seconds(kMaxSoundLength).count() * info.samplerate)
+    refuse("longer than " + std::to_string(kMaxSoundLength.count()) + " minutes");
+  return info;
+}
+
 }  // namespace
 
 void SoundReader::Close::operator()(sf_private_tag* file) const { sf_close(file); }
@@ -38,14 +57,15 @@ SoundReader::SoundReader(const std::filesystem::path& path) {
   SF_INFO info{};
   file_.reset(sf_open(path.c_str(), SFM_READ, &info));
   if (!file_) throw failure(nullptr, "can't read " + path.string());
-  format_ = formatOf(info);
+  format_ = formatOf(requireSupported(info, path.string()));
 }
 
 SoundReader SoundReader::ofBytes(std::string_view bytes) {
   SF_INFO info{};
-  SNDFILE* const file = sf_open_fd(memoryFile(bytes), SFM_READ, &info, SF_TRUE);
+  sound::File file(sf_open_fd(memoryFile(bytes), SFM_READ, &info, SF_TRUE));
   if (!file) throw failure(nullptr, "can't read the sound");
-  return {file, formatOf(info)};
+  requireSupported(info, "the sound");
+  return {file.release(), formatOf(info)};
 }
 
 std::size_t SoundReader::read(std::vector<float>& samples) {
@@ -53,7 +73,8 @@ std::size_t SoundReader::read(std::vector<float>& samples) {
   const sf_count_t got = sf_read_float(file_.get(), samples.data(), size);
   if (sf_error(file_.get()) != SF_ERR_NO_ERROR) throw failure(file_.get(), "can't read on");
   std::fill(samples.begin() + got, samples.end(), 0.0F);
-  for (float& sample : samples) sample = std::clamp(sample, -1.0F, 1.0F);
+  // A file of floats may hold anything, NaN too.
+  for (float& sample : samples) sample = std::isnan(sample) ? 0 : std::clamp(sample, -1.0F, 1.0F);
   return static_cast<std::size_t>(got);
 }
 

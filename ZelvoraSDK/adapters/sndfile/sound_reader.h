@@ -13,7 +13,8 @@ struct sf_private_tag;
 namespace zelvora {
 
 /// A sound of any format that libsndfile reads, from its start to its end. Confined to its owner's
-/// thread. Throws Error, of domain "ZelvoraAudioFile", for what is no sound or is damaged.
+/// thread. Throws Error, of domain "ZelvoraAudioFile", for what is no sound, is damaged or passes a
+/// limit of sound files (base/limits.h).
 class SoundReader {
  public:
   explicit SoundReader(const std::filesystem::path& path);

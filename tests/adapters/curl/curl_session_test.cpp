@@ -9,7 +9,9 @@
 #include <cstdlib>
 #include <future>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -225,6 +227,40 @@ TEST(CurlSession, FailsWhatIsUnderWayWhenItIsDestroyed) {
     ASSERT_TRUE(server.waitForRequests(1));
   }
   for (auto& each : answers) EXPECT_TRUE(each.get().error);
+}
+
+TEST(CurlSession, IsReleasedOrCancelledAfterEachByteOfAnAnswer) {
+  const std::string whole = httpResponse(200, "pong", "X-Header: value\r\n");
+  WorkerPool pool(1);
+  for (const bool isReleased : {true, false})
+    for (std::size_t n = 0; n <= whole.size(); ++n) {
+      std::promise<void> written;
+      const Script stall = [&](Connection& connection) {
+        connection.readRequest();
+        connection.write(std::string_view(whole).substr(0, n));
+        written.set_value();
+        connection.waitUntilClosed();
+      };
+      const ScriptedServer server({stall});
+      std::optional<CurlUrlSession> session(std::in_place);
+      asio::cancellation_signal signal;
+      std::promise<bool> failed;
+      asio::co_spawn(pool.executor(), session->send(securedRequest(server.url())),
+                     asio::bind_cancellation_slot(
+                         signal.slot(), [&](const std::exception_ptr& failure, const UrlResponse&) {
+                           failed.set_value(failure != nullptr);
+                         }));
+      written.get_future().wait();
+      if (isReleased)
+        session.reset();
+      else
+        asio::post(pool.executor(), [&] { signal.emit(asio::cancellation_type::terminal); });
+      EXPECT_TRUE(failed.get_future().get() || n == whole.size()) << n;
+      // The signal must not go before the work that may emit it.
+      std::promise<void> drained;
+      asio::post(pool.executor(), [&] { drained.set_value(); });
+      drained.get_future().wait();
+    }
 }
 
 TEST(CurlSession, MayBeDestroyedByWhomItAnswers) {

@@ -4,11 +4,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
 #include <future>
 #include <iterator>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
 
 #include <ZelvoraSDK/adapters/pulse/private/reblock.h>
+#include <ZelvoraSDK/base/limits.h>
 #include <tests/support/sound_files.h>
 #include <tests/support/sound_server.h>
 
@@ -92,6 +101,42 @@ struct RunningCapture {
   std::promise<Error> failure;
   std::unique_ptr<AudioEngine> engine = PulseEngineFactory().makeEngine();
 };
+
+TEST(PulseEngine, AsksADeviceForSoundWithinTheLimitsOnly) {
+  const SoundServer server;
+  const struct {
+    const char* sink;
+    AudioFormat expected;
+  } rows[] = {{"rate=48000 channels=8", {48000, kMaxSoundChannels}},
+              {"rate=48000 channels=9", {48000, kMaxSoundChannels}},
+              {"rate=48000 channels=32", {48000, kMaxSoundChannels}},
+              {"rate=192000 channels=1", {kMaxSampleRate, 1}},
+              {"rate=384000 channels=1", {kMaxSampleRate, 1}},
+              {"rate=4000 channels=1", {kMinSampleRate, 1}}};
+  for (const auto& row : rows) {
+    const std::string sink =
+        server.control("load-module module-null-sink sink_name=odd norewinds=1 format=float32le " +
+                       std::string(row.sink));
+    const std::string source = server.control(
+        "load-module module-remap-source master=odd.monitor source_name=odd_mic remix=no " +
+        std::string(row.sink));
+    server.control("set-default-source odd_mic");
+    const auto engine = PulseEngineFactory().makeEngine();
+    EXPECT_EQ(engine->inputFormat(), row.expected) << row.sink;
+    std::promise<AudioFormat> heard;
+    bool isFirst = true;
+    engine->installTap(1024, [&](const PcmBuffer& buffer) {
+      if (std::exchange(isFirst, false)) heard.set_value(buffer.format);
+    });
+    engine->start();
+    auto format = heard.get_future();
+    ASSERT_EQ(format.wait_for(kPatience), std::future_status::ready) << row.sink;
+    EXPECT_EQ(format.get(), row.expected) << row.sink;
+    engine->stop();
+    server.control("unload-module " + source);
+    server.control("unload-module " + sink);
+  }
+}
 
 TEST(PulseEngine, HearsEachSampleAsItWasPlayed) {
   const SoundServer server;
@@ -180,6 +225,87 @@ TEST(PulseEngine, LeavesNothingBehind) {
   for (int i = 0; i < 20; ++i) RunningCapture();
   EXPECT_EQ(entries("/proc/self/fd"), files);
   EXPECT_EQ(entries("/proc/self/task"), threads);
+}
+
+/// A capture, step by step.
+class Steps {
+ public:
+  Steps() {
+    const auto buffers = [this](std::size_t count) {
+      return [this, count] {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, kPatience, [&] { return buffers_ >= count || failed_; });
+      };
+    };
+    steps_ = {[this] { engine_->inputFormat(); },
+              [this] { engine_->installTap(1024, [this](const PcmBuffer&) { note(&buffers_); }); },
+              [this] { engine_->onFailure([this](const Error&) { note(nullptr); }); },
+              [this] { engine_->prepare(); },
+              [this] { engine_->start(); },
+              buffers(1),
+              buffers(3),
+              [this] { engine_->removeTap(); },
+              [this] { engine_->stop(); },
+              [this] { engine_->start(); },
+              [this] { engine_->reset(); }};
+  }
+  [[nodiscard]] std::size_t count() const { return steps_.size(); }
+  /// Runs one; whether it did its work.
+  bool run(std::size_t step) {
+    try {
+      steps_[step]();
+      return true;
+    } catch (const Error&) {
+      std::scoped_lock lock(mutex_);
+      failed_ = true;
+      return false;
+    }
+  }
+  void release() {
+    engine_.reset();
+    isReleased_ = true;
+  }
+
+ private:
+  void note(std::size_t* counted) {
+    EXPECT_FALSE(isReleased_);
+    const std::scoped_lock lock(mutex_);
+    if (counted)
+      ++*counted;
+    else
+      failed_ = true;
+    changed_.notify_all();
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::size_t buffers_ = 0;
+  bool failed_ = false;
+  std::atomic<bool> isReleased_ = false;
+  std::vector<std::function<void()>> steps_;
+  std::unique_ptr<AudioEngine> engine_ = PulseEngineFactory().makeEngine();
+};
+
+TEST(PulseEngine, IsReleasedAfterEachStep) {
+  const SoundServer server;
+  for (std::size_t n = 0; n <= Steps().count(); ++n) {
+    Steps steps;
+    for (std::size_t step = 0; step < n; ++step) EXPECT_TRUE(steps.run(step)) << step;
+    steps.release();
+  }
+}
+
+TEST(PulseEngine, LosesItsServerAfterEachStep) {
+  for (std::size_t n = 0; n <= Steps().count(); ++n) {
+    SoundServer server;
+    Steps steps;
+    for (std::size_t step = 0; step < n; ++step) EXPECT_TRUE(steps.run(step)) << step;
+    server.kill();
+    const auto begin = std::chrono::steady_clock::now();
+    for (std::size_t step = n; step < steps.count(); ++step) steps.run(step);
+    steps.release();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, kPatience) << n;
+  }
 }
 
 TEST(Reblock, FillsGapsWithSilence) {

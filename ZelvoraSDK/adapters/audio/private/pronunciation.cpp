@@ -2,7 +2,6 @@
 
 #include <flite/flite.h>
 
-#include <cctype>
 #include <memory>
 
 // The library exports it and declares it nowhere.
@@ -19,8 +18,7 @@ struct DeletePhones {
 std::string decoderPhone(const char* phone) {
   std::string name;
   for (; *phone; ++phone)
-    if (std::isalpha(static_cast<unsigned char>(*phone)))
-      name += static_cast<char>(std::toupper(static_cast<unsigned char>(*phone)));
+    if (*phone >= 'a' && *phone <= 'z') name += static_cast<char>(*phone - 'a' + 'A');
   return name == "AX" ? "AH" : name;
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora::audio {
 namespace {
@@ -27,9 +28,11 @@ std::vector<float> interleaved(const PcmBuffer& buffer) {
 std::vector<std::int16_t> asWords(std::span<const float> samples) {
   std::vector<std::int16_t> words;
   words.reserve(samples.size());
-  for (const float sample : samples)
-    words.push_back(
-        static_cast<std::int16_t>(std::lrintf(std::clamp(sample, -1.0F, 1.0F) * kFullScale)));
+  for (const float sample : samples) {
+    // A device may deliver anything, NaN too, which no integer stands for.
+    const float heard = std::isnan(sample) ? 0 : std::clamp(sample, -1.0F, 1.0F);
+    words.push_back(static_cast<std::int16_t>(std::lrintf(heard * kFullScale)));
+  }
   return words;
 }
 
@@ -55,6 +58,10 @@ void Resampler::Destroy::operator()(SpeexResamplerState_* state) const {
 }
 
 Resampler::Resampler(std::uint32_t rate) : rate_(rate) {
+  // Room and work grow with the ratio of the rates.
+  if (!isSupportedSound(rate, 1))
+    throw Error("ZelvoraSpeechRecognizer", 3,
+                "The speech recogniser can't hear sound of " + std::to_string(rate) + " Hz");
   if (rate == kModelRate) return;
   int failed = 0;
   state_.reset(speex_resampler_init(1, rate, kModelRate, kQuality, &failed));

@@ -2,8 +2,9 @@
 
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <map>
+
+#include <ZelvoraSDK/base/fixed_decimal.h>
 
 namespace zelvora::sphinx {
 
@@ -82,16 +83,11 @@ class Model {
 
   [[nodiscard]] std::string line(const Gram& history, const std::string& word,
                                  double logProbability) const {
-    std::array<char, 32> number{};
-    std::snprintf(number.data(), number.size(), "%.5f", logProbability);
-    std::string text = number.data();
+    std::string text = fixedDecimal(logProbability, 5);
     Gram gram = history;
     gram.push_back(word);
     for (std::size_t i = 0; i < gram.size(); ++i) text += (i == 0 ? '\t' : ' ') + gram[i];
-    if (gram.size() < kOrder) {
-      std::snprintf(number.data(), number.size(), "\t%.5f", std::log10(backOff(gram)));
-      text += number.data();
-    }
+    if (gram.size() < kOrder) text += '\t' + fixedDecimal(std::log10(backOff(gram)), 5);
     return text + '\n';
   }
 

@@ -1,5 +1,6 @@
 #include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 
+#include <locale.h>
 #include <pocketsphinx.h>
 #include <sphinxbase/cmn.h>
 #include <sphinxbase/err.h>
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -28,6 +30,23 @@ constexpr const char* kAcousticModel = ZELVORA_SPHINX_MODELS "/en-us/en-us";
 constexpr const char* kLanguageModel = ZELVORA_SPHINX_MODELS "/en-us/en-us.lm.bin";
 constexpr const char* kDictionary = ZELVORA_SPHINX_MODELS "/en-us/cmudict-en-us.dict";
 constexpr const char* kSearch = "zelvora";
+
+/// While it lives, this thread reads numbers as models write them. The library goes by the thread's
+/// locale, and in a German one "-0.30103" would be 0.
+class PlainNumbers {
+ public:
+  PlainNumbers() : before_(::uselocale(plain_)) {}
+  ~PlainNumbers() {
+    ::uselocale(before_);
+    ::freelocale(plain_);
+  }
+  PlainNumbers(const PlainNumbers&) = delete;
+  PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+ private:
+  locale_t plain_ = ::newlocale(LC_ALL_MASK, "C", nullptr);
+  locale_t before_;
+};
 
 struct FreeConfig {
   void operator()(cmd_ln_t* config) const { cmd_ln_free_r(config); }
@@ -134,12 +153,13 @@ void addWord(SpeechResult& result, std::string word) {
 /// Takes up again the mean that the model came with; it drifts with what is heard.
 void resetMean(ps_decoder_t* decoder) {
   std::vector<mfcc_t> mean(static_cast<std::size_t>(ps_get_feat(decoder)->cepsize));
-  const char* rest = cmd_ln_str_r(ps_get_config(decoder), "-cmninit");
+  const char* const known = cmd_ln_str_r(ps_get_config(decoder), "-cmninit");
+  const char* rest = known ? known : "";
+  const char* const end = rest + std::string_view(rest).size();
   for (mfcc_t& value : mean) {
-    if (!rest || !*rest) break;
-    char* end = nullptr;
-    value = std::strtof(rest, &end);
-    rest = *end == ',' ? end + 1 : end;
+    if (rest == end) break;
+    rest = std::from_chars(rest, end, value).ptr;
+    if (rest != end) ++rest;  // A comma.
   }
   cmn_live_set(ps_get_feat(decoder)->cmn_struct, mean.data());
 }
@@ -156,6 +176,7 @@ bool Decoder::isInstalled() {
 }
 
 Decoder::Decoder(const std::vector<std::string>& vocabulary) {
+  const PlainNumbers plainNumbers;
   // The library ends the process over some files that are missing.
   if (isInstalled()) decoder_.reset(decoderWithoutSearch());
   if (!decoder_) throw cannotRead("acoustic model");

@@ -3,9 +3,11 @@
 #include <pulse/error.h>
 #include <pulse/introspect.h>
 
+#include <algorithm>
 #include <optional>
 
 #include <ZelvoraSDK/adapters/pulse/private/failure.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora::pulse {
 namespace {
@@ -18,14 +20,25 @@ struct Answer {
   std::optional<Microphone> microphone;
 };
 
+/// The native format within the limits; the server converts to what is asked of it.
+Microphone microphoneOf(const pa_source_info& info) {
+  const auto rate = std::clamp(info.sample_spec.rate, kMinSampleRate, kMaxSampleRate);
+  Microphone microphone{
+      .name = info.name,
+      .format = {.sampleRate = static_cast<double>(rate), .channels = info.sample_spec.channels},
+      .channels = info.channel_map};
+  if (microphone.format.channels > kMaxSoundChannels) {
+    microphone.format.channels = kMaxSoundChannels;
+    pa_channel_map_init_extend(&microphone.channels, kMaxSoundChannels, PA_CHANNEL_MAP_DEFAULT);
+  }
+  return microphone;
+}
+
 void takeAnswer(pa_context*, const pa_source_info* info, int end, void* self) {
   auto& answer = *static_cast<Answer*>(self);
   if (end == 0) {
     answer.isMonitor = info->monitor_of_sink != PA_INVALID_INDEX;
-    answer.microphone = {.name = info->name,
-                         .format = {.sampleRate = static_cast<double>(info->sample_spec.rate),
-                                    .channels = info->sample_spec.channels},
-                         .channels = info->channel_map};
+    answer.microphone = microphoneOf(*info);
     return;
   }
   answer.complete = true;
