@@ -3,11 +3,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
@@ -42,24 +40,6 @@ class UrlSession {
   /// response is cut short or passes `kMaxResponseBytes` (base/limits.h), and when the session is
   /// destroyed first. Goes on where the caller runs. A cancelled call ends at once, with an Error.
   virtual asio::awaitable<UrlResponse> send(UrlRequest request) = 0;
-};
-
-/// For applications without a backend: every request fails with this text.
-class NoNetworkSession final : public UrlSession {
- public:
-  explicit NoNetworkSession(std::string description = "There is no network")
-      : description_(std::move(description)) {}
-  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
-    return refuse(description_);
-  }
-
- private:
-  static asio::awaitable<UrlResponse> refuse(std::string description) {
-    throw Error("ZelvoraNoNetwork", 1, std::move(description));
-    co_return UrlResponse{};
-  }
-
-  std::string description_;
 };
 
 /// The value of an Authorization header for `token`, which may or may not carry the scheme
