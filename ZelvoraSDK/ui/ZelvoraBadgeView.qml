@@ -1,5 +1,6 @@
 import QtQuick
 import Zelvora
+import Zelvora.Private as Private
 
 /// A small round sign that a command succeeded or failed.
 Item {
@@ -12,7 +13,7 @@ Item {
     implicitHeight: 24
     Accessible.ignored: true
 
-    BadgeImage {
+    Private.BadgeImage {
         objectName: "image"
         anchors.centerIn: parent
         width: 24

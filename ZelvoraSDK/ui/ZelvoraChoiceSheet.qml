@@ -3,8 +3,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Zelvora
+import Zelvora.Private as Private
 
-/// Lists the tasks that a command may have meant, and tells which one the user picks.
+/// Lists the tasks that a command may have meant, and reports which one the user picks.
 T.StackView {
     id: root
 
@@ -13,15 +14,20 @@ T.StackView {
     property string say
     /// A list of `zelvoraChoice` values, or of objects with their fields.
     property var choices: []
-    /// Enlarges all texts.
-    property real textScale: 1
+    /// The height at which nothing needs to be scrolled.
+    readonly property real wantedHeight: heading.height + 12 + list.contentHeight + list.bottomMargin
 
     /// With the element of `choices` that was picked.
     signal select(var choice)
 
+    /// Gives the first choice the keyboard's focus.
+    function focusFirst() {
+        list.walk(-list.count)
+    }
+
     initialItem: T.Page {
         title: root.title
-        background: Rectangle { color: root.palette.window }
+        background: Rectangle { color: root.ZelvoraTheme.background }
 
         Column {
             id: heading
@@ -38,8 +44,8 @@ T.StackView {
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 text: root.title
-                color: root.palette.windowText
-                font { pixelSize: 17 * root.textScale; weight: Font.DemiBold }
+                color: root.ZelvoraTheme.text
+                font { pixelSize: 17 * root.ZelvoraTheme.textScale; weight: Font.DemiBold }
                 Accessible.role: Accessible.Heading
                 Accessible.name: text
             }
@@ -52,9 +58,8 @@ T.StackView {
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 text: root.say
-                color: root.palette.windowText
-                opacity: 0.6
-                font.pixelSize: 15 * root.textScale
+                color: root.ZelvoraTheme.secondaryText
+                font.pixelSize: 15 * root.ZelvoraTheme.textScale
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
             }
@@ -76,7 +81,9 @@ T.StackView {
             boundsBehavior: contentHeight > height ? Flickable.DragAndOvershootBounds
                                                    : Flickable.StopAtBounds
             model: root.choices
-            delegate: ChoiceRow {
+            delegate: Private.ChoiceRow {
+                id: row
+
                 required property var modelData
                 required property int index
 
@@ -86,17 +93,21 @@ T.StackView {
                 confidence: modelData.confidence
                 isFirst: index === 0
                 isLast: index === list.count - 1
-                textScale: root.textScale
+                theme: root.ZelvoraTheme
                 onClicked: root.select(modelData)
                 Keys.onUpPressed: list.walk(-1)
                 Keys.onDownPressed: list.walk(1)
-                onActiveFocusChanged: if (activeFocus) list.currentIndex = index
+                onActiveFocusChanged: if (activeFocus) list.reach(row.index)
             }
 
-            function walk(step) {
-                currentIndex = Math.max(0, Math.min(count - 1, currentIndex + step));
-                positionViewAtIndex(currentIndex, ListView.Contain);
-                currentItem.forceActiveFocus(Qt.TabFocusReason); // qmllint disable
+            function reach(index: int) {
+                currentIndex = index
+                positionViewAtIndex(index, ListView.Contain)
+            }
+
+            function walk(step: int) {
+                reach(Math.max(0, Math.min(count - 1, currentIndex + step)))
+                currentItem?.forceActiveFocus(Qt.TabFocusReason)
             }
         }
     }

@@ -1,5 +1,8 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Zelvora
+import Zelvora.Private as Private
 
 /// A pill with the voice state and a word for it, a stop button while listening, and a badge.
 Item {
@@ -7,107 +10,96 @@ Item {
 
     enum State { Idle, Listening, Processing }
 
-    /// It stands in for Item's own `state`, which names a State of QML.
+    /// It shadows Item's own `state`, which names a State of QML.
     property int state: ZelvoraFloatingMic.Idle
     /// A ZelvoraBadgeType; null for no badge.
     property var badge: null
     /// The item behind the pill, for a material that blurs it.
     property Item backdrop: null
-    /// Enlarges the word.
-    property real textScale: 1
 
     signal tap()
     signal stopTap()
 
-    implicitWidth: row.implicitWidth
-    implicitHeight: row.implicitHeight
+    implicitWidth: pill.implicitWidth + 10 + stopPlace.width
+    implicitHeight: pill.implicitHeight
 
-    Row {
-        id: row
+    Private.PlainButton {
+        id: pill
 
-        anchors.centerIn: parent
-        spacing: 10
+        objectName: "pill"
+        anchors { left: parent.left; verticalCenter: parent.verticalCenter }
+        text: ["Speak", "Listening\u2026", "Thinking\u2026"][root.state]
+        implicitWidth: 14 + 28 + 10 + word.implicitWidth + 14
+        implicitHeight: 12 + Math.max(28, word.implicitHeight) + 12
+        focusRadius: height / 2
+        focusColor: root.ZelvoraTheme.accent
+        onClicked: root.tap()
 
-        PlainButton {
-            id: pill
+        background: Private.Plate {
+            fill: root.ZelvoraTheme.dark ? Qt.rgba(0.2, 0.2, 0.21, 0.8) : Qt.rgba(0.98, 0.98, 0.99, 0.8)
+            stroke: Qt.rgba(1, 1, 1, 0.18)
+            blur: 10
+            offset: 3
+            strength: 0.33
+            backdrop: root.backdrop
+        }
+        Item {
+            anchors.fill: parent
 
-            objectName: "pill"
-            text: ["Speak", "Listening\u2026", "Thinking\u2026"][root.state]
-            horizontalPadding: 14
-            verticalPadding: 12
-            focusRadius: height / 2
-            onClicked: root.tap()
+            Private.Plate {
+                id: frame
 
-            background: Item {
-                Shadow {
-                    anchors { fill: parent; margins: -reach }
-                    radius: parent.height / 2
-                    blur: 10
-                    offset: 3
-                    strength: 0.33
-                }
-                Material {
-                    anchors.fill: parent
-                    radius: height / 2
-                    border { width: 1; color: Qt.rgba(1, 1, 1, 0.18) }
-                    backdrop: root.backdrop
-                }
+                objectName: "symbolFrame"
+                anchors { left: parent.left; leftMargin: 14; verticalCenter: parent.verticalCenter }
+                width: 28
+                height: 28
+                symbol: ["mic.fill", "waveform", "hourglass"][root.state]
+                symbolSize: 22
+                color: root.ZelvoraTheme.text
+                icons: root.ZelvoraTheme.icons
             }
+            Text {
+                id: word
 
-            contentItem: Row {
-                spacing: 10
-
-                Item {
-                    objectName: "symbolFrame"
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: 28
-                    height: 28
-
-                    StateSymbol {
-                        objectName: "symbol"
-                        anchors.centerIn: parent
-                        voiceState: root.state
-                        pixelSize: 18
-                    }
-                }
-                Text {
-                    objectName: "word"
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: pill.text
-                    color: root.palette.windowText
-                    font { pixelSize: 15 * root.textScale; weight: Font.DemiBold }
-                    Accessible.ignored: true
-                }
-            }
-
-            Loader {
-                readonly property var badge: root.badge
-
-                anchors {
-                    horizontalCenter: parent.right; horizontalCenterOffset: -8
-                    verticalCenter: parent.top; verticalCenterOffset: 6
-                }
-                objectName: "badge"
-                onBadgeChanged: setSource(Number.isInteger(badge) ? "ZelvoraBadgeView.qml" : "",
-                                          {type: badge})
+                objectName: "word"
+                anchors { left: frame.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
+                text: pill.text
+                color: root.ZelvoraTheme.text
+                font { pixelSize: 15 * root.ZelvoraTheme.textScale; weight: Font.DemiBold }
+                Accessible.ignored: true
             }
         }
 
-        // Keeps its place while there is no button in it, so that the pill does not jump.
-        Item {
-            objectName: "stopPlace"
-            anchors.verticalCenter: parent.verticalCenter
-            width: 29
-            height: 29
+        Private.OnDemand {
+            wanted: Number.isInteger(root.badge)
+            component: Component {
+                ZelvoraBadgeView {
+                    anchors {
+                        horizontalCenter: parent?.right; horizontalCenterOffset: -8
+                        verticalCenter: parent?.top; verticalCenterOffset: 6
+                    }
+                    type: root.badge ?? 0
+                }
+            }
+        }
+    }
 
-            Loader {
-                anchors.centerIn: parent
-                active: root.state === ZelvoraFloatingMic.Listening
-                source: "private/StopButton.qml"
-                onLoaded: {
-                    const stop = item as StopButton;
-                    stop.backdrop = Qt.binding(() => root.backdrop);
-                    stop.clicked.connect(root.stopTap);
+    // Keeps its place while there is no button in it, so that the pill does not jump.
+    Item {
+        id: stopPlace
+
+        objectName: "stopPlace"
+        anchors { left: pill.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
+        width: 29
+        height: 29
+
+        Private.OnDemand {
+            wanted: root.state === ZelvoraFloatingMic.Listening
+            component: Component {
+                Private.StopButton {
+                    anchors.centerIn: parent
+                    backdrop: root.backdrop
+                    onClicked: root.stopTap()
                 }
             }
         }

@@ -7,33 +7,47 @@
 #include <QtQml/QtQml>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/ui/audit_value.h>
 #include <ZelvoraSDK/ui/choice_value.h>
 #include <ZelvoraSDK/ui/mic_state.h>
 #include <ZelvoraSDK/ui/outcome_value.h>
+#include <ZelvoraSDK/ui/platform_provider.h>
+#include <ZelvoraSDK/ui/suggestions.h>
 #include <ZelvoraSDK/ui/voice_phase.h>
 
 namespace zelvora {
 
 /// The façade as an object that QML can watch: give it the folder of an application bundle and the
-/// name of its spec, or hand it a façade from C++. A capture that ends by itself is routed.
+/// name of its spec, or hand it a façade from C++. A capture that ends on its own is routed.
+///
+/// Another bundle, spec or locale makes another façade, once control is back in the event loop;
+/// what was under way then ends without an outcome. Where the QML engine was given no platform
+/// provider, as in a preview, the assistant does nothing and says so in `error`.
 ///
 /// Lives in the main thread, which is the platform's main executor.
 class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   Q_OBJECT
   Q_INTERFACES(QQmlParserStatus)
   QML_ELEMENT
-  Q_PROPERTY(QString bundle MEMBER bundle_ NOTIFY applicationChanged)
-  Q_PROPERTY(QString spec MEMBER spec_ NOTIFY applicationChanged)
+  Q_PROPERTY(QString bundle READ bundle WRITE setBundle NOTIFY applicationChanged)
+  Q_PROPERTY(QString spec READ spec WRITE setSpec NOTIFY applicationChanged)
+  Q_PROPERTY(QString locale READ locale WRITE setLocale NOTIFY applicationChanged)
+  Q_PROPERTY(QStringList examples READ examples WRITE setExamples NOTIFY examplesChanged)
+  Q_PROPERTY(QStringList history READ history NOTIFY historyChanged)
   Q_PROPERTY(ZelvoraMicState::State state READ state NOTIFY stateChanged)
   Q_PROPERTY(zelvora::OutcomeValue lastOutcome READ lastOutcome NOTIFY lastOutcomeChanged)
   Q_PROPERTY(QString say READ say NOTIFY lastOutcomeChanged)
   Q_PROPERTY(QVariantList choices READ choices NOTIFY choicesChanged)
+  Q_PROPERTY(QString heardText READ heardText NOTIFY heardTextChanged)
+  Q_PROPERTY(bool asking READ asking NOTIFY askingChanged)
   Q_PROPERTY(QString partialText READ partialText NOTIFY partialTextChanged)
   Q_PROPERTY(double audioLevel READ audioLevel NOTIFY audioLevelChanged)
   Q_PROPERTY(QString error READ error NOTIFY errorChanged)
   Q_PROPERTY(bool permissionDenied READ permissionDenied NOTIFY permissionDeniedChanged)
+  Q_PROPERTY(bool microphoneMissing READ microphoneMissing NOTIFY microphoneMissingChanged)
 
  public:
   explicit ZelvoraAssistant(QObject* parent = nullptr);
@@ -45,7 +59,27 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   /// assistant is gone. `main` is the platform's main executor.
   [[nodiscard]] std::function<void(float level)> levelListener(asio::any_io_executor main);
 
+  [[nodiscard]] const QString& bundle() const { return bundle_; }
+  void setBundle(const QString& bundle);
+  [[nodiscard]] const QString& spec() const { return spec_; }
+  void setSpec(const QString& spec);
+
+  /// Of what is said and typed; empty for that of the bundle's property list.
+  [[nodiscard]] const QString& locale() const { return locale_; }
+  void setLocale(const QString& locale);
+
+  /// What users may say, from the spec, the first few about different tasks. With a façade from C++
+  /// the application sets it.
+  [[nodiscard]] QStringList examples() const;
+  void setExamples(const QStringList& examples);
+  /// The commands that were typed or heard since the start, the latest first, without repeats.
+  [[nodiscard]] const QStringList& history() const { return history_; }
+
   [[nodiscard]] ZelvoraMicState::State state() const;
+  /// Whether a start of listening waits for the microphone or for the user's permission.
+  [[nodiscard]] bool asking() const { return phase_ == VoicePhase::starting; }
+  /// What was understood of the last command when it was spoken; empty when it was typed.
+  [[nodiscard]] const QString& heardText() const { return heardText_; }
   [[nodiscard]] const OutcomeValue& lastOutcome() const { return lastOutcome_; }
   [[nodiscard]] QString say() const { return lastOutcome_.say; }
   /// What the user may pick from; empty but for a time after an outcome that asks.
@@ -54,10 +88,14 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   [[nodiscard]] const QString& partialText() const { return partialText_; }
   /// How loud the microphone is, 1 for full scale; 0 while nothing is heard.
   [[nodiscard]] double audioLevel() const { return audioLevel_; }
-  /// What the recogniser has to complain of; empty when nothing.
+  /// What the recogniser complains of; empty when nothing.
   [[nodiscard]] const QString& error() const { return error_; }
   /// Whether the user, when asked last, refused the microphone.
   [[nodiscard]] bool permissionDenied() const { return permissionDenied_; }
+  /// Whether the last start failed although the user had allowed it.
+  [[nodiscard]] bool microphoneMissing() const { return microphoneMissing_; }
+  /// The examples nearest to `text`, the nearest first.
+  [[nodiscard]] Q_INVOKABLE QStringList suggest(const QString& text, int most) const;
 
   /// Routes a typed command.
   Q_INVOKABLE void route(const QString& text);
@@ -75,6 +113,9 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   void componentComplete() override;
 
  Q_SIGNALS:
+  /// A fact about speech recognition.
+  void auditEvent(const zelvora::AuditValue& event);
+
   // One for each outcome.
   void execute(const QString& screenId, const QVariantMap& params, const QString& say);
   void present(const QString& presentationId, const QVariantMap& params, const QString& say);
@@ -83,15 +124,27 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
 
   void applicationChanged();
   void stateChanged();
+  void askingChanged();
   void lastOutcomeChanged();
   void choicesChanged();
   void partialTextChanged();
   void audioLevelChanged();
   void errorChanged();
   void permissionDeniedChanged();
+  void microphoneMissingChanged();
+  void heardTextChanged();
+  void historyChanged();
+  void examplesChanged();
 
  private:
-  std::shared_ptr<Zelvora> makeFacade();
+  void applicationHasChanged();
+  void makeAnew();
+  void letGo();
+  std::shared_ptr<Zelvora> makeFacade(const PlatformProvider& provider);
+  void setError(const QString& error);
+  void setMicrophoneMissing(bool missing);
+  void setHeardText(const QString& text);
+  void remember(const QString& command);
   void watch();
   void happen(VoiceEvent event);
   void finish();
@@ -103,7 +156,12 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
 
   QString bundle_;
   QString spec_;
+  QString locale_;
+  bool isComplete_ = false;
+  bool isOwn_ = false;  ///< Whether the façade was made from the bundle.
   std::shared_ptr<Zelvora> facade_;
+  std::vector<CommandExample> examples_;
+  QStringList history_;
   ObservableObjectPublisher::Subscription watching_;
 
   VoicePhase phase_ = VoicePhase::resting;
@@ -117,6 +175,8 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   double audioLevel_ = 0;
   QString error_;
   bool permissionDenied_ = false;
+  bool microphoneMissing_ = false;
+  QString heardText_;
 };
 
 }  // namespace zelvora

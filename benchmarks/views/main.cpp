@@ -1,6 +1,6 @@
 // What the views cost: to make, beside the toolkit's buttons, one that shows nothing and one with a
-// look, and to draw. Exits with 1 when a view costs more than three of the latter, or a step of the
-// halo more than the whole screen.
+// look; to draw; and while nothing happens. Exits with 1 when a view costs more than six of the
+// former, a step of the halo more than the whole screen, or a surface at rest a frame.
 
 #include <QtGui/QGuiApplication>
 #include <QtQml/QQmlComponent>
@@ -13,12 +13,13 @@
 #include <stdexcept>
 #include <vector>
 
+#include <tests/ui/animation_clock.h>
 #include <tests/ui/stage.h>
 
 namespace zelvora {
 namespace {
 
-constexpr double kMostButtons = 3;  ///< A view may cost as much to make as so many plain buttons.
+constexpr double kMostButtons = 6;  ///< A view may cost as much to make as so many empty buttons.
 
 double median(std::vector<double> values) {
   std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
@@ -49,7 +50,7 @@ std::vector<double> medians(const std::vector<std::function<void()>>& pieces, in
 bool measureMaking() {
   const char* const views[] = {"T.AbstractButton { contentItem: Item {} }",
                                "Basic.Button { text: 'Speak' }", "ZelvoraMicButton {}",
-                               "ZelvoraFloatingMic {}"};
+                               "ZelvoraFloatingMic {}", "ZelvoraCommandSurface {}"};
   QQmlEngine engine;
   std::vector<std::unique_ptr<QQmlComponent>> components;
   std::vector<std::function<void()>> pieces;
@@ -68,7 +69,7 @@ bool measureMaking() {
   for (std::size_t view = 0; view < times.size(); ++view) {
     std::printf("make %-42s %8.1f us  %5.1f x\n", views[view], times[view], times[view] / times[0]);
   }
-  return std::max(times[2], times[3]) <= kMostButtons * times[1];
+  return std::max(times[2], times[3]) <= kMostButtons * times[0];
 }
 
 bool measureDrawing() {
@@ -76,7 +77,7 @@ bool measureDrawing() {
 import Zelvora
 Rectangle {
     color: "white"
-    ZelvoraMicButton { state: ZelvoraMicState.Listening; reducedMotion: true }
+    ZelvoraMicButton { state: ZelvoraMicState.Listening; ZelvoraTheme.reducedMotion: true }
 })",
               {390, 844});
   auto* const circle = stage.root()->findChild<QQuickItem*>("halo");
@@ -101,6 +102,54 @@ Rectangle {
   return times[0] < times[1];
 }
 
+/// The pill's shadow when its width changes, and a frame of the wave.
+void measureParts() {
+  AnimationClock clock;
+  Stage stage(R"(import QtQuick
+import Zelvora.Private
+Rectangle {
+    color: "white"
+    Plate { objectName: "plate"; y: 40; width: 120; height: 52; fill: "white"; blur: 10; offset: 3; strength: 0.33 }
+    Wave { objectName: "wave"; y: 200; width: 280; height: 40; running: true; level: 0.2 }
+})",
+              {390, 844});
+  auto* const plate = stage.root()->findChild<QQuickItem*>("plate");
+  auto* const wave = stage.root()->findChild<QQuickItem*>("wave");
+  stage.draw(3);
+  const auto widen = [&] {
+    plate->setWidth(plate->width() < 150 ? plate->width() + 1 : 120);
+    stage.redraw();
+  };
+  wave->setProperty("running", false);
+  const double shadow = medians({widen}, 300)[0];
+  wave->setProperty("running", true);
+  int frame = 0;
+  const auto step = [&] {
+    wave->setProperty("level", 0.05 * (1 + frame++ % 7));
+    clock.pass(16, 16);
+    stage.redraw();
+  };
+  const double bars = medians({step}, 300)[0];
+  std::printf("draw a wider shadow, 3x  %8.1f us\ndraw a frame of the wave %8.1f us\n", shadow,
+              bars);
+}
+
+bool measureIdle() {
+  AnimationClock clock;
+  Stage stage("import QtQuick\nimport Zelvora\nItem { ZelvoraCommandSurface {} }", {390, 844});
+  for (int frame = 0; frame < 3; ++frame) {
+    clock.pass(16);
+    stage.draw(1);
+  }
+  int frames = 0;
+  for (const auto signal :
+       {&QQuickRenderControl::sceneChanged, &QQuickRenderControl::renderRequested})
+    QObject::connect(&stage.control(), signal, [&] { ++frames; });
+  clock.pass(1000);
+  std::printf("frames of a surface at rest in a second %d\n", frames);
+  return frames == 0;
+}
+
 }  // namespace
 }  // namespace zelvora
 
@@ -110,5 +159,7 @@ int main(int argc, char** argv) {
   const QGuiApplication application(argc, argv);
   const bool made = zelvora::measureMaking();
   const bool drawn = zelvora::measureDrawing();
-  return made && drawn ? 0 : 1;
+  zelvora::measureParts();
+  const bool idle = zelvora::measureIdle();
+  return made && drawn && idle ? 0 : 1;
 }

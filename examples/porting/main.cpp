@@ -18,7 +18,7 @@ zelvora::Platform phone(zelvora::asio::any_io_executor main, const std::string& 
           .log = std::make_shared<PhoneLog>(),
           .defaults = std::make_shared<PhoneDefaults>(),
           .bundle = std::make_shared<PhoneBundle>(bundle),
-          .urlSession = std::make_shared<zelvora::NoNetworkSession>("You are offline"),
+          .urlSession = std::make_shared<FlightMode>(),
           .speech = zelvora::SpeechPlatform{.audioSession = std::make_shared<PhoneSession>(),
                                             .audioEngines = std::make_shared<PhoneMicrophones>(),
                                             .audioFiles = std::make_shared<PhoneRecordings>(),
@@ -32,15 +32,16 @@ zelvora::Platform phone(zelvora::asio::any_io_executor main, const std::string& 
 int main(int, char** arguments) {
   zelvora::MainLoop loop;  // on a phone, the user interface's own
   const zelvora::Platform platform = porting::phone(loop.executor(), arguments[1]);
-  zelvora::Zelvora zelvora(platform, zelvora::Zelvora::SpecResource{"shop"});
-  zelvora::VoiceSpeaker speaker(*platform.speech->synthesizers);
-  zelvora.onResult = [&](const zelvora::ZelvoraResult& outcome) {
-    std::printf("%s\n", describe(outcome).c_str());
-    loop.stop();
-  };
+  {
+    zelvora::Zelvora zelvora(platform, zelvora::Zelvora::SpecResource{"shop"});
+    zelvora::VoiceSpeaker speaker(*platform.speech->synthesizers);
+    zelvora.onResult = [&](const zelvora::ZelvoraResult& outcome) {
+      std::printf("%s\n", describe(outcome).c_str());
+      loop.stop();
+    };
 
-  zelvora.routeAndCallback("track my order");
-  loop.run();
+    zelvora.routeAndCallback("track my order");
+    loop.run();
 
   zelvora::VoiceCommand command(zelvora);  // ends when the speaker is done
   command.tap();

@@ -6,15 +6,9 @@
 #include <QtTest/QTest>
 #include <algorithm>
 
-#include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/async/threads.h>
-#include <ZelvoraSDK/ui/platform_provider.h>
 #include <ZelvoraSDK/ui/zelvora_assistant.h>
 #include <tests/facade/small_spec.h>
-#include <tests/support/memory_bundle.h>
-#include <tests/support/recording_url_session.h>
-#include <tests/support/speech_stand_ins.h>
-#include <tests/support/temporary_folder.h>
+#include <tests/ui/application.h>
 
 namespace zelvora {
 namespace {
@@ -22,61 +16,10 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class QtExecutors final : public Executors {
- public:
-  asio::any_io_executor main() override { return main_.executor(); }
-  asio::any_io_executor background() override { return pool_.executor(); }
-
-  /// What runs in the background must not be the last owner of an object of Qt's.
-  void endBackground() { pool_.stop(); }
-
- private:
-  QtMainExecutor main_;
-  WorkerPool pool_{2};
-};
-
-/// Notes what is counted.
-class NotedDefaults final : public UserDefaults {
- public:
-  explicit NotedDefaults(std::shared_ptr<testing::Journal> journal)
-      : journal_(std::move(journal)) {}
-
-  std::int64_t integer(const std::string& /*key*/) override { return 0; }
-  std::int64_t increment(const std::string& key) override {
-    journal_->note("counted " + key);
-    return 1;
-  }
-  void removeAll(const std::string& /*prefix*/) override {}
-
- private:
-  std::shared_ptr<testing::Journal> journal_;
-};
-
 /// An assistant made by QML on a platform in the test's hands, and what it says.
 class Assistant : public ::testing::Test {
  protected:
-  Assistant() {
-    bundle_->strings = {{"ZelvoraPublishableKey", "key"}, {"ZelvoraSTTMode", "localOnly"}};
-    bundle_->resources = {{"shop.json", folder_.write("shop.json", testing::smallSpec())}};
-    setPlatformProvider(engine_, [this](const ZelvoraApplication& application) {
-      asked_ = application.bundle.toStdString() + " " + application.spec.toStdString();
-      return platform();
-    });
-  }
-  ~Assistant() override {
-    assistant_.reset();
-    executors_->endBackground();
-  }
-
-  [[nodiscard]] Platform platform() const {
-    return {.executors = executors_,
-            .clock = std::make_shared<SystemClock>(),
-            .log = standIns_.journal,
-            .defaults = std::make_shared<NotedDefaults>(standIns_.journal),
-            .bundle = bundle_,
-            .urlSession = std::make_shared<testing::RecordingUrlSession>(),
-            .speech = standIns_.platform()};
-  }
+  Assistant() { application_.provideTo(engine_); }
 
   ZelvoraAssistant& make() {
     QQmlComponent component(&engine_);
@@ -121,20 +64,17 @@ class Assistant : public ::testing::Test {
     await([&] { return assistant.state() == ZelvoraMicState::Listening; });
   }
 
-  testing::TemporaryFolder folder_;
-  testing::SpeechStandIns standIns_;
-  std::shared_ptr<QtExecutors> executors_ = std::make_shared<QtExecutors>();
-  std::shared_ptr<testing::MemoryBundle> bundle_ = std::make_shared<testing::MemoryBundle>();
+  Application application_{testing::smallSpec()};
+  testing::SpeechStandIns& standIns_ = application_.standIns;
   QQmlEngine engine_;
   std::unique_ptr<ZelvoraAssistant> assistant_;
-  std::string asked_;
   std::vector<int> states_;
   std::vector<std::string> told_;
 };
 
 TEST_F(Assistant, RoutesTypedCommandsAndTellsEachOutcomeByItsSignal) {
   ZelvoraAssistant& assistant = make();
-  EXPECT_EQ(asked_, "apps/shop shop");
+  EXPECT_EQ(application_.asked, "apps/shop shop");
   assistant.route(QStringLiteral("open my cart"));
   EXPECT_EQ(assistant.state(), ZelvoraMicState::Processing);
   await([&] { return told_.size() == 1; });
@@ -223,7 +163,7 @@ TEST_F(Assistant, StaysIdleWithoutAMicrophoneOrWhenSpeechIsDisabled) {
   standIns_.microphone->startFailure.reset();
   beginListening(assistant);
 
-  bundle_->strings["ZelvoraSTTMode"] = "disabled";
+  application_.bundle->strings["ZelvoraSTTMode"] = "disabled";
   ZelvoraAssistant& mute = make();
   mute.tapMic();
   mute.route(QStringLiteral("open my cart"));
@@ -248,8 +188,66 @@ TEST_F(Assistant, IsWiredToAButtonInTenLinesOfQml) {
             QStringLiteral("cart_screen"));
 }
 
+TEST_F(Assistant, KeepsWhatWasHeardAndForgetsItForATypedCommand) {
+  ZelvoraAssistant& assistant = make();
+  standIns_.recognizer->lateResult = {
+      .text = "open my cart", .segments = {{"open my cart", 0.9}}, .isFinal = true};
+  std::vector<std::string> events;
+  QObject::connect(&assistant, &ZelvoraAssistant::auditEvent, [&](const AuditValue& event) {
+    events.push_back(event.kind.toStdString() + " " + std::to_string(event.transcriptLength));
+  });
+  beginListening(assistant);
+  assistant.stop();
+  await([&] { return assistant.state() == ZelvoraMicState::Idle; });
+  EXPECT_EQ(assistant.heardText(), QStringLiteral("open my cart"));
+  EXPECT_THAT(events, ElementsAre("localSTTUsed 12"));
+  assistant.route(QStringLiteral("show the spring promotion "));
+  EXPECT_EQ(assistant.heardText(), QString());
+  assistant.route(QStringLiteral("open my cart"));
+  await([&] { return told_.size() == 3; });
+  EXPECT_EQ(assistant.history(), (QStringList{"open my cart", "show the spring promotion"}));
+}
+
+TEST_F(Assistant, OffersTheSpecsExamplesAndTheNearestOfThem) {
+  const ZelvoraAssistant& assistant = make();
+  EXPECT_EQ(assistant.examples(),
+            (QStringList{"open my cart", "show my orders", "show the spring promotion"}));
+  EXPECT_EQ(assistant.suggest("sping promo", 2), QStringList{"show the spring promotion"});
+  EXPECT_EQ(assistant.suggest("the moon", 0), QStringList());
+}
+
+TEST_F(Assistant, TakesAnotherSpecWhenItIsSet) {
+  ZelvoraAssistant& assistant = make();
+  application_.bundle->resources["other.json"] =
+      application_.folder.write("other.json", testing::smallSpec());
+  assistant.route(QStringLiteral("open my cart"));
+  assistant.setBundle(QStringLiteral("apps/other"));
+  assistant.setSpec(QStringLiteral("other"));
+  await([&] { return application_.asked == "apps/other other"; });
+  EXPECT_EQ(assistant.state(), ZelvoraMicState::Idle) << "what was under way is given up";
+  told_.clear();
+  assistant.route(QStringLiteral("show the spring promotion"));
+  await([&] { return !told_.empty(); });
+  EXPECT_THAT(told_, ElementsAre("present promo_sheet: Navigating to: Promotion"));
+}
+
+TEST(AssistantInAPreview, SaysThatItHasNoPlatform) {
+  QQmlEngine engine;
+  QQmlComponent component(&engine);
+  component.setData("import Zelvora\nZelvoraAssistant { bundle: 'apps/shop'; spec: 'shop' }", {});
+  const std::unique_ptr<ZelvoraAssistant> assistant(
+      qobject_cast<ZelvoraAssistant*>(component.create()));
+  ASSERT_TRUE(assistant) << qPrintable(component.errorString());
+  EXPECT_EQ(assistant->error(),
+            QStringLiteral("ZelvoraAssistant: the QML engine was given no platform provider"));
+  assistant->tapMic();
+  assistant->route(QStringLiteral("open my cart"));
+  EXPECT_EQ(assistant->state(), ZelvoraMicState::Idle);
+}
+
 TEST_F(Assistant, TakesAFacadeFromTheProgramAndLetsGoOfIt) {
-  const auto facade = std::make_shared<Zelvora>(platform(), Zelvora::SpecResource{"shop"});
+  const auto facade =
+      std::make_shared<Zelvora>(application_.platform(), Zelvora::SpecResource{"shop"});
   assistant_ = std::make_unique<ZelvoraAssistant>();
   listenTo(*assistant_);
   assistant_->hold(facade);

@@ -83,8 +83,8 @@ TEST(ChoiceSheet, RunsTheOtherWayWhenMirrored) {
 }
 
 TEST(ChoiceSheet, GrowsWithTheText) {
-  const Scene scene(
-      sheet("textScale: 2; choices: [{title: 'One that is quite long', confidence: 0.5}]"));
+  const Scene scene(sheet(
+      "ZelvoraTheme.textScale: 2; choices: [{title: 'One that is quite long', confidence: 0.5}]"));
   EXPECT_GE(scene.place("row0").height(), scene.place("choiceTitle").height() + 24);
   EXPECT_GT(scene.place("choiceTitle").height(), 2 * 34) << "two lines of 34 points";
 }

@@ -31,7 +31,7 @@ TEST(FloatingMic, ShowsTheStateAsSymbolWordAndSpokenName) {
   };
   for (const auto& row : rows) {
     const Scene scene(floatingMic(QByteArray("state: ZelvoraFloatingMic.") + row.state));
-    EXPECT_EQ(scene.item("symbol")->property("name").toString(), row.symbol);
+    EXPECT_EQ(scene.item("symbolFrame")->property("symbol").toString(), row.symbol);
     EXPECT_EQ(scene.item("word")->property("text").toString(), QString::fromUtf8(row.word));
     EXPECT_EQ(spoken(scene.item("pill")).name, QString::fromUtf8(row.word));
     EXPECT_EQ(scene.find("stop") != nullptr, row.stop) << row.state;
@@ -104,7 +104,7 @@ TEST(FloatingMic, LeavesTheStopButtonInertWithoutAHandler) {
 }
 
 TEST(FloatingMic, GrowsWithTheText) {
-  const Scene scene(floatingMic("textScale: 3"));
+  const Scene scene(floatingMic("ZelvoraTheme.textScale: 3"));
   EXPECT_EQ(scene.item("word")->property("font").value<QFont>().pixelSize(), 45);
   EXPECT_EQ(scene.place("pill").height(), 24 + scene.place("word").height());
   EXPECT_EQ(scene.place("pill").width(), 14 + 28 + 10 + scene.place("word").width() + 14);

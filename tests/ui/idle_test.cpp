@@ -13,7 +13,8 @@ TEST(Views, CallForNoFrameWhileNothingChanges) {
   } rows[] = {
       {"ZelvoraMicButton {}", false},
       {"ZelvoraMicButton { state: ZelvoraMicState.Processing }", false},
-      {"ZelvoraMicButton { state: ZelvoraMicState.Listening; reducedMotion: true }", false},
+      {"ZelvoraMicButton { state: ZelvoraMicState.Listening; ZelvoraTheme.reducedMotion: true }",
+       false},
       {"ZelvoraMicButton { state: ZelvoraMicState.Listening }", true},
       {"ZelvoraFloatingMic { state: ZelvoraFloatingMic.Listening; badge: ZelvoraBadgeType.Success "
        "}",

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QtGui/QAccessible>
+#include <QtQml/QQmlProperty>
 #include <QtTest/QTest>
 
 #include <tests/ui/scene.h>
@@ -48,7 +49,7 @@ TEST(MicButton, ShowsTheStateAsSymbolCaptionAndSpokenName) {
   for (const auto& row : rows) {
     const QByteArray state = QByteArray("state: ZelvoraMicState.") + row.state;
     const Scene plain(micButton(state));
-    EXPECT_EQ(plain.item("symbol")->property("name").toString(), row.symbol);
+    EXPECT_EQ(plain.item("face")->property("symbol").toString(), row.symbol);
     EXPECT_EQ(spoken(plain.item("button")).name, QString::fromUtf8(row.words));
     EXPECT_EQ(spoken(plain.item("button")).role, QAccessible::Button);
     EXPECT_EQ(plain.find("caption"), nullptr) << row.state;
@@ -108,13 +109,14 @@ TEST(MicButton, HasAHaloOnlyWhileItListensAndMayPulse) {
 
 TEST(MicButton, HoldsItsHaloStillWhereMotionIsReduced) {
   AnimationClock clock;
-  const Scene scene("ZelvoraMicButton { state: ZelvoraMicState.Listening; reducedMotion: true }");
+  const Scene scene(
+      "ZelvoraMicButton { state: ZelvoraMicState.Listening; ZelvoraTheme.reducedMotion: true }");
   clock.pass(450);
   EXPECT_EQ(scene.item("halo")->width(), 64 * 1.35);
-  scene.root()->setProperty("reducedMotion", false);
+  QQmlProperty::write(scene.root(), "ZelvoraTheme.reducedMotion", false, qmlContext(scene.root()));
   clock.pass(600);
   EXPECT_LT(scene.item("halo")->width(), 64 * 1.35);
-  scene.root()->setProperty("reducedMotion", true);
+  QQmlProperty::write(scene.root(), "ZelvoraTheme.reducedMotion", true, qmlContext(scene.root()));
   clock.pass(450);
   EXPECT_EQ(scene.item("halo")->width(), 64 * 1.35);
 }

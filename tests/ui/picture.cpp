@@ -32,7 +32,7 @@ std::vector<Picture> pictures() {
           property alias state: mic.state
           property alias style: mic.style
           width: 130; height: 132
-          ZelvoraMicButton { id: mic; reducedMotion: true; style { trailingPadding: 33; bottomPadding: 34 } }
+          ZelvoraMicButton { id: mic; ZelvoraTheme.reducedMotion: true; style { trailingPadding: 33; bottomPadding: 34 } }
         }
         Row {
           Cell { state: ZelvoraMicState.Idle }
@@ -45,7 +45,7 @@ std::vector<Picture> pictures() {
         component Cell: Item {
           property alias state: mic.state
           width: 130; height: 140
-          ZelvoraMicButton { id: mic; reducedMotion: true; style { trailingPadding: 30; bottomPadding: 20; showsText: true } }
+          ZelvoraMicButton { id: mic; ZelvoraTheme.reducedMotion: true; style { trailingPadding: 30; bottomPadding: 20; showsText: true } }
         }
         Row {
           Cell { state: ZelvoraMicState.Idle }

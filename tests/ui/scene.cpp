@@ -22,22 +22,9 @@ QQuickItem* visibleBelow(QQuickItem* item, const QString& objectName) {
 
 }  // namespace
 
-void AnimationClock::pass(qint64 milliseconds, qint64 frame) {
-  for (const qint64 end = now_ + milliseconds; now_ < end;) {
-    // An animation starts from the event loop.
-    QCoreApplication::processEvents();
-    now_ += std::min(frame, end - now_);
-    advance();
-  }
-  QCoreApplication::processEvents();
-}
-
-void AnimationClock::start() {
-  start_ = now_;
-  QAnimationDriver::start();
-}
-
-Scene::Scene(const QByteArray& qml, QSize size) : view_(std::make_unique<QQuickView>()) {
+Scene::Scene(const QByteArray& qml, QSize size, const std::function<void(QQmlEngine&)>& prepare)
+    : view_(std::make_unique<QQuickView>()) {
+  if (prepare) prepare(*view_->engine());
   QObject::connect(view_->engine(), &QQmlEngine::warnings, [](const QList<QQmlError>& warnings) {
     for (const QQmlError& warning : warnings) ADD_FAILURE() << qPrintable(warning.toString());
   });

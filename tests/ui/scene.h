@@ -1,40 +1,23 @@
 #pragma once
 
-#include <QtCore/QAnimationDriver>
 #include <QtGui/QImage>
+#include <QtQml/QQmlEngine>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickView>
+#include <functional>
 #include <memory>
 
+#include <tests/ui/animation_clock.h>
+
 namespace zelvora {
-
-/// Animation time that passes only when a test says so. Make it before the scene.
-class AnimationClock : public QAnimationDriver {
- public:
-  AnimationClock() { install(); }
-  ~AnimationClock() override { uninstall(); }
-
-  /// Lets so much time pass in frames of `frame` milliseconds.
-  void pass(qint64 milliseconds, qint64 frame = 15);
-
-  void advance() override { advanceAnimation(); }
-  /// Since the first of the animations that run began.
-  [[nodiscard]] qint64 elapsed() const override { return now_ - start_; }
-
- protected:
-  void start() override;
-
- private:
-  qint64 now_ = 0;
-  qint64 start_ = 0;
-};
 
 /// A window without a display in which a test shows a piece of QML. A warning of the engine fails
 /// the test.
 class Scene {
  public:
   /// Shows the object that `qml` declares, after imports of QtQuick and Zelvora.
-  explicit Scene(const QByteArray& qml, QSize size = {390, 844});
+  explicit Scene(const QByteArray& qml, QSize size = {390, 844},
+                 const std::function<void(QQmlEngine&)>& prepare = {});
 
   [[nodiscard]] QQuickItem* root() const { return view_->rootObject(); }
   /// The visible item of that objectName below the root; null when there is none.

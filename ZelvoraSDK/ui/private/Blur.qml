@@ -1,30 +1,23 @@
 import QtQuick
-import Qt5Compat.GraphicalEffects // qmllint disable import
-import Zelvora
+import Qt5Compat.GraphicalEffects
+import Zelvora.Private
 
-/// What lies behind a material, blurred and cut to its shape.
+/// What lies behind a plate, blurred and cut to its shape.
 Item {
     id: blur
 
-    property Material material: null
+    required property Plate plate
+
+    anchors.fill: parent
+    z: -1
 
     ShaderEffectSource {
         id: behind
 
         anchors.fill: parent
         visible: false
-        sourceItem: blur.material?.backdrop ?? null
-        // qmllint disable
-        sourceRect: {
-            if (!sourceItem)
-                return Qt.rect(0, 0, 0, 0);
-            // mapToItem() tells nobody when its answer changes; what is read here does.
-            const places = [blur.width, blur.height];
-            for (let item = blur.material; item; item = item.parent)
-                places.push(item.x, item.y);
-            return blur.mapToItem(sourceItem, 0, 0, blur.width, blur.height);
-        }
-        // qmllint enable
+        sourceItem: blur.plate.backdrop
+        sourceRect: blur.placeBehind()
     }
 
     FastBlur {
@@ -41,12 +34,22 @@ Item {
 
         anchors.fill: parent
         visible: false
-        radius: blur.material?.radius ?? 0
+        radius: blur.plate.radius < 0 ? Math.min(width, height) / 2 : blur.plate.radius
     }
 
     OpacityMask {
         anchors.fill: parent
         source: blurred
         maskSource: shape
+    }
+
+    function placeBehind() : rect {
+        if (!plate.backdrop)
+            return Qt.rect(0, 0, 0, 0)
+        // mapToItem() tells nobody when its answer changes; what is read here does.
+        const places = [width, height]
+        for (let item = plate as Item; item; item = item.parent)
+            places.push(item.x, item.y)
+        return mapToItem(plate.backdrop, 0, 0, width, height)
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Zelvora.Private
 
 /// A choice's title at the leading edge and its confidence at the trailing one.
 Item {
@@ -6,7 +7,7 @@ Item {
 
     property string title
     property string confidenceText
-    property real textScale: 1
+    property Theme theme
 
     implicitHeight: Math.max(name.implicitHeight, number.implicitHeight)
 
@@ -22,8 +23,8 @@ Item {
         horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         text: root.title
-        color: root.palette.text
-        font.pixelSize: 17 * root.textScale
+        color: root.theme.text
+        font.pixelSize: 17 * root.theme.textScale
         Accessible.ignored: true
     }
     Text {
@@ -32,9 +33,8 @@ Item {
         objectName: "confidence"
         anchors { right: parent.right; verticalCenter: parent.verticalCenter }
         text: root.confidenceText
-        color: root.palette.text
-        opacity: 0.6
-        font.pixelSize: 17 * root.textScale
+        color: root.theme.secondaryText
+        font.pixelSize: 17 * root.theme.textScale
         Accessible.ignored: true
     }
 }

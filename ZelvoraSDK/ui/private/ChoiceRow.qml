@@ -1,5 +1,5 @@
 import QtQuick
-import Zelvora
+import Zelvora.Private
 
 /// One choice in a group of rows whose outer corners are round.
 PlainButton {
@@ -9,7 +9,7 @@ PlainButton {
     property real confidence
     property bool isFirst
     property bool isLast
-    property real textScale: 1
+    property Theme theme
 
     readonly property string confidenceText: ChoiceText.confidence(confidence)
     readonly property real corner: 12
@@ -19,6 +19,9 @@ PlainButton {
     horizontalPadding: 16
     verticalPadding: 12
     implicitHeight: Math.max(48, implicitContentHeight + topPadding + bottomPadding)
+    // The list cuts off what stands out.
+    focusMargin: 0
+    focusColor: theme.accentText
 
     background: Item {
         // The inner corners lie outside, where they are cut off.
@@ -31,13 +34,13 @@ PlainButton {
                 bottomMargin: row.isLast ? 0 : -radius
             }
             radius: row.corner
-            color: row.palette.base
+            color: row.theme.surface
 
             Rectangle {
                 anchors.fill: parent
                 radius: parent.radius
                 visible: row.down
-                color: row.palette.windowText
+                color: row.theme.text
                 opacity: 0.12
             }
         }
@@ -49,7 +52,7 @@ PlainButton {
             }
             visible: !row.isLast
             height: 1
-            color: row.palette.windowText
+            color: row.theme.text
             opacity: 0.12
         }
     }
@@ -57,6 +60,6 @@ PlainButton {
     contentItem: ChoiceLabel {
         title: row.title
         confidenceText: row.confidenceText
-        textScale: row.textScale
+        theme: row.theme
     }
 }

@@ -5,6 +5,7 @@ Item {
     id: root
 
     property real size: 64
+    property color color
     /// Off, the circle rests at its largest.
     property bool pulses: true
     /// Where the swing stands, from 0 (small and dark) to 1 (large and faint).
@@ -17,18 +18,16 @@ Item {
         width: root.size * (1 + 0.35 * root.phase)
         height: width
         radius: width / 2
-        color: root.palette.highlight
+        color: root.color
         opacity: 0.22 - 0.12 * root.phase
     }
 
-    // The linter of Qt 6.4 does not know easing curves.
-    // qmllint disable
     component Swing: NumberAnimation {
         property: "phase"
         duration: 900
-        easing { type: Easing.BezierSpline; bezierCurve: [0.42, 0, 0.58, 1, 1, 1] }
+        easing.type: Easing.BezierSpline
+        easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
     }
-    // qmllint enable
 
     SequentialAnimation {
         running: root.pulses

@@ -1,5 +1,5 @@
 import QtQuick
-import Zelvora
+import Zelvora.Private
 
 /// The small round button beside a pill that listens.
 PlainButton {
@@ -8,20 +8,22 @@ PlainButton {
     property Item backdrop: null
 
     objectName: "stop"
-    text: "Stop"
+    text: qsTr("Stop")
     padding: 6
     focusRadius: height / 2
+    focusColor: Theme.accent
 
-    background: Material {
-        radius: height / 2
-        ultraThin: true
-        border { width: 1; color: Qt.rgba(1, 1, 1, 0.18) }
+    background: Plate {
+        fill: root.Theme.dark ? Qt.rgba(0.2, 0.2, 0.21, 0.64) : Qt.rgba(0.86, 0.86, 0.89, 0.64)
+        stroke: Qt.rgba(1, 1, 1, 0.18)
         backdrop: root.backdrop
     }
-    contentItem: Symbol {
+    contentItem: Plate {
         implicitWidth: 17
         implicitHeight: 17
-        name: "stop.fill"
-        color: root.palette.windowText
+        symbol: "stop.fill"
+        symbolSize: 17
+        color: root.Theme.text
+        icons: root.Theme.icons
     }
 }

@@ -3,8 +3,8 @@
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 #include <QtSvg/QSvgRenderer>
+#include <cstdio>
 
-#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/ui/private/resource_bundle.h>
 
 namespace zelvora {
@@ -33,7 +33,8 @@ void BadgeImage::componentComplete() {
 void BadgeImage::look() {
   if (!isComponentComplete()) return;
   const QString line = QStringLiteral("BADGE bundle = %1, image = %2").arg(bundle_, name_);
-  StandardOutputLogSink().write(line.toStdString());
+  std::puts(qPrintable(line));
+  std::fflush(stdout);
   path_ = imageIn(bundle_, name_);
   update();
 }

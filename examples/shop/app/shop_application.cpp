@@ -21,32 +21,37 @@ Q_IMPORT_QML_PLUGIN(ShopPlugin)
 namespace zelvora::shop {
 namespace {
 
+/// The shop has no backend: what the device does not understand is not understood.
+class NoBackend final : public UrlSession {
+ public:
+  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
+    throw Error("Shop", 1, "I did not understand that. Say it another way?");
+    co_return UrlResponse{};
+  }
+};
+
 std::vector<std::string> phrasesToExpect(const AppBundle& bundle) {
   return recognitionVocabulary(requireSpecResource("shop", bundle),
                                settingsFromPropertyList(bundle).locale);
 }
 
-HostOptions hostOptions(const ShopOptions& options) {
+Platform platformFor(const ShopOptions& options, const asio::any_io_executor& main) {
   const PlistBundle bundle(options.bundle);
-  return {.bundle = options.bundle,
-          .dataFolder = options.dataFolder,
-          .log = options.log,
-          .speech = HostSpeechOptions{.vocabulary = phrasesToExpect(bundle)}};
-}
-
-/// The shop has no backend: what the device does not understand is not understood.
-Platform withoutBackend(Platform platform) {
-  platform.urlSession =
-      std::make_shared<NoNetworkSession>("I did not understand that. Say it another way?");
+  HostOptions host{.bundle = options.bundle,
+                   .dataFolder = options.dataFolder,
+                   .log = options.log,
+                   .speech = HostSpeechOptions{.vocabulary = phrasesToExpect(bundle)}};
+  Platform platform = hostPlatform(main, host);
+  platform.urlSession = std::make_shared<NoBackend>();
   return platform;
 }
 
 }  // namespace
 
 ShopApplication::ShopApplication(const ShopOptions& options)
-    : host_(main_.executor(), hostOptions(options)),
-      platform_(withoutBackend(host_.platform())),
+    : platform_(platformFor(options, main_.executor())),
       replies_(platform_.speech->synthesizers, settingsFromPropertyList(*platform_.bundle).locale),
+      language_([this] { window_->engine()->retranslate(); }),
       window_(std::make_unique<QQuickView>()) {
   QQmlEngine& engine = *window_->engine();
   engine.addImportPath(QStringLiteral(ZELVORA_QML_FOLDER));
@@ -56,7 +61,8 @@ ShopApplication::ShopApplication(const ShopOptions& options)
   window_->setResizeMode(QQuickView::SizeRootObjectToView);
   window_->setInitialProperties(
       {{QStringLiteral("bundle"), QString::fromStdString(options.bundle.string())},
-       {QStringLiteral("replies"), QVariant::fromValue<QObject*>(&replies_)}});
+       {QStringLiteral("replies"), QVariant::fromValue<QObject*>(&replies_)},
+       {QStringLiteral("language"), QVariant::fromValue<QObject*>(&language_)}});
   window_->setSource(QStringLiteral("qrc:/qt-project.org/imports/Shop/Main.qml"));
   if (!window_->rootObject()) throw Error("Shop", 2, "the shop's screens can't be loaded");
   window_->resize(390, 844);
@@ -65,6 +71,7 @@ ShopApplication::ShopApplication(const ShopOptions& options)
 ShopApplication::~ShopApplication() {
   clearScreens();
   window_.reset();
+  platform_.executors->stopBackground();  // it may not outlive the main executor
 }
 
 /// Qt's software renderer lets go of a picture only when it paints once more without it.

@@ -8,6 +8,7 @@
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 #include <ZelvoraSDK/platform/platform.h>
 
+#include "language.h"
 #include "reply_speaker.h"
 
 namespace zelvora::shop {
@@ -32,14 +33,15 @@ class ShopApplication {
   /// The root of the shop's screens, see Main.qml.
   [[nodiscard]] QObject& shop() const;
   [[nodiscard]] ReplySpeaker& replies() { return replies_; }
+  [[nodiscard]] Language& language() { return language_; }
 
  private:
   void clearScreens();
 
   QtMainExecutor main_;
-  HostPlatform host_;
   Platform platform_;
   ReplySpeaker replies_;
+  Language language_;
   std::unique_ptr<QQuickView> window_;
 };
 

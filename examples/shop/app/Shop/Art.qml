@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// A drawing of a product, sharp on every screen.
 Image {
@@ -7,6 +8,8 @@ Image {
 
     width: side
     height: side
+    Layout.preferredWidth: side
+    Layout.preferredHeight: side
     sourceSize.width: side * Screen.devicePixelRatio
     sourceSize.height: side * Screen.devicePixelRatio
     source: name ? Qt.resolvedUrl("art/" + name + ".svg") : ""

@@ -1,14 +1,20 @@
 pragma Singleton
 import QtQuick
 
-/// What the customer has chosen: the cart and the wish list.
+/// What the customer has chosen: the cart, the wish list, her size, and whether she is signed in.
 QtObject {
     property var lines: [{ id: "rain-jacket", count: 1 }, { id: "coffee-mug", count: 2 }]
     property var wishes: ["summer-dress", "canvas-backpack"]
+    property int shoeSize: 0
+    property bool signedIn: true
 
     readonly property int count: lines.reduce((sum, line) => sum + line.count, 0)
     readonly property real total: lines.reduce((sum, line) => sum + line.count * Stock.find(line.id).price, 0)
     readonly property real delivery: count === 0 || total >= 100 ? 0 : 4.9
+
+    function countOf(id: string) : int {
+        return lines.find(line => line.id === id)?.count ?? 0
+    }
 
     /// Adds `change` pieces; a product of which none is left goes.
     function add(id: string, change: int) {

@@ -1,7 +1,10 @@
-import QtQuick
+pragma ComponentBehavior: Bound
 
-/// Finds a product by its bar code.
-Column {
+import QtQuick
+import QtQuick.Layouts
+
+/// Finds a product by its bar code. This example has no camera: three codes are there to be picked.
+ColumnLayout {
     id: scanner
 
     signal open(string screenId, var params)
@@ -10,53 +13,38 @@ Column {
     spacing: 16
 
     Label {
+        Layout.fillWidth: true
         text: qsTr("Scan a bar code")
         role: Label.Role.Title
     }
-    Rectangle {
-        width: parent.width
-        height: 260
-        radius: 24
-        color: "#0C0F0E"
+    Label {
+        Layout.fillWidth: true
+        text: qsTr("There is no camera in this example. Pick a code as if you had held it up.")
+        soft: true
+    }
+    Card {
+        padding: 10
+        spacing: 0
 
-        Row {
-            anchors.centerIn: parent
-            spacing: 5
+        Repeater {
+            model: [
+                { code: "4 006381 333931", product: "rain-jacket" },
+                { code: "7 290001 234560", product: "coffee-mug" },
+                { code: "5 901234 123457", product: "wooden-train" }
+            ]
 
-            Repeater {
-                model: [3, 6, 2, 4, 8, 2, 3, 6, 2, 5, 3, 7, 2, 4, 2, 6]
+            ListRow {
+                required property var modelData
+                required property int index
 
-                Rectangle {
-                    required property int modelData
-
-                    width: modelData
-                    height: 96
-                    color: "#E9EDEA"
-                    opacity: 0.85
-                }
+                glyph: "scan"
+                text: modelData.code
+                last: index === 2
+                onClicked: scanner.open("detail", { product: modelData.product })
             }
         }
-        Rectangle {
-            anchors.centerIn: parent
-            width: parent.width - 72
-            height: 2
-            color: "#FF6B4A"
-        }
-        Glyph {
-            anchors.centerIn: parent
-            name: "frame"
-            size: 210
-            color: "#FFFFFF"
-        }
-    }
-    Label {
-        width: parent.width
-        text: qsTr("Hold the code within the frame.")
-        soft: true
-        horizontalAlignment: Text.AlignHCenter
     }
     PushButton {
-        width: parent.width
         quiet: true
         text: qsTr("Cancel")
         onClicked: scanner.done()

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// A raised sheet of paper around a column.
 Rectangle {
@@ -8,17 +9,17 @@ Rectangle {
     property int padding: 16
     property int spacing: Theme.gap
 
-    implicitHeight: column.height + 2 * padding
+    implicitWidth: column.implicitWidth + 2 * padding
+    implicitHeight: column.implicitHeight + 2 * padding
     color: Theme.surface
     border.color: Theme.line
     radius: Theme.radius
+    Layout.fillWidth: true
 
-    Column {
+    ColumnLayout {
         id: column
 
-        x: card.padding
-        y: card.padding
-        width: card.width - 2 * card.padding
+        anchors { fill: parent; margins: card.padding }
         spacing: card.spacing
     }
 }

@@ -1,11 +1,13 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
+import QtQuick.Layouts
 
 /// What is in the cart, and what it comes to.
 Page {
     id: page
 
     Empty {
-        width: parent.width
         visible: Basket.count === 0
         glyph: "bag"
         title: qsTr("Your cart is empty")
@@ -14,49 +16,43 @@ Page {
         onClicked: page.open("results", { sort: "popular" })
     }
     Card {
-        width: parent.width
         visible: Basket.count > 0
-        spacing: 4
 
         Repeater {
-            model: Basket.lines
+            model: Basket.lines.map(line => line.id)
 
             ProductLine {
                 id: line
 
-                required property var modelData
+                required property string modelData
+                readonly property int count: Basket.countOf(modelData)
 
-                width: parent.width
-                product: Stock.find(modelData.id)
+                product: Stock.find(modelData)
+                Accessible.name: qsTr("%1, %2 each, %n pieces", "", count).arg(product.name).arg(Stock.money(product.price))
 
                 GlyphButton {
-                    implicitWidth: 36
                     glyph: "minus"
-                    text: qsTr("One less")
-                    onClicked: Basket.add(line.modelData.id, -1)
+                    text: line.count > 1 ? qsTr("One %1 less").arg(line.product.name) : qsTr("Take %1 out of the cart").arg(line.product.name)
+                    onClicked: Basket.add(line.modelData, -1)
                 }
                 Label {
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: 16
+                    Layout.minimumWidth: 16
                     horizontalAlignment: Text.AlignHCenter
-                    text: line.modelData.count
+                    text: line.count
+                    read: false
                     font.weight: Font.DemiBold
                 }
                 GlyphButton {
-                    implicitWidth: 36
                     glyph: "plus"
-                    text: qsTr("One more")
-                    onClicked: Basket.add(line.modelData.id, 1)
+                    text: qsTr("One %1 more").arg(line.product.name)
+                    onClicked: Basket.add(line.modelData, 1)
                 }
             }
         }
     }
-    Sum {
-        width: parent.width
-        visible: Basket.count > 0
-    }
+    Sum { visible: Basket.count > 0 }
     PushButton {
-        width: parent.width
+        objectName: "checkOut"
         visible: Basket.count > 0
         text: qsTr("Check out")
         onClicked: page.open("purchase_flow", {})

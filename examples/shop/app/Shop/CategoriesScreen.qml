@@ -1,30 +1,33 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Layouts
 
 /// All groups of products.
 Page {
     id: page
 
-    Grid {
-        width: parent.width
-        columns: 2
-        spacing: 14
+    widest: 960
+
+    GridLayout {
+        Layout.fillWidth: true
+        columns: Math.max(1, Math.floor(page.innerWidth / (130 * Math.max(1, Theme.textScale))))
+        columnSpacing: 14
+        rowSpacing: 14
 
         Repeater {
             model: Stock.categories
 
-            T.AbstractButton {
+            Pressable {
                 id: tile
 
                 required property var modelData
 
-                implicitWidth: (page.width - 2 * Theme.margin - 14) / 2
-                implicitHeight: 132
+                Layout.fillWidth: true
+                Layout.preferredWidth: 10
+                corner: 22
+                padding: 16
                 text: modelData.title
-                Accessible.name: text
-                Accessible.onPressAction: clicked()
                 onClicked: page.open("results", { category: modelData.id })
 
                 background: Rectangle {
@@ -32,19 +35,21 @@ Page {
                     color: Theme.tint(tile.modelData.hue)
                     opacity: tile.down ? 0.8 : 1
                 }
-                contentItem: Item {
+                contentItem: ColumnLayout {
+                    spacing: 4
+
                     Label {
-                        x: 16
-                        y: 16
+                        Layout.fillWidth: true
                         text: tile.text
-                        font.pixelSize: 17
+                        read: false
+                        font.pixelSize: 17 * Theme.textScale
                         font.weight: Font.DemiBold
                     }
                     Art {
-                        anchors.right: parent.right
-                        anchors.bottom: parent.bottom
-                        anchors.margins: 6
-                        side: 88
+                        Layout.alignment: Qt.AlignRight
+                        Layout.preferredWidth: side
+                        Layout.preferredHeight: side
+                        side: 84
                         name: tile.modelData.art
                     }
                 }

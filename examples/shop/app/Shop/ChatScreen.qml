@@ -1,4 +1,7 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
+import QtQuick.Layouts
 
 /// A talk with the shop's people.
 Page {
@@ -14,7 +17,7 @@ Page {
     spacing: 10
 
     Label {
-        width: parent.width
+        Layout.fillWidth: true
         text: qsTr("Today")
         role: Label.Role.Small
         soft: true
@@ -23,35 +26,27 @@ Page {
     Repeater {
         model: page.said
 
-        Item {
-            id: line
+        Rectangle {
+            id: bubble
 
             required property var modelData
 
-            width: parent.width
-            implicitHeight: bubble.height
+            Layout.alignment: modelData.mine ? Qt.AlignRight : Qt.AlignLeft
+            Layout.maximumWidth: page.innerWidth * 0.86
+            implicitWidth: words.implicitWidth + 32
+            implicitHeight: words.height + 24
+            radius: 20
+            color: modelData.mine ? Theme.accent : Theme.surface
+            border.color: modelData.mine ? Theme.accent : Theme.line
 
-            Rectangle {
-                id: bubble
+            Label {
+                id: words
 
-                anchors.right: line.modelData.mine ? parent.right : undefined
-                anchors.left: line.modelData.mine ? undefined : parent.left
-                width: Math.min(words.implicitWidth + 32, parent.width * 0.78)
-                height: words.height + 24
-                radius: 20
-                color: line.modelData.mine ? Theme.accent : Theme.surface
-                border.color: line.modelData.mine ? Theme.accent : Theme.line
-
-                Label {
-                    id: words
-
-                    x: 16
-                    y: 12
-                    width: parent.width - 32
-                    text: line.modelData.text
-                    lineHeight: 1.25
-                    color: line.modelData.mine ? Theme.accentInk : Theme.ink
-                }
+                anchors { left: parent.left; right: parent.right; top: parent.top; leftMargin: 16; rightMargin: 16; topMargin: 12 }
+                text: bubble.modelData.text
+                lineHeight: 1.25
+                color: bubble.modelData.mine ? Theme.accentInk : Theme.ink
+                Accessible.name: (bubble.modelData.mine ? qsTr("You: %1") : qsTr("Tal: %1")).arg(text)
             }
         }
     }

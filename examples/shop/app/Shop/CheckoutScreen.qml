@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// Where it goes, how it is paid, and the order.
 Page {
@@ -7,7 +8,8 @@ Page {
     property bool placed: false
 
     Empty {
-        width: parent.width
+        id: thanks
+
         visible: page.placed
         glyph: "check"
         title: qsTr("Thank you!")
@@ -15,48 +17,48 @@ Page {
         action: qsTr("Track it")
         onClicked: page.open("parcel", { order: "latest" })
     }
+    Empty {
+        visible: !page.placed && Basket.count === 0
+        glyph: "bag"
+        title: qsTr("Your cart is empty")
+        action: qsTr("See what is popular")
+        onClicked: page.open("results", { sort: "popular" })
+    }
     Card {
-        width: parent.width
-        visible: !page.placed
+        visible: !page.placed && Basket.count > 0
         padding: 10
         spacing: 0
 
         ListRow {
-            width: parent.width
             glyph: "pin"
             text: qsTr("Home")
             detail: qsTr("12 Linden Street, Haifa")
-            leads: true
             onClicked: page.open("locations", {})
         }
         ListRow {
-            width: parent.width
             glyph: "card"
             text: qsTr("Card ending in 4417")
             detail: qsTr("Charged when we ship")
-            leads: true
             onClicked: page.open("wallet", {})
         }
         ListRow {
-            width: parent.width
             glyph: "truck"
             text: qsTr("Standard delivery")
             detail: qsTr("Thursday to Friday")
+            pressable: false
             last: true
         }
     }
-    Sum {
-        width: parent.width
-        visible: !page.placed
-    }
+    Sum { visible: !page.placed && Basket.count > 0 }
     PushButton {
-        width: parent.width
-        visible: !page.placed
-        enabled: Basket.count > 0
+        objectName: "placeOrder"
+        visible: !page.placed && Basket.count > 0
         text: qsTr("Place order for %1").arg(Stock.money(Basket.total + Basket.delivery))
         onClicked: {
-            Basket.clear()
             page.placed = true
+            Basket.clear()
+            page.contentY = 0
+            page.forceActiveFocus(Qt.TabFocusReason)
         }
     }
 }

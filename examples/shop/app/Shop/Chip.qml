@@ -1,35 +1,27 @@
 import QtQuick
-import QtQuick.Templates as T
 
 /// A word to be picked.
-T.AbstractButton {
+Pressable {
     id: chip
 
-    implicitHeight: Theme.touch
-    implicitWidth: word.implicitWidth + 32
-    Accessible.name: text
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
+    leftPadding: 16
+    rightPadding: 16
+    corner: 22
+    Accessible.role: checkable ? Accessible.RadioButton : Accessible.Button
+    Accessible.checkable: checkable
+    Accessible.checked: checked
 
-    background: Item {
-        Rectangle {
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width
-            height: 36
-            radius: 18
-            color: chip.checked ? Theme.accent : Theme.surface
-            border.color: chip.checked || chip.visualFocus ? Theme.accent : Theme.line
-        }
+    background: Rectangle {
+        radius: Math.min(height / 2, 22)
+        color: chip.checked ? Theme.accent : Theme.surface
+        border.color: chip.checked ? Theme.accent : Theme.edge
     }
-    contentItem: Item {  // qmllint disable deferred-property-id
-        Label {
-            id: word
-
-            anchors.centerIn: parent
-            text: chip.text
-            role: Label.Role.Small
-            font.weight: Font.Medium
-            color: chip.checked ? Theme.accentInk : Theme.ink
-        }
+    contentItem: Label {
+        text: chip.text
+        read: false
+        verticalAlignment: Text.AlignVCenter
+        horizontalAlignment: Text.AlignHCenter
+        font.weight: Font.Medium
+        color: chip.checked ? Theme.accentInk : Theme.ink
     }
 }

@@ -1,7 +1,8 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// Says that there is nothing here, and where there is something.
-Column {
+ColumnLayout {
     id: empty
 
     property string glyph
@@ -11,13 +12,14 @@ Column {
 
     signal clicked()
 
-    topPadding: 80
     spacing: 10
+    Layout.fillWidth: true
+    Layout.topMargin: 24
 
     Rectangle {
-        anchors.horizontalCenter: parent.horizontalCenter
-        width: 88
-        height: 88
+        Layout.alignment: Qt.AlignHCenter
+        implicitWidth: 88
+        implicitHeight: 88
         radius: 44
         color: Theme.accentSoft
 
@@ -29,22 +31,20 @@ Column {
         }
     }
     Label {
-        width: parent.width
-        topPadding: 8
+        Layout.fillWidth: true
         text: empty.title
         role: Label.Role.Heading
         horizontalAlignment: Text.AlignHCenter
     }
     Label {
-        width: parent.width
+        Layout.fillWidth: true
+        visible: text !== ""
         text: empty.detail
         soft: true
         horizontalAlignment: Text.AlignHCenter
-        bottomPadding: 10
     }
     PushButton {
-        anchors.horizontalCenter: parent.horizontalCenter
-        visible: empty.action !== ""
+        visible: text !== ""
         text: empty.action
         quiet: true
         onClicked: empty.clicked()

@@ -1,71 +1,80 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
-/// Which size fits.
-Column {
+/// Which size fits, and which one is the customer's.
+ColumnLayout {
     id: guide
 
     signal open(string screenId, var params)
     signal done()
 
-    readonly property var rows: [
-        ["EU", "UK", "cm"], ["38", "5", "24.0"], ["39", "6", "24.7"], ["40", "6½", "25.3"], ["41", "7½", "26.0"], ["42", "8", "26.7"]
-    ]
+    readonly property var rows: [["38", "5", "24.0"], ["39", "6", "24.7"], ["40", "6½", "25.3"], ["41", "7½", "26.0"], ["42", "8", "26.7"]]
 
     spacing: 16
 
     Label {
+        Layout.fillWidth: true
         text: qsTr("Size guide")
         role: Label.Role.Title
     }
     Label {
-        width: parent.width
-        text: qsTr("Stand on a sheet of paper and measure from heel to toe.")
+        Layout.fillWidth: true
+        text: qsTr("Stand on a sheet of paper, measure from heel to toe, and pick your line.")
         soft: true
     }
     Card {
-        width: parent.width
         padding: 10
         spacing: 0
 
         Repeater {
             model: guide.rows
 
-            Rectangle {
+            Pressable {
                 id: row
 
                 required property var modelData
-                required property int index
+                readonly property bool chosen: Basket.shoeSize === Number(modelData[0])
 
-                width: parent.width
-                height: 42
-                radius: 12
-                color: index === 3 ? Theme.accentSoft : "transparent"
+                objectName: "size-" + modelData[0]
+                Layout.fillWidth: true
+                corner: 12
+                leftPadding: 10
+                rightPadding: 10
+                checkable: true
+                checked: chosen
+                autoExclusive: true
+                text: qsTr("Size %1, %2 in Britain, %3 centimetres").arg(modelData[0]).arg(modelData[1]).arg(modelData[2])
+                Accessible.role: Accessible.RadioButton
+                onClicked: Basket.shoeSize = Number(modelData[0])
 
-                Repeater {
-                    model: row.modelData
+                background: Rectangle {
+                    radius: 12
+                    color: row.chosen ? Theme.accentSoft : "transparent"
+                    border { width: row.chosen ? 2 : 0; color: Theme.accent }
+                }
+                contentItem: RowLayout {
+                    Repeater {
+                        model: ["EU " + row.modelData[0], "UK " + row.modelData[1], row.modelData[2] + " cm"]
 
-                    Label {
-                        required property string modelData
-                        required property int index
+                        Label {
+                            required property string modelData
 
-                        x: row.width / 3 * index
-                        width: row.width / 3
-                        height: row.height
-                        horizontalAlignment: Text.AlignHCenter
-                        verticalAlignment: Text.AlignVCenter
-                        text: modelData
-                        soft: row.index === 0
-                        font.weight: row.index === 3 ? Font.DemiBold : Font.Normal
+                            Layout.fillWidth: true
+                            Layout.preferredWidth: 10
+                            horizontalAlignment: Text.AlignHCenter
+                            text: modelData
+                            read: false
+                            font.weight: row.chosen ? Font.DemiBold : Font.Normal
+                        }
                     }
                 }
             }
         }
     }
     PushButton {
-        width: parent.width
-        text: qsTr("My size is 40")
+        text: Basket.shoeSize > 0 ? qsTr("Keep %1 as my size").arg(Basket.shoeSize) : qsTr("Close")
         onClicked: guide.done()
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// A line drawing of the shop, in one colour.
 Image {
@@ -8,6 +9,8 @@ Image {
 
     width: size
     height: size
+    Layout.preferredWidth: size
+    Layout.preferredHeight: size
     sourceSize.width: size * Screen.devicePixelRatio
     sourceSize.height: size * Screen.devicePixelRatio
     source: name ? "image://glyphs/" + name + "/" + color.toString().slice(1) : ""

@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Templates as T
 
 /// A round button with a drawing on it, and maybe a count.
-T.AbstractButton {
+Pressable {
     id: button
 
     property string glyph
@@ -12,40 +11,37 @@ T.AbstractButton {
 
     implicitWidth: Theme.touch
     implicitHeight: Theme.touch
-    Accessible.name: text
-    Accessible.onPressAction: clicked()
-    Accessible.ignored: !visible
-    Keys.onReturnPressed: clicked()
+    corner: height / 2
 
     background: Rectangle {
         radius: height / 2
         color: button.down ? Theme.sunken : button.ground
-        border.width: button.visualFocus ? 2 : 0
-        border.color: Theme.accent
     }
-    contentItem: Item {  // qmllint disable deferred-property-id
+    Item {
+        anchors.fill: parent
+
         Glyph {
             anchors.centerIn: parent
             name: button.glyph
             color: button.color
+            mirror: button.mirrored && button.glyph === "back"
         }
         Rectangle {
+            anchors { right: parent.right; top: parent.top; topMargin: 1 }
             visible: button.count > 0
-            x: parent.width - width
-            y: 1
-            width: Math.max(18, countLabel.implicitWidth + 9)
+            width: Math.max(18, number.implicitWidth + 9)
             height: 18
             radius: 9
             color: Theme.warm
 
-            Label {
-                id: countLabel
+            Text {
+                id: number
 
                 anchors.centerIn: parent
                 text: button.count
-                color: Theme.dark ? "#2A0E05" : "#FFFFFF"
-                font.pixelSize: 11
-                font.weight: Font.DemiBold
+                color: Theme.warmInk
+                font { pixelSize: 11; weight: Font.DemiBold }
+                Accessible.ignored: true
             }
         }
     }

@@ -1,7 +1,8 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// Asks before it signs the customer out.
-Column {
+ColumnLayout {
     id: dialog
 
     signal open(string screenId, var params)
@@ -10,9 +11,9 @@ Column {
     spacing: 16
 
     Rectangle {
-        anchors.horizontalCenter: parent.horizontalCenter
-        width: 72
-        height: 72
+        Layout.alignment: Qt.AlignHCenter
+        implicitWidth: 72
+        implicitHeight: 72
         radius: 36
         color: Theme.warmSoft
 
@@ -24,24 +25,25 @@ Column {
         }
     }
     Label {
-        width: parent.width
+        Layout.fillWidth: true
         text: qsTr("Sign out?")
         role: Label.Role.Title
         horizontalAlignment: Text.AlignHCenter
     }
     Label {
-        width: parent.width
+        Layout.fillWidth: true
         text: qsTr("Your cart and your wishes stay until you come back.")
         soft: true
         horizontalAlignment: Text.AlignHCenter
     }
     PushButton {
-        width: parent.width
         text: qsTr("Sign out")
-        onClicked: dialog.open("main", {})
+        onClicked: {
+            Basket.signedIn = false
+            dialog.open("main", {})
+        }
     }
     PushButton {
-        width: parent.width
         quiet: true
         text: qsTr("Stay")
         onClicked: dialog.done()

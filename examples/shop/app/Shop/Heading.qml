@@ -1,8 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Layouts
 
 /// The title of a part of a screen, with a way to see all of it.
-Item {
+GridLayout {
     id: heading
 
     property string text
@@ -10,31 +10,29 @@ Item {
 
     signal clicked()
 
-    implicitHeight: 32
+    columns: words.implicitWidth + button.implicitWidth + 16 < width ? 2 : 1
+    rowSpacing: 0
+    Layout.fillWidth: true
 
     Label {
-        anchors.verticalCenter: parent.verticalCenter
+        id: words
+
+        Layout.fillWidth: true
         text: heading.text
         role: Label.Role.Heading
     }
-    T.AbstractButton {
+    Pressable {
         id: button
 
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
         visible: heading.more !== ""
         text: heading.more
-        implicitHeight: Theme.touch
-        implicitWidth: word.implicitWidth
-        Accessible.ignored: !visible
-        Accessible.name: text
-        Accessible.onPressAction: clicked()
+        corner: 8
+        Accessible.name: heading.more + ", " + heading.text
         onClicked: heading.clicked()
 
-        contentItem: Label {  // qmllint disable deferred-property-id
-            id: word
-
+        contentItem: Label {
             text: button.text
+            read: false
             color: Theme.accent
             font.weight: Font.Medium
             verticalAlignment: Text.AlignVCenter

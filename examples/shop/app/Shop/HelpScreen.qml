@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
 /// Questions that are often asked, and who answers the others.
 Page {
@@ -9,16 +10,16 @@ Page {
     property int unfolded: 0
 
     Label {
-        width: parent.width
+        Layout.fillWidth: true
         text: qsTr("How can we help?")
         role: Label.Role.Title
     }
     Repeater {
         model: [
-            { asked: qsTr("How do I return something?"), answer: qsTr("Within 30 days, unworn. Say “return a product” and we send you the label.") },
+            { asked: qsTr("How do I return something?"), answer: qsTr("Within 30 days, unworn. Say “return a product” and see what can go back.") },
             { asked: qsTr("When does my order arrive?"), answer: qsTr("Within three working days. Say “where is my package” at any time.") },
             { asked: qsTr("What can I say to the shop?"), answer: qsTr("Where you want to go, in your own words: “show me running shoes”, “open my cart”, “what size am I”.") },
-            { asked: qsTr("How do I pay with a gift card?"), answer: qsTr("Add its code under “Gift cards”; it is used up first.") }
+            { asked: qsTr("How do I pay with a gift card?"), answer: qsTr("You need not do anything: your gift cards are used up first.") }
         ]
 
         Card {
@@ -28,44 +29,41 @@ Page {
             required property int index
             readonly property bool unfolded: page.unfolded === index
 
-            width: parent.width
             padding: 10
             spacing: 0
 
             ListRow {
-                width: parent.width
                 text: question.modelData.asked
                 last: true
-                trailing: Glyph {
-                    name: question.unfolded ? "minus" : "plus"
-                    size: 18
-                    color: Theme.soft
-                }
+                endGlyph: question.unfolded ? "minus" : "plus"
+                Accessible.name: text + ", " + (question.unfolded ? qsTr("unfolded") : qsTr("folded"))
                 onClicked: page.unfolded = question.unfolded ? -1 : question.index
             }
             Label {
-                x: 6
-                width: parent.width - 12
+                Layout.fillWidth: true
+                Layout.leftMargin: 6
+                Layout.bottomMargin: 8
                 visible: question.unfolded
                 text: question.modelData.answer
                 soft: true
                 lineHeight: 1.35
-                bottomPadding: 12
             }
         }
     }
-    Row {
-        width: parent.width
-        spacing: 12
+    GridLayout {
+        Layout.fillWidth: true
+        columns: page.innerWidth < 280 * Theme.textScale ? 1 : 2
+        columnSpacing: 12
+        rowSpacing: 12
 
         PushButton {
-            width: (parent.width - 12) / 2
+            Layout.preferredWidth: 10
             glyph: "chat"
             text: qsTr("Chat")
             onClicked: page.open("conversation", {})
         }
         PushButton {
-            width: (parent.width - 12) / 2
+            Layout.preferredWidth: 10
             quiet: true
             glyph: "phone"
             text: qsTr("Call us")

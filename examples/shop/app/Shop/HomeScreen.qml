@@ -1,92 +1,94 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Layouts
 
 /// The front of the shop.
 Page {
     id: page
 
-    spacing: 18
+    widest: 960
 
-    Column {
-        width: parent.width
+    ColumnLayout {
         spacing: 2
 
         Label {
-            text: qsTr("Good morning, Noa")
+            Layout.fillWidth: true
+            text: Basket.signedIn ? qsTr("Good morning, Noa") : qsTr("Good morning")
             soft: true
         }
         Label {
-            width: parent.width
+            Layout.fillWidth: true
             text: qsTr("What would you like to find today?")
             role: Label.Role.Title
         }
     }
-    T.AbstractButton {
+    Pressable {
         id: campaign
 
-        width: parent.width
-        implicitHeight: 148
-        text: qsTr("Spring promotion")
-        Accessible.name: text
-        Accessible.onPressAction: clicked()
+        Layout.fillWidth: true
+        padding: 20
+        corner: 24
+        implicitHeight: Math.max(148, implicitContentHeight + 40)
+        text: qsTr("Spring promotion") + ", " + qsTr("Up to 25 % off the new season")
         onClicked: page.present("seasonal_sheet")
 
         background: Rectangle {
             radius: 24
-            color: Theme.dark ? "#1F523E" : "#137453"
+            color: Theme.banner
             opacity: campaign.down ? 0.85 : 1
         }
-        contentItem: Item {
-            Rectangle {
-                anchors.right: parent.right
-                anchors.rightMargin: 14
-                anchors.verticalCenter: parent.verticalCenter
-                width: 124
-                height: 124
-                radius: 62
-                color: "#FFFFFF"
-                opacity: 0.14
-            }
-            Art {
-                anchors.right: parent.right
-                anchors.rightMargin: 16
-                anchors.verticalCenter: parent.verticalCenter
-                side: 120
-                name: "dress"
-            }
-            Column {
-                anchors.left: parent.left
-                anchors.leftMargin: 20
-                anchors.verticalCenter: parent.verticalCenter
+        contentItem: RowLayout {
+            spacing: 12
+
+            ColumnLayout {
                 spacing: 5
 
                 Label {
+                    Layout.fillWidth: true
                     text: qsTr("Spring promotion")
+                    read: false
                     role: Label.Role.Small
-                    color: "#CDEBDD"
+                    color: Theme.bannerInk
                     font.weight: Font.Medium
                 }
                 Label {
-                    width: 175
+                    Layout.fillWidth: true
                     text: qsTr("Up to 25 % off the new season")
-                    color: "#FFFFFF"
-                    font.pixelSize: 20
+                    read: false
+                    color: Theme.bannerInk
+                    font.pixelSize: 20 * Theme.textScale
                     font.weight: Font.Bold
                 }
                 Label {
+                    Layout.fillWidth: true
                     text: qsTr("See what is new")
+                    read: false
                     role: Label.Role.Small
-                    color: "#FFFFFF"
+                    color: Theme.bannerInk
                     font.weight: Font.DemiBold
-                    topPadding: 4
+                }
+            }
+            Rectangle {
+                visible: campaign.width > 260 * Theme.textScale
+                implicitWidth: 116
+                implicitHeight: 116
+                radius: 58
+                color: "#24FFFFFF"
+
+                Art {
+                    anchors.centerIn: parent
+                    side: 112
+                    name: "dress"
                 }
             }
         }
     }
-    Row {
-        width: parent.width
+    GridLayout {
+        Layout.fillWidth: true
+        columns: Math.max(1, Math.min(5, Math.floor(page.innerWidth / (66 * Math.max(1, Theme.textScale)))))
+        columnSpacing: 0
+        rowSpacing: 4
 
         Repeater {
             model: [
@@ -100,7 +102,9 @@ Page {
             ShortcutButton {
                 required property var modelData
 
-                width: (page.width - 2 * Theme.margin) / 5
+                Layout.fillWidth: true
+                Layout.preferredWidth: 10
+                Layout.alignment: Qt.AlignTop
                 glyph: modelData.glyph
                 text: modelData.title
                 onClicked: page.open(modelData.screen, {})
@@ -108,13 +112,11 @@ Page {
         }
     }
     Heading {
-        width: parent.width
         text: qsTr("Popular now")
         more: qsTr("See all")
         onClicked: page.open("results", { sort: "popular" })
     }
     ProductGrid {
-        width: parent.width
         products: Stock.products.slice(0, 6)
         onOpen: (screenId, params) => page.open(screenId, params)
     }

@@ -1,43 +1,18 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
+import QtQuick.Layouts
 
 /// When the shop is open.
 Page {
     id: page
 
-    Rectangle {
-        width: parent.width
-        height: 112
-        radius: 24
-        color: Theme.accentSoft
-
-        Column {
-            x: 20
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 3
-
-            Label {
-                text: qsTr("Open now")
-                font.pixelSize: 24
-                font.weight: Font.Bold
-                font.letterSpacing: -0.4
-                color: Theme.accent
-            }
-            Label {
-                text: qsTr("Meadow Harbour, until 20:00")
-                soft: true
-            }
-        }
-        Glyph {
-            anchors.right: parent.right
-            anchors.rightMargin: 24
-            anchors.verticalCenter: parent.verticalCenter
-            name: "clock"
-            size: 48
-            color: Theme.accent
-        }
+    Greeting {
+        large: qsTr("Open now")
+        detail: qsTr("Meadow Harbour, until 20:00")
+        glyph: "clock"
     }
     Card {
-        width: parent.width
         padding: 20
 
         Repeater {
@@ -51,22 +26,26 @@ Page {
                 { day: qsTr("Saturday"), hours: qsTr("Closed") }
             ]
 
-            Item {
+            Flow {
                 id: line
 
                 required property var modelData
                 required property int index
 
-                width: parent.width
-                height: 26
+                Layout.fillWidth: true
+                spacing: 8
+                Accessible.role: Accessible.StaticText
+                Accessible.name: modelData.day + ", " + modelData.hours
 
                 Label {
+                    width: Math.max(implicitWidth, Math.min(parent.width / 2, 220))
                     text: line.modelData.day
+                    read: false
                     font.weight: line.index === 2 ? Font.DemiBold : Font.Normal
                 }
                 Label {
-                    anchors.right: parent.right
                     text: line.modelData.hours
+                    read: false
                     soft: line.index !== 2
                     font.weight: line.index === 2 ? Font.DemiBold : Font.Normal
                 }

@@ -1,44 +1,47 @@
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Layouts
 
-/// A line of a list: a drawing, a title, a word below it, and something at its end.
-T.AbstractButton {
+/// A line of a list: a drawing, a title, words below it, and something at its end. A line that leads
+/// nowhere is read and not pressed.
+Pressable {
     id: row
 
     property string glyph
     property string detail
     property string value
-    property bool leads: false  ///< Whether it opens something.
+    property string endGlyph: pressable ? "forward" : ""
+    property bool pressable: true
     property bool last: false
-    property Item trailing
 
-    implicitHeight: Math.max(60, words.height + 24)
-    Accessible.name: detail ? text + ", " + detail : text
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    onTrailingChanged: if (trailing) trailing.parent = end
+    padding: 10
+    leftPadding: 6
+    rightPadding: 6
+    implicitHeight: Math.max(60, implicitContentHeight + topPadding + bottomPadding)
+    corner: 12
+    enabled: pressable
+    focusPolicy: pressable ? Qt.StrongFocus : Qt.NoFocus
+    Layout.fillWidth: true
+    Accessible.role: checkable ? Accessible.CheckBox : pressable ? Accessible.Button : Accessible.StaticText
+    Accessible.name: Stock.told([text, detail, value])
 
     background: Rectangle {
         color: row.down ? Theme.sunken : "transparent"
         radius: 12
 
         Rectangle {
+            anchors { left: parent.left; leftMargin: row.glyph !== "" ? 56 : 6; right: parent.right; bottom: parent.bottom }
             visible: !row.last
-            x: ground.visible ? 56 : 4
-            y: parent.height - 1
-            width: parent.width - x
             height: 1
             color: Theme.line
         }
     }
-    contentItem: Item {  // qmllint disable deferred-property-id
-        Rectangle {
-            id: ground
+    contentItem: RowLayout {
+        spacing: 14
 
+        Rectangle {
             visible: row.glyph !== ""
-            anchors.verticalCenter: parent.verticalCenter
-            width: 40
-            height: 40
+            implicitWidth: 40
+            implicitHeight: 40
             radius: 13
             color: Theme.accentSoft
 
@@ -49,49 +52,40 @@ T.AbstractButton {
                 color: Theme.accent
             }
         }
-        Column {
-            id: words
-
-            anchors.left: ground.visible ? ground.right : parent.left
-            anchors.leftMargin: ground.visible ? 14 : 6
-            anchors.right: end.left
-            anchors.rightMargin: 10
-            anchors.verticalCenter: parent.verticalCenter
+        ColumnLayout {
             spacing: 2
 
             Label {
-                width: parent.width
+                Layout.fillWidth: true
                 text: row.text
-                horizontalAlignment: Text.AlignLeft  // in every language alike
+                read: false
                 font.weight: Font.Medium
             }
             Label {
-                width: parent.width
-                visible: row.detail !== ""
+                Layout.fillWidth: true
+                visible: text !== ""
                 text: row.detail
+                read: false
                 role: Label.Role.Small
                 soft: true
             }
         }
-        Row {
-            id: end
-
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 8
-
-            Label {
-                visible: row.value !== ""
-                text: row.value
-                soft: true
-            }
-            Glyph {
-                visible: row.leads
-                anchors.verticalCenter: parent.verticalCenter
-                name: "forward"
-                size: 16
-                color: Theme.soft
-            }
+        Label {
+            visible: text !== ""
+            text: row.value
+            read: false
+            soft: true
+        }
+        Toggle {
+            visible: row.checkable
+            on: row.checked
+        }
+        Glyph {
+            visible: row.endGlyph !== "" && !row.checkable
+            name: row.endGlyph
+            size: 16
+            color: Theme.soft
+            mirror: row.mirrored
         }
     }
 }

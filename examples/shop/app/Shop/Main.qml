@@ -1,45 +1,46 @@
 import QtQuick
 import Zelvora
 
-/// The whole shop: a screen, the bar for commands, and what comes over them.
+/// The whole shop: a screen, the conversation over it, and what comes over both.
 Rectangle {
     id: shop
 
     required property string bundle
     required property var replies
+    required property var language
     readonly property string screenId: navigator.screenId
     readonly property var params: navigator.params
     readonly property string presentationId: presentation.presentationId
     readonly property alias assistant: assistant
+    readonly property alias surface: surface
+    readonly property string mode: surface.mode
     property bool dark: system.window.hslLightness < 0.5
     property int pace: 220
-
-    function answer(said: string, badge: int) {
-        banner.show(said, badge)
-        replies.say(said)
-    }
+    property real textScale: 1
+    property real safeTop: 0
+    property real safeBottom: 0
 
     function open(screenId: string, params: var) {
         presentation.presentationId = ""
-        banner.hide()
         if (Screens.knows(screenId))
             navigator.open(screenId, params)
     }
 
     function present(presentationId: string) {
+        surface.dismiss()
         presentation.presentationId = presentationId
     }
 
     function startAgain() {
-        open("main", {})
+        presentation.presentationId = ""
+        surface.dismiss()
+        navigator.startAgain()
     }
 
     function hideAnswer() {
-        banner.hide()
+        surface.dismiss()
     }
 
-    onDarkChanged: Theme.dark = dark
-    onPaceChanged: Theme.pace = pace
     implicitWidth: 390
     implicitHeight: 844
     color: Theme.page
@@ -48,68 +49,91 @@ Rectangle {
     palette.base: Theme.surface
     palette.text: Theme.ink
     palette.highlight: Theme.accent
+    LayoutMirroring.enabled: language.rightToLeft
+    LayoutMirroring.childrenInherit: true
+    ZelvoraTheme.background: Theme.page
+    ZelvoraTheme.surface: Theme.surface
+    ZelvoraTheme.text: Theme.ink
+    ZelvoraTheme.secondaryText: Theme.soft
+    ZelvoraTheme.accent: Theme.accent
+    ZelvoraTheme.dark: Theme.dark
+    ZelvoraTheme.textScale: Theme.textScale
+    ZelvoraTheme.reducedMotion: Theme.pace === 0
+    Keys.onEscapePressed: navigator.back()
+    Keys.onBackPressed: event => {
+        event.accepted = navigator.canGoBack
+        navigator.back()
+    }
+
+    Binding { target: Theme; property: "dark"; value: shop.dark; restoreMode: Binding.RestoreNone }
+    Binding { target: Theme; property: "pace"; value: shop.pace }
+    Binding { target: Theme; property: "textScale"; value: shop.textScale }
+    Binding {
+        target: Screens
+        property: "given"
+        value: ({ setup: { shop } })
+    }
 
     SystemPalette { id: system }
+    Shortcut {
+        sequences: ["Ctrl+K", "F6"]
+        onActivated: surface.edit("")
+    }
     ZelvoraAssistant {
         id: assistant
 
         bundle: shop.bundle
         spec: "shop"
-        onStateChanged: if (state === ZelvoraMicState.Listening) shop.replies.hush()
-        // A capture that could not begin ends in no outcome.
-        onErrorChanged: if (error !== "") banner.show(error, ZelvoraBadgeType.Failure)
-        onExecute: (screenId, params, say) => {
-            shop.open(screenId, params)
-            shop.answer(say, ZelvoraBadgeType.Success)
-        }
-        onPresent: (presentationId, params, say) => {
-            shop.present(presentationId)
-            shop.answer(say, ZelvoraBadgeType.Success)
-        }
-        onOffer: (choices, say) => shop.replies.say(say)
-        onUnsupported: say => shop.answer(say, ZelvoraBadgeType.Failure)
-    }
-    TopBar {
-        id: top
-
-        width: parent.width
-        title: Screens.title(shop.screenId)
-        canGoBack: navigator.canGoBack
-        muted: shop.replies.muted
-        onBack: navigator.back()
-        onCart: shop.open("basket", {})
-        onSearch: shop.open("query", {})
-        onToggleMuted: shop.replies.muted = !shop.replies.muted
-    }
-    Navigator {
-        id: navigator
-
-        anchors.top: top.bottom
-        anchors.bottom: bar.top
-        width: parent.width
-        replies: shop.replies
-        assistant: assistant
+        locale: shop.language.locale
+        onExecute: (screenId, params) => shop.open(screenId, params)
         onPresent: presentationId => shop.present(presentationId)
     }
-    CommandBar {
-        id: bar
+    Item {
+        id: screens
 
-        anchors.bottom: parent.bottom
-        width: parent.width
-        assistant: assistant
+        anchors { fill: parent; topMargin: shop.safeTop; bottomMargin: surface.restHeight }
+        // Nothing behind a sheet is touched, reached by keys or pressed by a screen reader.
+        enabled: !surface.modal && !presentation.visible
+
+        TopBar {
+            id: top
+
+            anchors { left: parent.left; right: parent.right; leftMargin: 8; rightMargin: 8 }
+            title: Screens.title(shop.screenId)
+            canGoBack: navigator.canGoBack
+            muted: shop.replies.muted
+            onBack: navigator.back()
+            onCart: shop.open("basket", {})
+            onSearch: shop.open("query", {})
+            onToggleMuted: shop.replies.muted = !shop.replies.muted
+        }
+        Navigator {
+            id: navigator
+
+            objectName: "navigator"
+            anchors { top: top.bottom; bottom: parent.bottom; left: parent.left; right: parent.right }
+            onOpened: (screenId, params) => shop.open(screenId, params)
+            onPresent: presentationId => shop.present(presentationId)
+        }
     }
-    SayBanner {
-        id: banner
+    ZelvoraCommandSurface {
+        id: surface
 
-        anchors.bottom: bar.top
-        anchors.bottomMargin: 12
-        x: 14
-        width: parent.width - 28
+        objectName: "surface"
+        assistant: assistant
+        answerTime: shop.pace > 0 ? 4000 : 0
+        safeBottom: shop.safeBottom
+        safeTop: shop.safeTop
+        enabled: !presentation.visible
+        onReply: text => shop.replies.say(text)
+        onSilence: shop.replies.hush()
     }
     PresentationSheet {
         id: presentation
 
-        onOpen: (screenId, params) => shop.open(screenId, params)
+        surroundings: shop
+        rightToLeft: shop.LayoutMirroring.enabled
+        safeBottom: shop.safeBottom
+        onOpenScreen: (screenId, params) => shop.open(screenId, params)
     }
-    ChoicesSheet { assistant: assistant }
 }

@@ -1,35 +1,37 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
 /// Where the shops are.
 Page {
     id: page
 
     readonly property var stores: [
-        { name: qsTr("Meadow Harbour"), detail: qsTr("4 Quay Road · open until 20:00"), far: "0.6 km", x: 0.30, y: 0.42 },
-        { name: qsTr("Meadow Market"), detail: qsTr("21 Market Square · open until 19:00"), far: "1.9 km", x: 0.66, y: 0.28 },
-        { name: qsTr("Meadow Hill"), detail: qsTr("8 Upper Street · open until 18:00"), far: "3.2 km", x: 0.78, y: 0.70 }
+        { name: qsTr("Meadow Harbour"), detail: qsTr("4 Quay Road, open until 20:00"), far: "0.6 km", x: 0.30, y: 0.42 },
+        { name: qsTr("Meadow Market"), detail: qsTr("21 Market Square, open until 19:00"), far: "1.9 km", x: 0.66, y: 0.28 },
+        { name: qsTr("Meadow Hill"), detail: qsTr("8 Upper Street, open until 18:00"), far: "3.2 km", x: 0.78, y: 0.70 }
     ]
 
     Rectangle {
         id: map
 
-        width: parent.width
-        height: 240
+        Layout.fillWidth: true
+        implicitHeight: Math.min(240, page.height * 0.5)
         radius: 24
         color: Theme.dark ? "#1C2622" : "#E6EDE2"
         clip: true
+        Accessible.ignored: true
 
         Repeater {
-            model: [[0.0, 0.55, 1.0, 14], [0.0, 0.16, 1.0, 8], [0.0, 0.84, 1.0, 8]]
+            model: [[0.55, 14], [0.16, 8], [0.84, 8]]
 
             Rectangle {
                 required property var modelData
 
-                y: map.height * modelData[1]
+                y: map.height * modelData[0]
                 width: map.width
-                height: modelData[3]
+                height: modelData[1]
                 color: Theme.dark ? "#2D3833" : "#FFFFFF"
             }
         }
@@ -57,8 +59,7 @@ Page {
                 height: 40
                 radius: 20
                 color: Theme.accent
-                border.width: 3
-                border.color: Theme.surface
+                border { width: 3; color: Theme.surface }
 
                 Glyph {
                     anchors.centerIn: parent
@@ -70,7 +71,6 @@ Page {
         }
     }
     Card {
-        width: parent.width
         padding: 10
         spacing: 0
 
@@ -81,11 +81,9 @@ Page {
                 required property var modelData
                 required property int index
 
-                width: parent.width
                 glyph: "pin"
                 text: modelData.name
-                detail: modelData.detail
-                value: modelData.far
+                detail: modelData.detail + " · " + modelData.far
                 last: index === page.stores.length - 1
                 onClicked: page.open("hours", {})
             }

@@ -1,79 +1,125 @@
 import QtQuick
-import Zelvora
+import QtQuick.Templates as T
 
-/// The screens that were opened one from another; the last one is seen.
-Item {
+/// The screens that were opened one from another; the last one is seen, and those below keep where
+/// they were scrolled to. A screen stands in the stack once.
+T.StackView {
     id: navigator
 
-    required property var replies
-    required property ZelvoraAssistant assistant
-    property var history: [{ screenId: "main", params: {} }]
-    readonly property string screenId: history[history.length - 1].screenId
-    readonly property var params: history[history.length - 1].params
-    readonly property bool canGoBack: history.length > 1
+    readonly property string screenId: (currentItem as Page)?.screenId ?? "main"
+    readonly property var params: (currentItem as Page)?.params ?? ({})
+    readonly property bool canGoBack: depth > 1
+    property var waiting: null
 
+    signal opened(string screenId, var params)
     signal present(string presentationId)
 
     /// Home is where every way begins.
     function open(screenId: string, params: var) {
-        const entry = { screenId, params: params ?? {} }
-        history = screenId === "main" ? [entry] : [...history, entry]
-        show(1)
+        if (busy) {
+            waiting = { screenId, params }
+            return
+        }
+        const wanted = params ?? {}
+        const operation = Theme.pace > 0 ? T.StackView.Transition : T.StackView.Immediate
+        const known = screenId === "main" ? get(0)
+            : find(page => page.screenId === screenId && JSON.stringify(page.params) === JSON.stringify(wanted))
+        if (known === currentItem)
+            return
+        leave()
+        if (known)
+            pop(known, operation)
+        else
+            push(Screens.screenSource(screenId), Object.assign({ screenId, params: wanted }, Screens.given[screenId]), operation)
+        arrive(known !== null)
     }
 
     function back() {
-        if (!canGoBack) return
-        history = history.slice(0, -1)
-        show(-1)
+        if (busy || !canGoBack)
+            return
+        leave()
+        pop(Theme.pace > 0 ? T.StackView.Transition : T.StackView.Immediate)
+        arrive(true)
     }
 
-    function show(direction: int) {
-        const given = { params: navigator.params }
-        if (Lists.of[screenId]) given.list = Lists.of[screenId]
-        if (screenId === "setup") given.replies = replies
-        if (screenId === "query") given.assistant = assistant
-        loader.setSource(Screens.screenSource(screenId), given)
-        entrance.from = 36 * direction
-        entrance.restart()
-        fade.restart()
+    function startAgain() {
+        if (depth > 1)
+            pop(null, T.StackView.Immediate)
+        currentItem.contentY = 0
     }
 
+    property var focusOf: new Map()
+
+    function leave() {
+        const focused = Window.activeFocusItem
+        let inside = false
+        for (let at = focused; at; at = at.parent)
+            inside = inside || at === currentItem
+        focusOf.set(currentItem, inside ? { item: focused, shown: focused.visualFocus === true } : null)
+    }
+
+    /// A screen that is come back to has the focus where it was; a new one at its beginning.
+    function arrive(isBack: bool) {
+        const before = isBack ? focusOf.get(currentItem) : null
+        if (before)
+            before.item.forceActiveFocus(before.shown ? Qt.TabFocusReason : Qt.OtherFocusReason)
+        else
+            currentItem.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    // A tap on a screen that is on its way out means nothing any more.
+    enabled: !busy
     clip: true
-    Component.onCompleted: show(0)
-
-    Loader {
-        id: loader
-
-        width: navigator.width
-        height: navigator.height
+    onBusyChanged: {
+        if (busy || !waiting)
+            return
+        const next = waiting
+        waiting = null
+        open(next.screenId, next.params)
     }
+    initialItem: HomeScreen { screenId: "main" }
+
     Connections {
-        target: loader.item
+        target: navigator.currentItem
         ignoreUnknownSignals: true
 
         function onOpen(screenId: string, params: var) {
-            navigator.open(screenId, params)
+            navigator.opened(screenId, params)
         }
         function onPresent(presentationId: string) {
             navigator.present(presentationId)
         }
     }
-    NumberAnimation {
-        id: entrance
 
-        target: loader
-        property: "x"
-        to: 0
-        duration: Theme.pace
-        easing.type: Easing.OutCubic
-    }
-    NumberAnimation {
-        id: fade
+    component Slide: Transition {
+        id: slide
 
-        target: loader
-        property: "opacity"
-        from: Theme.pace > 0 ? 0 : 1
-        to: 1
-        duration: Theme.pace
+        property real from: 0
+
+        NumberAnimation {
+            property: "x"
+            from: slide.from
+            to: 0
+            duration: Theme.pace
+            easing.type: Easing.OutCubic
+        }
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.pace
+        }
     }
+    component Vanish: Transition {
+        NumberAnimation {
+            property: "opacity"
+            to: 0
+            duration: Theme.pace / 2
+        }
+    }
+
+    pushEnter: Slide { from: navigator.mirrored ? -36 : 36 }
+    pushExit: Vanish {}
+    popEnter: Slide { from: navigator.mirrored ? 36 : -36 }
+    popExit: Vanish {}
 }

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
 /// What was ordered before.
 Page {
@@ -13,54 +14,50 @@ Page {
             id: order
 
             required property var modelData
-            readonly property bool underWay: modelData.state !== qsTr("Delivered")
 
-            width: parent.width
-
-            Item {
-                width: parent.width
-                height: 72
+            RowLayout {
+                spacing: 14
+                Accessible.role: Accessible.StaticText
+                Accessible.name: [order.modelData.items, order.modelData.state, order.modelData.when, Stock.money(order.modelData.total)].join(", ")
 
                 Picture {
-                    id: picture
-
-                    width: 72
-                    height: 72
+                    implicitWidth: 72
+                    implicitHeight: 72
                     radius: 16
                     art: order.modelData.art
                     hue: order.modelData.hue
                 }
-                Column {
-                    anchors.left: picture.right
-                    anchors.leftMargin: 14
-                    anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
+                ColumnLayout {
                     spacing: 2
 
                     Label {
+                        Layout.fillWidth: true
                         text: order.modelData.state
+                        read: false
                         role: Label.Role.Small
                         font.weight: Font.DemiBold
-                        color: order.underWay ? Theme.accent : Theme.soft
+                        color: order.modelData.underWay ? Theme.accent : Theme.soft
                     }
                     Label {
-                        width: parent.width
+                        Layout.fillWidth: true
                         text: order.modelData.items
+                        read: false
                         font.weight: Font.Medium
                     }
                     Label {
+                        Layout.fillWidth: true
                         text: order.modelData.when + " · " + Stock.money(order.modelData.total)
+                        read: false
                         role: Label.Role.Small
                         soft: true
                     }
                 }
             }
             PushButton {
-                width: parent.width
-                implicitHeight: Theme.touch
                 quiet: true
-                text: order.underWay ? qsTr("Track") : qsTr("Order again")
-                onClicked: page.open(order.underWay ? "parcel" : "refill", { order: order.modelData.id })
+                text: order.modelData.underWay ? qsTr("Track") : qsTr("Order again")
+                Accessible.name: text + ", " + order.modelData.items
+                onClicked: page.open(order.modelData.underWay ? "parcel" : "refill", { order: order.modelData.id })
             }
         }
     }

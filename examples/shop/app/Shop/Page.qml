@@ -1,26 +1,31 @@
 import QtQuick
+import QtQuick.Layouts
 
-/// A screen that scrolls: what stands in it is one column.
+/// A screen that scrolls: what stands in it is one column, no wider than is good to read.
 Flickable {
     id: page
 
     default property alias content: column.data
+    property string screenId
     property var params: ({})
-    property int spacing: 16
+    property alias spacing: column.spacing
+    /// For pages of tiles, which may take more room.
+    property int widest: Theme.widest
+    readonly property real innerWidth: column.width
 
     signal open(string screenId, var params)
     signal present(string presentationId)
 
-    contentHeight: column.height + 40
+    contentHeight: column.implicitHeight + 28
     boundsBehavior: Flickable.StopAtBounds
     clip: true
 
-    Column {
+    ColumnLayout {
         id: column
 
-        x: Theme.margin
+        anchors.horizontalCenter: parent.horizontalCenter
         y: 4
-        width: page.width - 2 * Theme.margin
-        spacing: page.spacing
+        width: Math.min(page.width - 2 * Theme.margin, page.widest)
+        spacing: 16
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// Shows a presentation of the spec over the screen.
 Sheet {
@@ -6,25 +7,32 @@ Sheet {
 
     property string presentationId
 
-    signal open(string screenId, var params)
+    signal openScreen(string screenId, var params)
 
-    shown: presentationId !== ""
-    onDismissed: presentationId = ""
-    // What was shown stays while it goes down.
-    onPresentationIdChanged: if (presentationId !== "") loader.source = Screens.presentationSource(presentationId)
+    title: Screens.presentationTitle(presentationId)
+    onPresentationIdChanged: {
+        if (presentationId === "") {
+            close()
+            return
+        }
+        // What was shown stays while it goes down.
+        loader.source = Screens.presentationSource(presentationId)
+        open()
+    }
+    onAboutToHide: presentationId = ""
 
     Loader {
         id: loader
 
         objectName: "presented"
-        width: parent.width
+        Layout.fillWidth: true
     }
     Connections {
         target: loader.item
         ignoreUnknownSignals: true
 
         function onOpen(screenId: string, params: var) {
-            presentation.open(screenId, params)
+            presentation.openScreen(screenId, params)
         }
         function onDone() {
             presentation.presentationId = ""

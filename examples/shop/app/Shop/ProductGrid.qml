@@ -1,18 +1,20 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
-/// Products two by two.
-Grid {
+/// Products side by side, as many as there is room for.
+GridLayout {
     id: grid
 
     property var products: []
 
     signal open(string screenId, var params)
 
-    columns: 2
+    columns: Math.max(1, Math.floor((width + columnSpacing) / (140 * Math.max(1, Theme.textScale * 0.9) + columnSpacing)))
     columnSpacing: 14
     rowSpacing: 18
+    Layout.fillWidth: true
 
     Repeater {
         model: grid.products
@@ -21,7 +23,10 @@ Grid {
             required property var modelData
 
             product: modelData
-            implicitWidth: (grid.width - grid.columnSpacing) / 2
+            Layout.fillWidth: true
+            Layout.preferredWidth: 10
+            Layout.alignment: Qt.AlignTop
+            Layout.maximumWidth: 300
             onClicked: grid.open("detail", { product: modelData.id })
         }
     }

@@ -1,54 +1,57 @@
 import QtQuick
+import QtQuick.Layouts
 
-/// A product in a line: picture, words, and what stands at the end.
-Item {
+/// A product in a line: picture, words, and what stands below or at its end.
+GridLayout {
     id: line
 
     property var product
     property string detail: product.brand
     default property alias trailing: end.data
+    readonly property bool isTight: width < 300 * Theme.textScale
 
-    implicitHeight: 88
+    columns: isTight ? 2 : 3
+    columnSpacing: 14
+    rowSpacing: 4
+    Layout.fillWidth: true
 
     Picture {
-        id: picture
-
-        anchors.verticalCenter: parent.verticalCenter
-        width: 72
-        height: 72
+        implicitWidth: 72
+        implicitHeight: 72
         radius: 16
         art: line.product.art
         hue: line.product.hue
     }
-    Column {
-        anchors.left: picture.right
-        anchors.leftMargin: 14
-        anchors.right: end.left
-        anchors.rightMargin: 10
-        anchors.verticalCenter: parent.verticalCenter
+    ColumnLayout {
         spacing: 2
 
         Label {
-            width: parent.width
+            Layout.fillWidth: true
             text: line.product.name
+            read: false
             font.weight: Font.Medium
         }
         Label {
-            width: parent.width
+            Layout.fillWidth: true
             text: line.detail
+            read: false
             role: Label.Role.Small
             soft: true
         }
         Label {
             text: Stock.money(line.product.price)
+            read: false
             font.weight: Font.DemiBold
         }
     }
-    Row {
+    RowLayout {
         id: end
 
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
+        Layout.columnSpan: line.isTight ? 2 : 1
+        Layout.alignment: Qt.AlignRight | Qt.AlignVCenter
+        visible: children.length > 0
         spacing: 4
     }
+    Accessible.role: Accessible.StaticText
+    Accessible.name: qsTr("%1, %2, %3").arg(product.name).arg(detail).arg(Stock.money(product.price))
 }

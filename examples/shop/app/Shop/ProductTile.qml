@@ -1,83 +1,66 @@
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Layouts
 
 /// A product among others: picture, name, price.
-T.AbstractButton {
+Pressable {
     id: tile
 
     property var product
+    readonly property bool isCheaper: product.before > 0
 
-    implicitHeight: implicitWidth * 0.92 + 74
-    Accessible.name: product.name + ", " + Stock.money(product.price)
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
+    implicitHeight: implicitContentHeight
+    corner: Theme.radius
+    text: isCheaper ? qsTr("%1, %2, %3, before %4").arg(product.name).arg(product.brand).arg(Stock.money(product.price)).arg(Stock.money(product.before))
+                    : qsTr("%1, %2, %3").arg(product.name).arg(product.brand).arg(Stock.money(product.price))
 
-    background: Item {}
-    contentItem: Item {  // qmllint disable deferred-property-id
+    contentItem: ColumnLayout {
+        spacing: 1
+
         Picture {
-            id: picture
-
-            width: parent.width
-            height: width * 0.92
+            Layout.fillWidth: true
+            Layout.preferredHeight: width * 0.92
+            Layout.bottomMargin: 8
             art: tile.product.art
             hue: tile.product.hue
             opacity: tile.down ? 0.8 : 1
-            border.width: tile.visualFocus ? 2 : 0
-            border.color: Theme.accent
+
+            SavingTag {
+                anchors { left: parent.left; top: parent.top; margins: 10 }
+                visible: tile.isCheaper
+                percent: Math.round(100 - 100 * tile.product.price / Math.max(1, tile.product.before))
+            }
         }
-        Rectangle {
-            visible: tile.product.before > 0
-            x: 10
-            y: 10
-            width: saving.implicitWidth + 16
-            height: 24
-            radius: 12
-            color: Theme.warm
+        Label {
+            Layout.fillWidth: true
+            text: tile.product.name
+            read: false
+            font.weight: Font.Medium
+        }
+        Label {
+            Layout.fillWidth: true
+            text: tile.product.brand
+            read: false
+            role: Label.Role.Small
+            soft: true
+        }
+        Flow {
+            Layout.fillWidth: true
+            spacing: 6
 
             Label {
-                id: saving
-
-                anchors.centerIn: parent
-                text: "−" + Math.round(100 - 100 * tile.product.price / tile.product.before) + " %"
-                color: Theme.dark ? "#2A0E05" : "#FFFFFF"
-                font.pixelSize: 12
+                text: Stock.money(tile.product.price)
+                read: false
                 font.weight: Font.DemiBold
-            }
-        }
-        Column {
-            anchors.top: picture.bottom
-            anchors.topMargin: 9
-            width: parent.width
-            spacing: 1
-
-            Label {
-                width: parent.width
-                text: tile.product.name
-                font.weight: Font.Medium
-                wrapMode: Text.NoWrap
-                elide: Text.ElideRight
+                color: tile.isCheaper ? Theme.warm : Theme.ink
             }
             Label {
-                text: tile.product.brand
+                visible: tile.isCheaper
+                topPadding: 2
+                text: Stock.money(tile.product.before)
+                read: false
                 role: Label.Role.Small
                 soft: true
-            }
-            Row {
-                spacing: 6
-
-                Label {
-                    text: Stock.money(tile.product.price)
-                    font.weight: Font.DemiBold
-                    color: tile.product.before > 0 ? Theme.warm : Theme.ink
-                }
-                Label {
-                    visible: tile.product.before > 0
-                    anchors.baseline: parent.children[0].baseline
-                    text: Stock.money(tile.product.before)
-                    role: Label.Role.Small
-                    soft: true
-                    font.strikeout: true
-                }
+                font.strikeout: true
             }
         }
     }

@@ -1,46 +1,45 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
 /// The customer and what belongs to her.
 Page {
     id: page
 
-    Column {
-        width: parent.width
+    ColumnLayout {
+        Layout.topMargin: 8
         spacing: 6
-        topPadding: 8
-        bottomPadding: 6
 
         Rectangle {
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: 84
-            height: 84
+            Layout.alignment: Qt.AlignHCenter
+            implicitWidth: 84
+            implicitHeight: 84
             radius: 42
             color: Theme.accent
 
-            Label {
+            Glyph {
                 anchors.centerIn: parent
-                text: "NL"
+                name: "user"
+                size: 40
                 color: Theme.accentInk
-                font.pixelSize: 30
-                font.weight: Font.DemiBold
             }
         }
         Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            topPadding: 6
-            text: "Noa Levi"
+            Layout.fillWidth: true
+            text: Basket.signedIn ? "Noa Levi" : qsTr("You are signed out")
             role: Label.Role.Heading
+            horizontalAlignment: Text.AlignHCenter
         }
         Label {
-            anchors.horizontalCenter: parent.horizontalCenter
+            Layout.fillWidth: true
+            visible: Basket.signedIn
             text: "noa@example.com"
             soft: true
+            horizontalAlignment: Text.AlignHCenter
         }
     }
     Card {
-        width: parent.width
         padding: 10
         spacing: 0
 
@@ -60,20 +59,22 @@ Page {
                 required property var modelData
                 required property int index
 
-                width: parent.width
                 glyph: modelData.glyph
                 text: modelData.title
-                leads: true
                 last: index === rows.count - 1
                 onClicked: page.open(modelData.screen, {})
             }
         }
     }
     PushButton {
-        width: parent.width
         quiet: true
         glyph: "logout"
-        text: qsTr("Sign out")
-        onClicked: page.present("goodbye_dialog")
+        text: Basket.signedIn ? qsTr("Sign out") : qsTr("Sign in")
+        onClicked: {
+            if (Basket.signedIn)
+                page.present("goodbye_dialog")
+            else
+                Basket.signedIn = true
+        }
     }
 }

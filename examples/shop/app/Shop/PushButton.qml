@@ -1,46 +1,48 @@
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Layouts
 
 /// A wide button with a word on it.
-T.AbstractButton {
+Pressable {
     id: button
 
     property bool quiet: false
     property string glyph
 
-    implicitHeight: 50
-    implicitWidth: face.width + 40
-    opacity: enabled ? 1 : 0.45
-    Accessible.name: text
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
+    padding: 12
+    leftPadding: 20
+    rightPadding: 20
+    implicitWidth: words.implicitWidth + leftPadding + rightPadding + (picture.visible ? 28 : 0)
+    implicitHeight: Math.max(50, words.implicitHeight + topPadding + bottomPadding)
+    corner: Math.min(height / 2, 25)
+    Layout.fillWidth: true
 
     background: Rectangle {
-        radius: height / 2
+        radius: button.corner
         color: button.quiet ? Theme.accentSoft : Theme.accent
         opacity: button.down ? 0.8 : 1
-        border.width: button.visualFocus ? 2 : 0
-        border.color: Theme.ink
     }
-    contentItem: Item {  // qmllint disable deferred-property-id
-        Row {
-            id: face
+    Item {
+        anchors { fill: parent; leftMargin: button.leftPadding; rightMargin: button.rightPadding }
 
-            anchors.centerIn: parent
-            spacing: 8
+        Glyph {
+            id: picture
 
-            Glyph {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.glyph !== ""
-                name: button.glyph
-                size: 20
-                color: button.quiet ? Theme.accent : Theme.accentInk
-            }
-            Label {
-                text: button.text
-                color: button.quiet ? Theme.accent : Theme.accentInk
-                font.weight: Font.DemiBold
-            }
+            anchors { right: words.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            visible: button.glyph !== ""
+            name: button.glyph
+            size: 20
+            color: words.color
+        }
+        Label {
+            id: words
+
+            anchors { centerIn: parent; horizontalCenterOffset: picture.visible ? (button.mirrored ? -14 : 14) : 0 }
+            width: Math.min(implicitWidth, parent.width - (picture.visible ? 28 : 0))
+            horizontalAlignment: Text.AlignHCenter
+            text: button.text
+            read: false
+            color: button.quiet ? Theme.accent : Theme.accentInk
+            font.weight: Font.DemiBold
         }
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// The last order once more.
 Page {
@@ -7,27 +8,22 @@ Page {
     readonly property var again: ["trail-running-shoe", "coffee-mug"]
 
     Label {
-        width: parent.width
+        Layout.fillWidth: true
         text: qsTr("The same as last time?")
         role: Label.Role.Title
     }
     Card {
-        width: parent.width
-        spacing: 4
-
         Repeater {
             model: page.again
 
             ProductLine {
                 required property string modelData
 
-                width: parent.width
                 product: Stock.find(modelData)
             }
         }
     }
     PushButton {
-        width: parent.width
         text: qsTr("Put all into the cart")
         glyph: "repeat"
         onClicked: {

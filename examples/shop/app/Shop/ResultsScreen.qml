@@ -1,17 +1,23 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
 /// The products that a navigation asks for.
 Page {
     id: page
 
+    property string sort: page.params.sort ?? "popular"
+
+    widest: 960
+
     Label {
-        width: parent.width
+        Layout.fillWidth: true
         text: Stock.titleFor(page.params)
         role: Label.Role.Title
     }
-    Row {
+    Flow {
+        Layout.fillWidth: true
         spacing: 8
 
         Repeater {
@@ -24,14 +30,15 @@ Page {
                 required property var modelData
 
                 text: modelData.title
-                checked: (page.params.sort ?? "popular") === modelData.sort
-                onClicked: page.params = Object.assign({}, page.params, { sort: modelData.sort })
+                checkable: true
+                autoExclusive: true
+                checked: page.sort === modelData.sort
+                onClicked: page.sort = modelData.sort
             }
         }
     }
     ProductGrid {
-        width: parent.width
-        products: Stock.matching(page.params)
+        products: Stock.matching(Object.assign({}, page.params, { sort: page.sort }))
         onOpen: (screenId, params) => page.open(screenId, params)
     }
 }

@@ -1,4 +1,7 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
+import QtQuick.Layouts
 
 /// What customers say about a product.
 Page {
@@ -12,28 +15,29 @@ Page {
     ]
 
     Card {
-        width: parent.width
-
-        ProductLine {
-            width: parent.width
-            product: page.product
-        }
-        Row {
+        ProductLine { product: page.product }
+        Flow {
+            Layout.fillWidth: true
             spacing: 12
+            Accessible.role: Accessible.StaticText
+            Accessible.name: qsTr("%1 of 5").arg(page.product.rating) + ", " + qsTr("%n reviews", "", page.product.reviews)
 
             Label {
                 text: page.product.rating
-                font.pixelSize: 40
+                read: false
+                font.pixelSize: 40 * Math.min(1.4, Theme.textScale)
                 font.weight: Font.Bold
-                font.letterSpacing: -1
             }
             Column {
-                anchors.verticalCenter: parent.verticalCenter
                 spacing: 3
 
-                Stars { count: Math.round(page.product.rating) }
+                Stars {
+                    count: Math.round(page.product.rating)
+                    Accessible.ignored: true
+                }
                 Label {
-                    text: qsTr("%1 reviews").arg(page.product.reviews)
+                    text: qsTr("%n reviews", "", page.product.reviews)
+                    read: false
                     role: Label.Role.Small
                     soft: true
                 }
@@ -48,19 +52,18 @@ Page {
 
             required property var modelData
 
-            width: parent.width
             spacing: 8
 
-            Item {
-                width: parent.width
-                height: 22
+            Flow {
+                Layout.fillWidth: true
+                spacing: 8
 
                 Label {
                     text: review.modelData.who
+                    role: Label.Role.Body
                     font.weight: Font.DemiBold
                 }
                 Label {
-                    anchors.right: parent.right
                     text: review.modelData.when
                     role: Label.Role.Small
                     soft: true
@@ -68,7 +71,7 @@ Page {
             }
             Stars { count: review.modelData.stars }
             Label {
-                width: parent.width
+                Layout.fillWidth: true
                 text: review.modelData.text
                 lineHeight: 1.3
             }

@@ -22,27 +22,33 @@ QtObject {
         conversation: ["ChatScreen", qsTr("Chat")],
         map: ["MapScreen", qsTr("Our stores")],
         hours: ["HoursScreen", qsTr("Opening hours")],
-        claims: ["ListScreen", qsTr("Returns")],
-        vouchers: ["ListScreen", qsTr("Gift cards")],
-        locations: ["ListScreen", qsTr("Addresses")],
-        wallet: ["ListScreen", qsTr("Payment methods")],
-        inbox: ["ListScreen", qsTr("Notifications")],
-        consent: ["ListScreen", qsTr("Privacy")],
-        hotline: ["ListScreen", qsTr("Contact us")]
+        claims: ["RowsScreen", qsTr("Returns")],
+        vouchers: ["RowsScreen", qsTr("Gift cards")],
+        locations: ["RowsScreen", qsTr("Addresses")],
+        wallet: ["RowsScreen", qsTr("Payment methods")],
+        inbox: ["RowsScreen", qsTr("Notifications")],
+        consent: ["RowsScreen", qsTr("Privacy")],
+        hotline: ["RowsScreen", qsTr("Contact us")]
     })
     readonly property var presentations: ({
-        fit_sheet: "FitSheet",
-        seasonal_sheet: "SeasonalSheet",
-        camera_overlay: "CameraOverlay",
-        goodbye_dialog: "GoodbyeDialog"
+        fit_sheet: ["FitSheet", qsTr("Size guide")],
+        seasonal_sheet: ["SeasonalSheet", qsTr("Spring promotion")],
+        camera_overlay: ["CameraOverlay", qsTr("Bar code")],
+        goodbye_dialog: ["GoodbyeDialog", qsTr("Sign out")]
     })
+    /// What single screens are given besides their parameters.
+    property var given: ({})
 
     function knows(screenId: string) : bool {
         return screens[screenId] !== undefined
     }
 
     function title(screenId: string) : string {
-        return screens[screenId][1]
+        return screens[screenId]?.[1] ?? ""
+    }
+
+    function presentationTitle(presentationId: string) : string {
+        return presentations[presentationId]?.[1] ?? ""
     }
 
     function screenSource(screenId: string) : url {
@@ -51,6 +57,6 @@ QtObject {
 
     function presentationSource(presentationId: string) : url {
         const file = presentations[presentationId]
-        return file ? Qt.resolvedUrl(file + ".qml") : ""
+        return file ? Qt.resolvedUrl(file[0] + ".qml") : ""
     }
 }

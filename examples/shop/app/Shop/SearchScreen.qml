@@ -1,55 +1,58 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import Zelvora
+import QtQuick.Layouts
 
 /// Looking for a product by its name.
 Page {
     id: page
 
-    required property ZelvoraAssistant assistant
-    readonly property string last: assistant.lastOutcome.kind
+    widest: 960
 
     Rectangle {
-        width: parent.width
-        height: 52
+        Layout.fillWidth: true
+        implicitHeight: Math.max(52, field.implicitHeight + 24)
         radius: 26
         color: Theme.surface
-        border.color: field.activeFocus ? Theme.accent : Theme.line
+        border { width: field.activeFocus ? 2 : 1; color: field.activeFocus ? Theme.accent : Theme.edge }
 
         Glyph {
             id: glass
 
-            anchors.left: parent.left
-            anchors.leftMargin: 18
-            anchors.verticalCenter: parent.verticalCenter
+            anchors { left: parent.left; leftMargin: 18; verticalCenter: parent.verticalCenter }
             name: "search"
             color: Theme.soft
         }
         TextInput {
             id: field
 
-            anchors.left: glass.right
-            anchors.right: parent.right
-            anchors.margins: 12
-            anchors.verticalCenter: parent.verticalCenter
+            objectName: "searchField"
+            anchors { left: glass.right; right: parent.right; leftMargin: 12; rightMargin: 18; verticalCenter: parent.verticalCenter }
+            activeFocusOnTab: true
+            horizontalAlignment: TextInput.AlignLeft
+            wrapMode: TextInput.Wrap
             text: page.params.query ?? ""
             color: Theme.ink
+            selectionColor: Theme.accent
+            selectedTextColor: Theme.accentInk
             font.pixelSize: Theme.bodySize
-            clip: true
+            Accessible.role: Accessible.EditableText
             Accessible.name: qsTr("Search products")
+            onActiveFocusChanged: if (activeFocus) Scrolling.show(field)
 
             Label {
+                anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
                 visible: field.text === ""
-                text: qsTr("Shoes, coats, mugs …")
+                text: qsTr("Search products")
+                read: false
                 soft: true
             }
         }
     }
     Flow {
-        width: parent.width
-        spacing: 8
+        Layout.fillWidth: true
         visible: field.text === ""
+        spacing: 8
 
         Repeater {
             model: [qsTr("shoe"), qsTr("coat"), qsTr("shirt"), qsTr("mug"), qsTr("train")]
@@ -62,23 +65,10 @@ Page {
             }
         }
     }
-    ZelvoraFloatingMic {
-        visible: field.text === ""
-        state: page.assistant.state
-        badge: page.last === "" ? null : page.last === "unsupported" ? ZelvoraBadgeType.Failure
-                                                                      : ZelvoraBadgeType.Success
-        palette.windowText: Theme.accent
-        onTap: page.assistant.tapMic()
-        onStopTap: page.assistant.stop()
-    }
-    Heading {
-        width: parent.width
-        text: field.text === "" ? qsTr("You looked at") : qsTr("%n found", "", grid.products.length)
-    }
+    Heading { text: field.text === "" ? qsTr("You looked at") : qsTr("%n found", "", grid.products.length) }
     ProductGrid {
         id: grid
 
-        width: parent.width
         products: field.text === "" ? Stock.products.slice(1, 5) : Stock.search(field.text)
         onOpen: (screenId, params) => page.open(screenId, params)
     }

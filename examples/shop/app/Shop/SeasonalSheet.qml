@@ -1,7 +1,10 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
+import QtQuick.Layouts
 
 /// The spring promotion.
-Column {
+ColumnLayout {
     id: promotion
 
     signal open(string screenId, var params)
@@ -10,19 +13,11 @@ Column {
     spacing: 16
 
     Rectangle {
-        width: parent.width
-        height: 190
+        Layout.fillWidth: true
+        implicitHeight: Math.min(190, width * 0.5)
         radius: 24
-        color: Theme.dark ? "#1F523E" : "#137453"
+        color: Theme.banner
 
-        Rectangle {
-            anchors.centerIn: parent
-            width: 168
-            height: 168
-            radius: 84
-            color: "#FFFFFF"
-            opacity: 0.12
-        }
         Row {
             anchors.centerIn: parent
             spacing: -8
@@ -33,29 +28,28 @@ Column {
                 Art {
                     required property string modelData
 
-                    side: 116
+                    side: Math.min(116, promotion.width / 3.4)
                     name: modelData
                 }
             }
         }
     }
     Label {
+        Layout.fillWidth: true
         text: qsTr("Spring is here")
         role: Label.Role.Title
     }
     Label {
-        width: parent.width
+        Layout.fillWidth: true
         text: qsTr("Up to 25 % off shoes, dresses and bags. Until the end of May, in all stores and here.")
         soft: true
         lineHeight: 1.3
     }
     PushButton {
-        width: parent.width
         text: qsTr("See all deals")
         onClicked: promotion.open("results", { filter: "on_sale" })
     }
     PushButton {
-        width: parent.width
         quiet: true
         text: qsTr("Later")
         onClicked: promotion.done()

@@ -1,89 +1,88 @@
-import QtQuick
+pragma ComponentBehavior: Bound
 
-/// What can be set: sound, look, language.
+import QtQuick
+import QtQuick.Layouts
+
+/// What can be set: sound, look, size of text, language.
 Page {
     id: page
 
-    required property var replies
+    required property var shop
 
     Label {
+        Layout.fillWidth: true
         text: qsTr("Sound and look")
         role: Label.Role.Heading
     }
     Card {
-        width: parent.width
         padding: 10
         spacing: 0
 
         ListRow {
-            width: parent.width
-            glyph: page.replies.muted ? "muted" : "speaker"
+            glyph: page.shop.replies.muted ? "muted" : "speaker"
             text: qsTr("Spoken replies")
             detail: qsTr("Answers are read aloud")
-            trailing: Toggle {
-                text: qsTr("Spoken replies")
-                checked: !page.replies.muted
-                onToggled: page.replies.muted = !checked
-            }
+            checkable: true
+            checked: !page.shop.replies.muted
+            onClicked: page.shop.replies.muted = !page.shop.replies.muted
         }
         ListRow {
-            width: parent.width
             glyph: "moon"
             text: qsTr("Dark")
+            checkable: true
+            checked: Theme.dark
+            onClicked: page.shop.dark = !page.shop.dark
+        }
+        ListRow {
+            glyph: "ruler"
+            text: qsTr("Large text")
+            checkable: true
+            checked: Theme.textScale > 1
             last: true
-            trailing: Toggle {
-                text: qsTr("Dark")
-                checked: Theme.dark
-                onToggled: Theme.dark = checked
-            }
+            onClicked: page.shop.textScale = Theme.textScale > 1 ? 1 : 1.6
         }
     }
     Label {
+        Layout.fillWidth: true
         text: qsTr("Language")
         role: Label.Role.Heading
         color: page.params.section === "language" ? Theme.accent : Theme.ink
     }
     Card {
-        width: parent.width
         padding: 10
         spacing: 0
         border.color: page.params.section === "language" ? Theme.accent : Theme.line
 
-        ListRow {
-            width: parent.width
-            glyph: "globe"
-            text: "English"
-            detail: qsTr("This phone's language")
-            trailing: Glyph {
-                name: "check"
-                color: Theme.accent
+        Repeater {
+            model: [["en", "English"], ["de", "Deutsch"], ["he", "עברית"]]
+
+            ListRow {
+                required property var modelData
+                required property int index
+                readonly property bool chosen: page.shop.language.code === modelData[0]
+
+                objectName: "language-" + modelData[0]
+                glyph: "globe"
+                text: modelData[1]
+                detail: chosen ? qsTr("Chosen") : ""
+                endGlyph: chosen ? "check" : ""
+                last: index === 2
+                onClicked: page.shop.language.code = modelData[0]
             }
-        }
-        ListRow {
-            width: parent.width
-            glyph: "globe"
-            text: "עברית"
-            detail: "Hebrew"
-            last: true
         }
     }
     Card {
-        width: parent.width
         padding: 10
         spacing: 0
 
         ListRow {
-            width: parent.width
             glyph: "bell"
             text: qsTr("Notifications")
-            leads: true
             onClicked: page.open("inbox", {})
         }
         ListRow {
-            width: parent.width
             glyph: "shield"
             text: qsTr("Privacy")
-            leads: true
             last: true
             onClicked: page.open("consent", {})
         }

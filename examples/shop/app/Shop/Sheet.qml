@@ -1,70 +1,92 @@
-import QtQuick
+pragma ComponentBehavior: Bound
 
-/// Comes up from below, over everything; a tap beside it lets it go.
-Item {
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+/// Comes up from below, over everything. A tap beside it, Escape, the way back and a pull on its
+/// handle let it go.
+T.Drawer {
     id: sheet
 
     default property alias content: column.data
-    property bool shown: false
-    property int margin: Theme.margin
+    property string title
+    property bool rightToLeft: false
+    property real safeBottom: 0
+    property Item surroundings
 
-    signal dismissed()
+    property Item before: null
+    property int beforeReason: Qt.OtherFocusReason
 
-    anchors.fill: parent
-    visible: scrim.opacity > 0
+    onAboutToShow: {
+        before = surroundings.Window.activeFocusItem
+        beforeReason = (before as T.Control)?.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason
+    }
+    onClosed: {
+        if (before?.visible)
+            before.forceActiveFocus(beforeReason)
+    }
+    edge: Qt.BottomEdge
+    modal: true
+    focus: true
+    dragMargin: 0
+    interactive: opened
+    width: Math.min(Theme.widest, surroundings.width)
+    height: Math.min(column.implicitHeight + 30 + 24 + safeBottom, surroundings.height - 24)
+    x: (surroundings.width - width) / 2
 
-    Rectangle {
-        id: scrim
-
-        anchors.fill: parent
+    enter: Transition {
+        NumberAnimation { property: "position"; to: 1; duration: Theme.pace; easing.type: Easing.OutCubic }
+    }
+    exit: Transition {
+        NumberAnimation { property: "position"; to: 0; duration: Theme.pace; easing.type: Easing.InCubic }
+    }
+    T.Overlay.modal: Rectangle {
         color: Theme.scrim
-        opacity: sheet.shown ? 1 : 0
+        opacity: sheet.position
+    }
+    background: Rectangle {
+        radius: 28
+        color: Theme.page
 
-        Behavior on opacity {
-            enabled: Theme.pace > 0
-
-            NumberAnimation { duration: Theme.pace }
-        }
-        MouseArea {
-            anchors.fill: parent
-            onClicked: sheet.dismissed()
+        Rectangle {
+            anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+            height: 28
+            color: parent.color
         }
     }
-    Rectangle {
-        id: paper
+    Item {
+        anchors.fill: parent
+        // What a popup does not inherit.
+        LayoutMirroring.enabled: sheet.rightToLeft
+        LayoutMirroring.childrenInherit: true
+        focus: true
+        Keys.onEscapePressed: sheet.close()
+        Keys.onBackPressed: sheet.close()
+        Accessible.role: Accessible.Dialog
+        Accessible.name: sheet.title
 
-        y: sheet.shown ? parent.height - height + 28 : parent.height
-        width: parent.width
-        height: column.height + 78
-        radius: 28
-        color: Theme.sheet
-        border.color: Theme.dark ? Theme.line : Theme.sheet
-
-        Behavior on y {
-            enabled: Theme.pace > 0
-
-            NumberAnimation {
-                duration: Theme.pace
-                easing.type: Easing.OutCubic
-            }
-        }
-        // What is tapped on the paper does not reach the scrim.
-        MouseArea { anchors.fill: parent }
         Rectangle {
             anchors.horizontalCenter: parent.horizontalCenter
             y: 10
             width: 38
             height: 5
             radius: 2.5
-            color: Theme.line
+            color: Theme.edge
         }
-        Column {
-            id: column
+        Flickable {
+            anchors { fill: parent; topMargin: 30; bottomMargin: sheet.safeBottom }
+            contentHeight: column.implicitHeight + 24
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentHeight > height + 1
+            clip: true
 
-            x: sheet.margin
-            y: 30
-            width: parent.width - 2 * sheet.margin
-            spacing: 16
+            ColumnLayout {
+                id: column
+
+                anchors { left: parent.left; right: parent.right; margins: Theme.margin }
+                spacing: 16
+            }
         }
     }
 }

@@ -1,27 +1,25 @@
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Layouts
 
 /// A drawing with a word below it.
-T.AbstractButton {
+Pressable {
     id: shortcut
 
     property string glyph
 
-    implicitHeight: 82
-    Accessible.name: text
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
+    padding: 4
+    corner: 18
 
-    contentItem: Item {  // qmllint disable deferred-property-id
+    contentItem: ColumnLayout {
+        spacing: 6
+
         Rectangle {
-            id: ground
-
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: 54
-            height: 54
+            Layout.alignment: Qt.AlignHCenter
+            implicitWidth: 54
+            implicitHeight: 54
             radius: 18
             color: shortcut.down ? Theme.sunken : Theme.surface
-            border.color: shortcut.visualFocus ? Theme.accent : Theme.line
+            border.color: Theme.line
 
             Glyph {
                 anchors.centerIn: parent
@@ -31,12 +29,11 @@ T.AbstractButton {
             }
         }
         Label {
-            anchors.top: ground.bottom
-            anchors.topMargin: 7
-            anchors.horizontalCenter: parent.horizontalCenter
+            Layout.fillWidth: true
+            horizontalAlignment: Text.AlignHCenter
             text: shortcut.text
-            font.pixelSize: 12
-            wrapMode: Text.NoWrap
+            read: false
+            role: Label.Role.Small
         }
     }
 }

@@ -20,7 +20,7 @@ Row {
 
             name: "star-full"
             size: 17
-            color: index < stars.count ? "#E8A317" : Theme.line
+            color: index < stars.count ? Theme.dark ? "#E8A317" : "#B27B00" : Theme.edge
         }
     }
 }

@@ -1,52 +1,50 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// What the cart comes to.
 Card {
     id: sum
 
-    Repeater {
-        model: [
-            { name: qsTr("Products"), amount: Stock.money(Basket.total) },
-            { name: qsTr("Delivery"), amount: Basket.delivery > 0 ? Stock.money(Basket.delivery) : qsTr("Free") }
-        ]
+    component Line: RowLayout {
+        id: line
 
-        Item {
-            id: line
+        property string name
+        property string amount
+        property bool strong: false
 
-            required property var modelData
+        Accessible.role: Accessible.StaticText
+        Accessible.name: name + ", " + amount
 
-            width: parent.width
-            height: 20
-
-            Label {
-                text: line.modelData.name
-                soft: true
-            }
-            Label {
-                anchors.right: parent.right
-                text: line.modelData.amount
-            }
+        Label {
+            Layout.fillWidth: true
+            text: line.name
+            read: false
+            soft: !line.strong
+            font.weight: line.strong ? Font.DemiBold : Font.Normal
         }
+        Label {
+            text: line.amount
+            read: false
+            font.weight: line.strong ? Font.DemiBold : Font.Normal
+        }
+    }
+
+    Line {
+        name: qsTr("Products")
+        amount: Stock.money(Basket.total)
+    }
+    Line {
+        name: qsTr("Delivery")
+        amount: Basket.delivery > 0 ? Stock.money(Basket.delivery) : qsTr("Free")
     }
     Rectangle {
-        width: parent.width
-        height: 1
+        Layout.fillWidth: true
+        implicitHeight: 1
         color: Theme.line
     }
-    Item {
-        width: parent.width
-        height: 24
-
-        Label {
-            anchors.verticalCenter: parent.verticalCenter
-            text: qsTr("Total")
-            font.weight: Font.DemiBold
-        }
-        Label {
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            text: Stock.money(Basket.total + Basket.delivery)
-            role: Label.Role.Heading
-        }
+    Line {
+        name: qsTr("Total")
+        amount: Stock.money(Basket.total + Basket.delivery)
+        strong: true
     }
 }

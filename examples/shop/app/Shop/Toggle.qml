@@ -1,34 +1,28 @@
 import QtQuick
-import QtQuick.Templates as T
 
-/// A switch.
-T.Switch {
+/// How a row shows that it is switched on or off.
+Rectangle {
     id: toggle
 
+    property bool on: false
+
     implicitWidth: 52
-    implicitHeight: Theme.touch
-    Accessible.name: text
-    Accessible.onPressAction: {
-        toggle.toggle()
-        toggle.toggled()
-    }
+    implicitHeight: 32
+    radius: 16
+    color: on ? Theme.accent : Theme.surface
+    border { width: 2; color: on ? Theme.accent : Theme.edge }
+    Accessible.ignored: true
 
-    indicator: Rectangle {
-        anchors.verticalCenter: parent.verticalCenter
-        width: 52
-        height: 32
-        radius: 16
-        color: toggle.checked ? Theme.accent : Theme.sunken
-        border.width: toggle.visualFocus ? 2 : 1
-        border.color: toggle.visualFocus ? Theme.ink : toggle.checked ? Theme.accent : Theme.line
-
-        Rectangle {
-            x: 3 + toggle.visualPosition * 20
-            anchors.verticalCenter: parent.verticalCenter
-            width: 26
-            height: 26
-            radius: 13
-            color: toggle.checked ? Theme.accentInk : "#FFFFFF"
+    Rectangle {
+        anchors {
+            left: toggle.on ? undefined : parent.left
+            right: toggle.on ? parent.right : undefined
+            margins: 5
+            verticalCenter: parent.verticalCenter
         }
+        width: 22
+        height: 22
+        radius: 11
+        color: toggle.on ? Theme.accentInk : Theme.edge
     }
 }

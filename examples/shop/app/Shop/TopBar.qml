@@ -1,74 +1,62 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// The way back, the title, and the way to the cart.
-Item {
+RowLayout {
     id: bar
 
     property string title
     property bool canGoBack: false
     property bool muted: false
+    readonly property bool isNarrow: width < 340 * Math.min(1.4, Theme.textScale)
 
     signal back()
     signal cart()
     signal search()
     signal toggleMuted()
 
-    implicitHeight: 60
+    spacing: 4
 
-    Row {
-        id: start
-
-        anchors.left: parent.left
-        anchors.leftMargin: bar.canGoBack ? 8 : Theme.margin
-        anchors.verticalCenter: parent.verticalCenter
-
-        GlyphButton {
-            visible: bar.canGoBack
-            glyph: "back"
-            text: qsTr("Back")
-            onClicked: bar.back()
-        }
-        Glyph {
-            visible: !bar.canGoBack
-            anchors.verticalCenter: parent.verticalCenter
-            name: "leaf"
-            size: 26
-            color: Theme.accent
-        }
+    GlyphButton {
+        objectName: "back"
+        visible: bar.canGoBack
+        glyph: "back"
+        text: qsTr("Back")
+        onClicked: bar.back()
+    }
+    Glyph {
+        visible: !bar.canGoBack
+        Layout.leftMargin: 8
+        name: "leaf"
+        size: 26
+        color: Theme.accent
     }
     Label {
-        anchors.left: start.right
-        anchors.leftMargin: bar.canGoBack ? 2 : 8
-        anchors.right: end.left
-        anchors.verticalCenter: parent.verticalCenter
+        Layout.fillWidth: true
+        Layout.topMargin: 6
+        Layout.bottomMargin: 6
         text: bar.title
         role: Label.Role.Heading
-        elide: Text.ElideRight
-        wrapMode: Text.NoWrap
+        font.pixelSize: 19 * Math.min(1.4, Theme.textScale)
         color: bar.canGoBack ? Theme.ink : Theme.accent
     }
-    Row {
-        id: end
-
-        anchors.right: parent.right
-        anchors.rightMargin: 10
-        anchors.verticalCenter: parent.verticalCenter
-
-        GlyphButton {
-            glyph: bar.muted ? "muted" : "speaker"
-            text: bar.muted ? qsTr("Read answers aloud") : qsTr("Mute answers")
-            onClicked: bar.toggleMuted()
-        }
-        GlyphButton {
-            glyph: "search"
-            text: qsTr("Search")
-            onClicked: bar.search()
-        }
-        GlyphButton {
-            glyph: "bag"
-            text: qsTr("Cart, %n pieces", "", Basket.count)
-            count: Basket.count
-            onClicked: bar.cart()
-        }
+    GlyphButton {
+        visible: !bar.isNarrow
+        glyph: bar.muted ? "muted" : "speaker"
+        text: bar.muted ? qsTr("Read answers aloud") : qsTr("Mute answers")
+        onClicked: bar.toggleMuted()
+    }
+    GlyphButton {
+        objectName: "search"
+        glyph: "search"
+        text: qsTr("Search")
+        onClicked: bar.search()
+    }
+    GlyphButton {
+        objectName: "cart"
+        glyph: "bag"
+        text: qsTr("Cart, %n pieces", "", Basket.count)
+        count: Basket.count
+        onClicked: bar.cart()
     }
 }

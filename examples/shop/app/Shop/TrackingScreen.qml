@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Layouts
 
 /// Where an order is.
 Page {
@@ -13,94 +14,75 @@ Page {
         { title: qsTr("Delivered"), detail: qsTr("Expected on Thursday"), done: false }
     ]
 
-    Rectangle {
-        width: parent.width
-        height: 150
-        radius: 24
-        color: Theme.accentSoft
-
-        Column {
-            x: 20
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 3
-
-            Label {
-                text: qsTr("Order M-2041")
-                role: Label.Role.Small
-                soft: true
-            }
-            Label {
-                text: qsTr("Arrives Thursday")
-                font.pixelSize: 24
-                font.weight: Font.Bold
-                font.letterSpacing: -0.4
-            }
-            Label {
-                text: qsTr("between 14:00 and 16:00")
-                soft: true
-            }
-        }
-        Glyph {
-            anchors.right: parent.right
-            anchors.rightMargin: 24
-            anchors.verticalCenter: parent.verticalCenter
-            name: "truck"
-            size: 60
-            color: Theme.accent
-        }
+    Greeting {
+        small: qsTr("Order %1").arg("M-2041")
+        large: qsTr("Arrives Thursday")
+        detail: qsTr("between 14:00 and 16:00")
+        glyph: "truck"
     }
     Card {
-        width: parent.width
         padding: 20
         spacing: 0
 
         Repeater {
             model: page.steps
 
-            Item {
+            RowLayout {
                 id: step
 
                 required property var modelData
                 required property int index
                 readonly property bool last: index === page.steps.length - 1
 
-                width: parent.width
-                height: last ? 44 : 68
+                spacing: 16
+                Accessible.role: Accessible.StaticText
+                Accessible.name: qsTr("%1, %2, %3").arg(modelData.title).arg(modelData.detail).arg(modelData.done ? qsTr("done") : qsTr("to come"))
 
-                Rectangle {
-                    visible: !step.last
-                    x: 12
-                    y: 26
-                    width: 2
-                    height: parent.height - 26
-                    color: page.steps[step.index + 1]?.done ? Theme.accent : Theme.line
-                }
-                Rectangle {
-                    width: 26
-                    height: 26
-                    radius: 13
-                    color: step.modelData.done ? Theme.accent : Theme.sunken
+                Item {
+                    Layout.fillHeight: true
+                    implicitWidth: 26
+                    implicitHeight: 44
 
-                    Glyph {
-                        anchors.centerIn: parent
-                        visible: step.modelData.done
-                        name: "check"
-                        size: 15
-                        color: Theme.accentInk
+                    Rectangle {
+                        visible: !step.last
+                        x: 12
+                        y: 26
+                        width: 2
+                        height: parent.height - 26
+                        color: page.steps[step.index + 1]?.done ? Theme.accent : Theme.edge
+                    }
+                    Rectangle {
+                        width: 26
+                        height: 26
+                        radius: 13
+                        color: step.modelData.done ? Theme.accent : Theme.surface
+                        border { width: 2; color: step.modelData.done ? Theme.accent : Theme.edge }
+
+                        Glyph {
+                            anchors.centerIn: parent
+                            visible: step.modelData.done
+                            name: "check"
+                            size: 15
+                            color: Theme.accentInk
+                        }
                     }
                 }
-                Column {
-                    x: 42
-                    y: 2
+                ColumnLayout {
+                    Layout.bottomMargin: step.last ? 0 : 18
+                    Layout.alignment: Qt.AlignTop
                     spacing: 1
 
                     Label {
+                        Layout.fillWidth: true
                         text: step.modelData.title
+                        read: false
                         font.weight: Font.Medium
                         soft: !step.modelData.done
                     }
                     Label {
+                        Layout.fillWidth: true
                         text: step.modelData.detail
+                        read: false
                         role: Label.Role.Small
                         soft: true
                     }
@@ -109,7 +91,6 @@ Page {
         }
     }
     PushButton {
-        width: parent.width
         quiet: true
         glyph: "chat"
         text: qsTr("Ask about this order")

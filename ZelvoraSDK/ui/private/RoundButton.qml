@@ -1,0 +1,24 @@
+import QtQuick
+import Zelvora.Private
+
+/// A round button with a symbol.
+PlainButton {
+    id: button
+
+    property Theme theme
+    property string symbol
+    property bool filled: false
+
+    implicitWidth: 44
+    implicitHeight: 44
+    focusRadius: height / 2
+    focusColor: filled ? theme.text : theme.accentText
+
+    contentItem: Plate {
+        fill: button.filled ? button.theme.accent : "transparent"
+        symbol: button.symbol
+        symbolSize: 22
+        color: button.filled ? button.theme.onAccent : button.theme.accentText
+        icons: button.theme.icons
+    }
+}

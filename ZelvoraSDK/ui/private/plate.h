@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtCore/QUrl>
+#include <QtGui/QColor>
+#include <QtGui/QImage>
+#include <QtQuick/QQuickItem>
+
+namespace zelvora {
+
+/// A rounded, translucent surface with a border, a shadow around it and a symbol in its middle: all
+/// that a microphone button or a pill shows but its words, as one item.
+///
+/// Shadow, surface and border are one small image that is stretched between its corners and that
+/// all plates of one look share. The shadow leaves out what lies beneath the surface, so that a
+/// translucent one stays clear.
+class Plate : public QQuickItem {
+  Q_OBJECT
+  QML_ELEMENT
+  /// Of the corners; below 0: half the shorter side.
+  Q_PROPERTY(double radius MEMBER radius_ NOTIFY changed)
+  Q_PROPERTY(QColor fill MEMBER fill_ NOTIFY changed)
+  Q_PROPERTY(QColor stroke MEMBER stroke_ NOTIFY changed)      ///< Of the border, 1 point wide.
+  Q_PROPERTY(double blur MEMBER blur_ NOTIFY changed)          ///< Of the shadow, in points.
+  Q_PROPERTY(double offset MEMBER offset_ NOTIFY changed)      ///< Of the shadow, downwards.
+  Q_PROPERTY(double strength MEMBER strength_ NOTIFY changed)  ///< Of the shadow; 0 for none.
+  /// Of a built-in symbol, or of a file in `icons`; empty for none.
+  Q_PROPERTY(QString symbol MEMBER symbol_ NOTIFY changed)
+  Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)  ///< Of the symbol.
+  Q_PROPERTY(double symbolSize MEMBER symbolSize_ NOTIFY changed)
+  /// A folder with symbols of the application's own; empty for the built-in ones.
+  Q_PROPERTY(QUrl icons MEMBER icons_ NOTIFY changed)
+  /// The item behind, of which a blur is made where the renderer has shaders. No ancestor.
+  Q_PROPERTY(QQuickItem* backdrop READ backdrop WRITE setBackdrop NOTIFY changed)
+
+ public:
+  explicit Plate(QQuickItem* parent = nullptr);
+
+  [[nodiscard]] QQuickItem* backdrop() const { return backdrop_; }
+  void setBackdrop(QQuickItem* backdrop);
+
+ Q_SIGNALS:
+  void changed();
+
+ protected:
+  QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+  void geometryChange(const QRectF& now, const QRectF& before) override;
+  void itemChange(ItemChange change, const ItemChangeData& value) override;
+
+ private:
+  void loadBlur();
+
+  double radius_ = -1;
+  QColor fill_ = Qt::transparent;
+  QColor stroke_ = Qt::transparent;
+  double blur_ = 10;
+  double offset_ = 0;
+  double strength_ = 0;
+  QString symbol_;
+  QColor color_ = Qt::black;
+  double symbolSize_ = 0;
+  QUrl icons_;
+  QPointer<QQuickItem> backdrop_;
+  QPointer<QObject> blurItem_;
+};
+
+}  // namespace zelvora

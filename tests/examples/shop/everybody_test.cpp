@@ -1,0 +1,250 @@
+// The shop for a small and a large screen, in every language, by keyboard, by ear and by voice.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QJSValue>
+#include <QQmlComponent>
+#include <cmath>
+#include <iostream>
+
+#include <ZelvoraSDK/ui/zelvora_theme.h>
+#include <tests/examples/shop/shop_app.h>
+#include <tests/support/sound_files.h>
+#include <tests/support/synthetic_voice.h>
+#include <tests/ui/geometry.h>
+
+namespace zelvora::shop {
+namespace {
+
+using ::testing::Contains;
+using ::testing::IsEmpty;
+
+class Everybody : public ShopApp {
+ protected:
+  /// An object of the shop's own module.
+  QObject* singleton(const char* name) {
+    QQmlComponent component(app_.window().engine());
+    component.setData(
+        QByteArray("import QtQuick\nimport Shop\nQtObject { property var it: ") + name + " }", {});
+    keeper_.reset(component.create());
+    return keeper_->property("it").value<QObject*>();
+  }
+  QStringList keysOf(const char* singletonName, const char* property) {
+    return singleton(singletonName)
+        ->property(property)
+        .value<QJSValue>()
+        .toVariant()
+        .toMap()
+        .keys();
+  }
+
+  void open(const QString& screenId) {
+    QMetaObject::invokeMethod(&app_.shop(), "open", Q_ARG(QString, screenId),
+                              Q_ARG(QVariant, QVariantMap()));
+  }
+  void look(QSize size, const char* language, double scale, bool dark) {
+    app_.language().setCode(QLatin1String(language));
+    app_.shop().setProperty("textScale", scale);
+    app_.shop().setProperty("dark", dark);
+    app_.window().resize(size);
+    await([&] { return app_.window().rootObject()->width() == size.width(); });
+  }
+  void press(Qt::Key key) { QTest::keyClick(&app_.window(), key); }
+  /// Tab until what has the focus is called so to a screen reader; notes what is heard on the way.
+  void tabTo(const std::string& spoken) {
+    for (int presses = 0; presses < 60; ++presses) {
+      const QQuickItem* focus = app_.window().activeFocusItem();
+      if (focus && spokenItem(const_cast<QQuickItem*>(focus)) == spoken) return;
+      press(Qt::Key_Tab);
+      QCoreApplication::processEvents();
+      hear();
+    }
+    FAIL() << "Tab does not lead to " << spoken;
+  }
+  void hear() {
+    QQuickItem* focus = app_.window().activeFocusItem();
+    if (focus) heard_.push_back(spokenItem(focus));
+  }
+
+  std::unique_ptr<QObject> keeper_;
+  std::vector<std::string> heard_;
+};
+
+TEST_F(Everybody, FindsEachScreenLaidOutAtEverySizeAndLanguage) {
+  const QSize sizes[] = {{320, 480}, {390, 844}, {844, 390}, {1280, 800}};
+  const QStringList screens = keysOf("Screens", "screens");
+  ASSERT_GT(screens.size(), 20);
+  int looks = 0;
+  for (const QSize size : sizes)
+    for (const auto& [language, scale] :
+         {std::pair{"en", 1.0}, {"en", 2.0}, {"de", 1.6}, {"he", 1.0}, {"he", 2.0}}) {
+      look(size, language, scale, ++looks % 2 == 0);
+      QMetaObject::invokeMethod(&app_.shop(), "startAgain");
+      for (const QString& screenId : screens) {
+        open(screenId);
+        (void)app_.window().grabWindow();  // lays out what is new
+        EXPECT_THAT(layoutFaults(app_.window()), IsEmpty())
+            << qPrintable(screenId) << " " << size.width() << "x" << size.height() << " "
+            << language << " " << scale;
+      }
+    }
+}
+
+TEST_F(Everybody, ReachesEverythingByTab) {
+  const QStringList screens = keysOf("Screens", "screens");
+  int looks = 0;
+  for (const QSize size : {QSize(320, 480), QSize(1280, 800)})
+    for (const char* language : {"en", "he"}) {
+      look(size, language, ++looks % 2 + 1.0, false);
+      for (const QString& screenId : screens) {
+        QMetaObject::invokeMethod(&app_.shop(), "startAgain");
+        open(screenId);
+        (void)app_.window().grabWindow();
+        EXPECT_THAT(reachFaults(app_.window()), IsEmpty())
+            << qPrintable(screenId) << " " << size.width() << " " << language;
+      }
+    }
+}
+
+TEST_F(Everybody, HoldsTheFocusInASheet) {
+  for (const QString& id : keysOf("Screens", "presentations")) {
+    look({320, 480}, "he", 2, true);
+    QMetaObject::invokeMethod(&app_.shop(), "present", Q_ARG(QString, id));
+    await([&] { return presentation() == id.toStdString(); });
+    (void)app_.window().grabWindow();
+    EXPECT_THAT(layoutFaults(app_.window()), IsEmpty()) << qPrintable(id);
+    EXPECT_THAT(reachFaults(app_.window()), IsEmpty()) << qPrintable(id);
+    press(Qt::Key_Escape);
+    await([&] { return presentation().empty(); });
+    EXPECT_EQ(screen(), "main") << "Escape closes the sheet and nothing else";
+  }
+}
+
+TEST_F(Everybody, ReadsItsColours) {
+  const QObject& theme = *singleton("Theme");
+  const auto color = [&](const char* name) { return theme.property(name).value<QColor>(); };
+  const struct {
+    const char* ink;
+    const char* ground;
+    double least;
+  } pairs[] = {
+      {"ink", "page", 7},          {"ink", "surface", 7},         {"ink", "sunken", 7},
+      {"soft", "page", 4.5},       {"soft", "surface", 4.5},      {"soft", "sunken", 4.5},
+      {"soft", "accentSoft", 4.5}, {"ink", "accentSoft", 4.5},    {"accent", "page", 4.5},
+      {"accent", "surface", 4.5},  {"accent", "accentSoft", 4.5}, {"accentInk", "accent", 4.5},
+      {"warm", "page", 4.5},       {"warm", "surface", 4.5},      {"warmInk", "warm", 4.5},
+      {"warm", "warmSoft", 3},     {"bannerInk", "banner", 4.5},  {"edge", "page", 3},
+      {"edge", "surface", 3},
+  };
+  for (const bool dark : {false, true}) {
+    app_.shop().setProperty("dark", dark);
+    for (const auto& pair : pairs)
+      EXPECT_GE(contrast(color(pair.ink), color(pair.ground)), pair.least)
+          << pair.ink << " on " << pair.ground << (dark ? " by night" : " by day");
+    for (double hue = 0; hue < 1; hue += 0.05) {
+      QColor ground;
+      QMetaObject::invokeMethod(const_cast<QObject*>(&theme), "tint", Q_RETURN_ARG(QColor, ground),
+                                Q_ARG(double, hue));
+      EXPECT_GE(contrast(color("ink"), ground), 4.5) << hue;
+    }
+  }
+}
+
+TEST_F(Everybody, StacksAScreenOnceAndKeepsItsPlace) {
+  const auto navigator = [&] { return item("navigator").property("depth").toInt(); };
+  open("results");
+  for (int taps = 0; taps < 3; ++taps) open("results");
+  EXPECT_EQ(navigator(), 2);
+  auto* page = item("navigator").property("currentItem").value<QQuickItem*>();
+  (void)app_.window().grabWindow();
+  page->setProperty("contentY", 120);
+  open("basket");
+  open("results");
+  EXPECT_EQ(navigator(), 2) << "it is come back to";
+  EXPECT_EQ(page->property("contentY"), 120);
+
+  // While one screen comes, taps mean nothing and a command waits.
+  app_.shop().setProperty("pace", 60);
+  open("purchases");
+  EXPECT_FALSE(item("navigator").isEnabled());
+  open("member");
+  await([&] { return screen() == "member"; });
+}
+
+TEST_F(Everybody, BuysByKeyboardAloneAndHearsEachStep) {
+  hear();
+  tabTo("button: Cart, 3 pieces");
+  press(Qt::Key_Return);
+  await([&] { return screen() == "basket"; });
+  const std::vector<std::string> cart = spokenPage(app_.window());
+  EXPECT_THAT(cart, Contains("text: Rain jacket, €129 each, 1 piece"));
+  EXPECT_THAT(cart, Contains("text: Stoneware mug, €18 each, 2 pieces"));
+  EXPECT_THAT(cart, Contains("text: Total, €165"));
+  tabTo("button: One Stoneware mug less");
+  press(Qt::Key_Space);
+  EXPECT_THAT(spokenPage(app_.window()), Contains("text: Total, €147"));
+  EXPECT_EQ(spokenItem(app_.window().activeFocusItem()),
+            "button: Take Stoneware mug out of the cart")
+      << "the focus stays where it was";
+  tabTo("button: Check out");
+  press(Qt::Key_Return);
+  await([&] { return screen() == "purchase_flow"; });
+  tabTo("button: Place order for €147");
+  press(Qt::Key_Return);
+  EXPECT_THAT(spokenPage(app_.window()), Contains("heading: Thank you!"));
+  tabTo("button: Track it");
+  press(Qt::Key_Return);
+  await([&] { return screen() == "parcel"; });
+  EXPECT_THAT(spokenPage(app_.window()), Contains("heading: Track order"));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(screen(), "purchase_flow");
+  if (qEnvironmentVariableIsSet("ZELVORA_TELL"))
+    for (const std::string& line : heard_) std::cout << line << '\n';
+}
+
+TEST_F(Everybody, PicksAChoiceByKeyboard) {
+  press(Qt::Key_F6);
+  for (const char letter : std::string("orders")) QTest::keyClick(&app_.window(), letter);
+  press(Qt::Key_Return);
+  await([&] { return app_.shop().property("mode") == QStringLiteral("choices"); });
+  await([&] {
+    const QQuickItem* focus = app_.window().activeFocusItem();
+    return focus && focus->objectName() == "row0";
+  });
+  press(Qt::Key_Down);
+  press(Qt::Key_Return);
+  await([&] { return screen() == "parcel"; });
+}
+
+TEST_F(Everybody, ChangesWhatWasHeardAndSendsIt) {
+  const auto clip = folder_.path() / "command.caf";
+  testing::writeRecording(clip, {16000, 1}, testing::asFloats(testing::spoken("track my order")));
+  tap(item("speak"));
+  await([&] { return assistant().state() == ZelvoraMicState::Listening; });
+  const auto player = sound_.play(clip, "mic");
+  await([&] { return !assistant().heardText().isEmpty(); });
+  await([&] { return app_.shop().property("mode") == QStringLiteral("answer"); });
+  EXPECT_EQ(screen(), "parcel") << assistant().heardText().toStdString();
+  tap(item("change"));
+  await([&] { return item("commandField").property("text") == assistant().heardText(); });
+  QTest::keyClick(&app_.window(), Qt::Key_A, Qt::ControlModifier);
+  for (const char letter : std::string("open my cart")) QTest::keyClick(&app_.window(), letter);
+  press(Qt::Key_Return);
+  await([&] { return screen() == "basket"; });
+}
+
+TEST_F(Everybody, SpeaksTheLanguageThatIsChosen) {
+  const QStringList before = assistant().examples();
+  open("setup");
+  tap(item("language-he"));
+  EXPECT_TRUE(app_.language().rightToLeft());
+  EXPECT_THAT(spokenPage(app_.window()), Contains("heading: הגדרות"));
+  await([&] { return assistant().examples() != before; });
+  EXPECT_THAT(spokenPage(app_.window()), Contains("field: לאן תרצו להגיע?"));
+  assistant().route(QStringLiteral("פתח את העגלה"));
+  await([&] { return screen() == "basket"; });
+}
+
+}  // namespace
+}  // namespace zelvora::shop

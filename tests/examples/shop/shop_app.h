@@ -1,0 +1,90 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QtTest/QTest>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <ZelvoraSDK/ui/zelvora_assistant.h>
+#include <examples/shop/app/shop_application.h>
+#include <tests/support/sound_server.h>
+#include <tests/support/speech_stand_ins.h>
+#include <tests/support/temporary_folder.h>
+
+namespace zelvora::shop {
+
+/// The shop as a customer has it in her hand, on a private sound server.
+class ShopApp : public ::testing::Test {
+ protected:
+  ShopApp() {
+    QObject::connect(app_.window().engine(), &QQmlEngine::warnings,
+                     [](const QList<QQmlError>& warnings) {
+                       // Qt gives up on settling a layout after two rounds; how it then stands is
+                       // what the tests look at.
+                       for (const QQmlError& warning : warnings)
+                         if (!warning.description().contains("Polish loop"))
+                           ADD_FAILURE() << qPrintable(warning.toString());
+                     });
+    QObject::connect(&assistant(), &ZelvoraAssistant::stateChanged,
+                     [this] { states_.push_back(assistant().state()); });
+    app_.replies().setMuted(true);
+    app_.shop().setProperty("pace", 0);
+    app_.window().show();
+    if (!QTest::qWaitForWindowExposed(&app_.window())) throw std::runtime_error("no window");
+  }
+
+  ZelvoraAssistant& assistant() {
+    return *app_.shop().property("assistant").value<ZelvoraAssistant*>();
+  }
+  std::string screen() { return app_.shop().property("screenId").toString().toStdString(); }
+  std::string presentation() {
+    return app_.shop().property("presentationId").toString().toStdString();
+  }
+  std::string parameter(const char* name) {
+    const QVariant params = app_.shop().property("params");
+    return params.toMap().value(QLatin1String(name)).toString().toStdString();
+  }
+
+  QQuickItem& item(const std::string& objectName) {
+    QQuickItem* found = findBelow(*app_.window().contentItem(), QString::fromStdString(objectName));
+    if (!found) throw std::runtime_error("no item " + objectName);
+    return *found;
+  }
+  /// Rows of a list are nobody's QObject children, so this follows what is seen.
+  static QQuickItem* findBelow(QQuickItem& top, const QString& objectName) {
+    if (!top.isVisible()) return nullptr;
+    if (top.objectName() == objectName) return &top;
+    for (QQuickItem* child : top.childItems())
+      if (QQuickItem* found = findBelow(*child, objectName)) return found;
+    return nullptr;
+  }
+  void tap(const QQuickItem& at) {
+    const QRectF place = at.mapRectToScene(QRectF(0, 0, at.width(), at.height()));
+    QTest::mouseClick(&app_.window(), Qt::LeftButton, {}, place.center().toPoint());
+  }
+  static void await(const std::function<bool()>& condition) {
+    ASSERT_TRUE(QTest::qWaitFor(condition, 30000));
+  }
+
+  /// Types into the bar, sends with Return, and waits for the outcome.
+  void type(const char* command) {
+    tap(item("commandField"));
+    for (const char* letter = command; *letter; ++letter) QTest::keyClick(&app_.window(), *letter);
+    QTest::keyClick(&app_.window(), Qt::Key_Return);
+    await([&] { return assistant().state() == ZelvoraMicState::Idle; });
+  }
+
+  testing::TemporaryFolder folder_;
+  testing::SoundServer sound_;
+  ShopApplication app_{{.bundle = SHOP_BUNDLE,
+                        .dataFolder = folder_.path(),
+                        .log = std::make_shared<testing::Journal>()}};
+  std::vector<int> states_;
+};
+
+}  // namespace zelvora::shop

@@ -1,0 +1,73 @@
+#include <tests/ui/application.h>
+
+#include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
+#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/ui/platform_provider.h>
+
+namespace zelvora {
+namespace {
+
+class QtExecutors final : public Executors {
+ public:
+  asio::any_io_executor main() override { return main_.executor(); }
+  asio::any_io_executor background() override { return pool_.executor(); }
+  void stopBackground() override { pool_.stop(); }
+
+ private:
+  QtMainExecutor main_;
+  WorkerPool pool_{2};
+};
+
+/// What the device does not understand is not understood.
+class NoBackend final : public UrlSession {
+ public:
+  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
+    throw Error("Test", 1, "I did not understand that");
+    co_return UrlResponse{};
+  }
+};
+
+/// Notes what is counted.
+class NotedDefaults final : public UserDefaults {
+ public:
+  explicit NotedDefaults(std::shared_ptr<testing::Journal> journal)
+      : journal_(std::move(journal)) {}
+
+  std::int64_t integer(const std::string& /*key*/) override { return 0; }
+  std::int64_t increment(const std::string& key) override {
+    journal_->note("counted " + key);
+    return 1;
+  }
+
+ private:
+  std::shared_ptr<testing::Journal> journal_;
+};
+
+}  // namespace
+
+Application::Application(const std::string& spec) : executors_(std::make_shared<QtExecutors>()) {
+  bundle->strings = {{"ZelvoraPublishableKey", "key"}, {"ZelvoraSTTMode", "localOnly"}};
+  bundle->resources = {{"shop.json", folder.write("shop.json", spec)}};
+}
+
+Application::~Application() { executors_->stopBackground(); }
+
+Platform Application::platform() const {
+  return {.executors = executors_,
+          .clock = std::make_shared<SystemClock>(),
+          .log = standIns.journal,
+          .defaults = std::make_shared<NotedDefaults>(standIns.journal),
+          .bundle = bundle,
+          .urlSession = std::make_shared<NoBackend>(),
+          .speech = standIns.platform()};
+}
+
+void Application::provideTo(QQmlEngine& engine) {
+  setPlatformProvider(engine, [this](const ZelvoraApplication& application) {
+    asked = application.bundle.toStdString() + " " + application.spec.toStdString();
+    return platform();
+  });
+}
+
+}  // namespace zelvora

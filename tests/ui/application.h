@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QtQml/QQmlEngine>
+#include <memory>
+#include <string>
+
+#include <ZelvoraSDK/platform/platform.h>
+#include <tests/support/memory_bundle.h>
+#include <tests/support/speech_stand_ins.h>
+#include <tests/support/temporary_folder.h>
+
+namespace zelvora {
+
+/// What an assistant of a QML file stands on, in the test's hands: a bundle with the spec "shop",
+/// and the stand-ins of sound and speech.
+class Application {
+ public:
+  explicit Application(const std::string& spec);
+  ~Application();
+
+  [[nodiscard]] Platform platform() const;
+  /// Lets QML files of `engine` make assistants.
+  void provideTo(QQmlEngine& engine);
+
+  testing::TemporaryFolder folder;
+  testing::SpeechStandIns standIns;
+  std::shared_ptr<testing::MemoryBundle> bundle = std::make_shared<testing::MemoryBundle>();
+  std::string asked;  ///< The bundle and the spec that were asked for last.
+
+ private:
+  std::shared_ptr<Executors> executors_;
+};
+
+}  // namespace zelvora
