@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {

@@ -32,16 +32,15 @@ zelvora::Platform phone(zelvora::asio::any_io_executor main, const std::string& 
 int main(int, char** arguments) {
   zelvora::MainLoop loop;  // on a phone, the user interface's own
   const zelvora::Platform platform = porting::phone(loop.executor(), arguments[1]);
-  {
-    zelvora::Zelvora zelvora(platform, zelvora::Zelvora::SpecResource{"shop"});
-    zelvora::VoiceSpeaker speaker(*platform.speech->synthesizers);
-    zelvora.onResult = [&](const zelvora::ZelvoraResult& outcome) {
-      std::printf("%s\n", describe(outcome).c_str());
-      loop.stop();
-    };
+  zelvora::Zelvora zelvora(platform, zelvora::Zelvora::SpecResource{"shop"});
+  zelvora::VoiceSpeaker speaker(*platform.speech->synthesizers);
+  zelvora.onResult = [&](const zelvora::ZelvoraResult& outcome) {
+    std::printf("%s\n", describe(outcome).c_str());
+    loop.stop();
+  };
 
-    zelvora.routeAndCallback("track my order");
-    loop.run();
+  zelvora.routeAndCallback("track my order");
+  loop.run();
 
   zelvora::VoiceCommand command(zelvora);  // ends when the speaker is done
   command.tap();
