@@ -4,8 +4,16 @@ namespace zelvora {
 
 Error scopeClosed() { return Error("Zelvora", 0, "Zelvora deallocated"); }
 
-std::shared_ptr<CallScope> CallScope::make(asio::any_io_executor threads) {
+Error callCancelled() { return Error("Zelvora", 1, "The call was cancelled"); }
+
+Error threadsEnded() { return Error("Zelvora", 2, "The background threads have ended"); }
+
+std::shared_ptr<CallScope> CallScope::make(Threads threads) {
   return std::shared_ptr<CallScope>(new CallScope(std::move(threads)));
+}
+
+std::shared_ptr<CallScope> CallScope::make(asio::any_io_executor threads) {
+  return make([threads = std::move(threads)] { return threads; });
 }
 
 std::shared_ptr<CallScope> CallScope::makeChild() {

@@ -22,13 +22,20 @@ namespace zelvora {
 
 /// What a caller gets whose scope was closed.
 Error scopeClosed();
+/// What a caller gets who was cancelled.
+Error callCancelled();
+/// What a caller gets whose background threads have ended.
+Error threadsEnded();
 
 /// One owner's calls to the world outside: its requests, its hooks, its callbacks. Closing the
 /// scope cancels what is under way and starts nothing more; whoever awaits gets an Error at once.
 /// Callable from any thread, also inside a call of its own.
 class CallScope : public std::enable_shared_from_this<CallScope> {
  public:
-  /// `threads` carry the scope's work.
+  using Threads = std::function<asio::any_io_executor()>;
+
+  /// `threads` is asked for what carries the scope's work whenever there is some.
+  static std::shared_ptr<CallScope> make(Threads threads);
   static std::shared_ptr<CallScope> make(asio::any_io_executor threads);
   /// A scope that closes with this one, or before.
   [[nodiscard]] std::shared_ptr<CallScope> makeChild();
@@ -72,9 +79,9 @@ class CallScope : public std::enable_shared_from_this<CallScope> {
     std::map<std::uint64_t, std::function<void()>> ends;
   };
 
-  explicit CallScope(asio::any_io_executor threads) : threads_(std::move(threads)) {}
+  explicit CallScope(Threads threads) : threads_(std::move(threads)) {}
 
-  asio::any_io_executor threads_;
+  Threads threads_;
   Guarded<State> state_;
   std::shared_ptr<CallScope> parent_;
   std::uint64_t numberAtParent_ = 0;
@@ -92,7 +99,7 @@ class ScopedCall : public std::enable_shared_from_this<ScopedCall<Value>> {
 
   void begin(Reply<Value> reply, std::function<asio::awaitable<Value>()> start) {
     reply_.with([&](std::optional<Reply<Value>>& held) { held = std::move(reply); });
-    scope_->atClose(number_, [call = this->shared_from_this()] { call->cancel(); });
+    scope_->atClose(number_, [call = this->shared_from_this()] { call->cancel(scopeClosed()); });
     // The signal is used on the executor alone: a cancellation may come at any moment.
     asio::post(executor_, [lifeline = Lifeline(this->shared_from_this()),
                            start = std::move(start)]() mutable {
@@ -106,8 +113,8 @@ class ScopedCall : public std::enable_shared_from_this<ScopedCall<Value>> {
   }
 
   /// Ends the wait at once, and then the work.
-  void cancel() {
-    fail(scopeClosed());
+  void cancel(Error why) {
+    fail(std::move(why));
     asio::post(executor_, [call = this->shared_from_this()] {
       call->signal_.emit(asio::cancellation_type::terminal);
     });
@@ -122,7 +129,7 @@ class ScopedCall : public std::enable_shared_from_this<ScopedCall<Value>> {
     Lifeline(Lifeline&&) noexcept = default;
     Lifeline& operator=(Lifeline&&) = delete;
     ~Lifeline() {
-      if (call) call->fail(scopeClosed());
+      if (call) call->fail(threadsEnded());
     }
     std::shared_ptr<ScopedCall> call;
   };
@@ -165,12 +172,12 @@ template <class Value>
 asio::awaitable<Value> CallScope::await(std::shared_ptr<CallScope> scope,
                                         std::function<asio::awaitable<Value>()> start) {
   scope->requireOpen();
-  const auto call = std::make_shared<ScopedCall<Value>>(scope, scope->threads_);
+  const auto call = std::make_shared<ScopedCall<Value>>(scope, scope->threads_());
   const std::shared_ptr<void> atEnd(nullptr, [call](void*) { call->end(); });
   auto begin = [call, start = std::move(start)](Reply<Value> reply) mutable {
     call->begin(std::move(reply), std::move(start));
   };
-  auto cancel = [call] { call->cancel(); };
+  auto cancel = [call] { call->cancel(callCancelled()); };
   co_return co_await awaitReply<Value>(std::move(begin), std::move(cancel));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -42,14 +43,21 @@ class Lazy {
   explicit Lazy(std::function<Value()> make) : make_(std::move(make)) {}
 
   const Value& get() const {
-    std::call_once(once_, [this] { value_.emplace(make_()); });
+    std::call_once(once_, [this] {
+      value_.emplace(make_());
+      isMade_ = true;
+    });
     return *value_;
   }
+
+  /// Whether `get` returns at once.
+  [[nodiscard]] bool isMade() const { return isMade_; }
 
  private:
   std::function<Value()> make_;
   mutable std::once_flag once_;
   mutable std::optional<Value> value_;
+  mutable std::atomic<bool> isMade_ = false;
 };
 
 /// Letters from any thread to the one thread that takes them, in the order in which they came.

@@ -36,8 +36,8 @@ void WorkerPool::stop() {
   const bool onOwnThread = shared_->loop->get_executor().running_in_this_thread();
   const std::size_t allowed = onOwnThread ? 1 : 0;
   std::unique_lock lock(shared_->mutex);
-  const bool ended =
-      shared_->threadEnded.wait_for(lock, kJoinBound, [&] { return shared_->running <= allowed; });
+  const bool ended = shared_->threadEnded.wait_for(lock, kMaxJoinTime,
+                                                   [&] { return shared_->running <= allowed; });
   const bool mustDrop = !std::exchange(shared_->stopped, true) && shared_->running == 0;
   lock.unlock();
   for (std::thread& thread : threads_) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <future>
 #include <memory>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 
@@ -17,12 +17,9 @@ namespace zelvora {
 /// Executors stay valid when the pool is gone: what is posted then is destroyed without running.
 class WorkerPool {
  public:
-  /// The longest that destruction waits for work that is running.
-  static constexpr std::chrono::seconds kJoinBound{5};
-
   explicit WorkerPool(std::size_t threadCount);
   /// Begins nothing more, destroys what has not begun, and waits for what is running, at most
-  /// `kJoinBound`; a thread that is still busy then is detached. May run on a thread of the pool.
+  /// `kMaxJoinTime`; a thread that is still busy then is detached. May run on a thread of the pool.
   ~WorkerPool() { stop(); }
 
   WorkerPool(const WorkerPool&) = delete;
@@ -47,16 +44,13 @@ class WorkerPool {
 /// waited for without a bound. What it runs must own everything that it touches.
 class BoundedThread {
  public:
-  /// The longest that destruction waits.
-  static constexpr std::chrono::seconds kJoinBound{5};
-
   BoundedThread() = default;
-  /// Waits until `work` has returned, at most `kJoinBound`; a thread that is still busy then is
+  /// Waits until `work` has returned, at most `kMaxJoinTime`; a thread that is still busy then is
   /// detached. The owner asks `work` to end before. May run on the thread itself.
   ~BoundedThread() {
     if (!thread_.joinable()) return;
     const bool onItself = std::this_thread::get_id() == thread_.get_id();
-    if (!onItself && ended_.wait_for(kJoinBound) == std::future_status::ready)
+    if (!onItself && ended_.wait_for(kMaxJoinTime) == std::future_status::ready)
       thread_.join();
     else
       thread_.detach();

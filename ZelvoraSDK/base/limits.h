@@ -45,6 +45,13 @@ inline constexpr std::size_t kMaxPropertyListDepth = 64;
 /// Bytes that a binary list may unfold to: its objects can refer to each other again and again.
 inline constexpr std::size_t kMaxUnfoldedPropertyListBytes = 16 * kMaxPropertyListBytes;
 
+// The end of a process or of a platform.
+
+/// What is waited for picks that were accepted and not stored yet.
+inline constexpr std::chrono::seconds kMaxDrainTime{1};
+/// What is waited for a thread that is busy; it is left alone then.
+inline constexpr std::chrono::seconds kMaxJoinTime{1};
+
 // Sound: files, recordings and devices.
 
 /// Frames a second. Telephones have 8,000; no microphone has more than 192,000.

@@ -10,7 +10,8 @@
 namespace zelvora {
 
 /// Everything that the library asks of the system it runs on. The application puts one together,
-/// or takes one that is ready-made, and hands it to the façade. No member may be null.
+/// or takes one that is ready-made, and hands it to the façade, which ends the process over a null
+/// member.
 struct Platform {
   std::shared_ptr<Executors> executors;
   std::shared_ptr<Clock> clock;

@@ -11,7 +11,9 @@
 
 namespace zelvora {
 
-/// Where the library's asynchronous work runs. Callable from any thread.
+/// Where the library's asynchronous work runs. Callable from any thread. An executor must stay
+/// valid when its loop or its threads have ended, and then destroy what is posted without running
+/// it, as those of `MainLoop` and `WorkerPool` do.
 class Executors {
  public:
   virtual ~Executors() = default;
@@ -21,10 +23,6 @@ class Executors {
 
   /// Threads for everything else. An implementation may start them on the first call.
   virtual asio::any_io_executor background() = 0;
-
-  /// Begins no more background work and waits, for a bounded time, for what is running. A program
-  /// whose main executor does not last as long as the process calls it before that goes.
-  virtual void stopBackground() {}
 };
 
 /// A duration in seconds, as every setting of the library gives it.
@@ -60,8 +58,14 @@ class StandardOutputLogSink final : public LogSink {
   void write(std::string_view line) override;
 };
 
+/// Drops each line.
+class SilentLogSink final : public LogSink {
+ public:
+  void write(std::string_view /*line*/) override {}
+};
+
 /// Integers that outlive the process, by string key. Callable from any thread and shared between
-/// processes; both operations may block on storage for a bounded time.
+/// processes; every operation may block on storage for a bounded time.
 class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
@@ -72,6 +76,9 @@ class UserDefaults {
   /// Adds 1 and returns the new value, atomically across threads and processes. A value that
   /// would pass the largest integer is a fatal error. Throws Error when the store can't be written.
   virtual std::int64_t increment(const std::string& key) = 0;
+
+  /// Removes every key that begins with `prefix`. Throws Error when the store can't be written.
+  virtual void removeAll(const std::string& prefix) = 0;
 };
 
 /// The application's own files and settings. Immutable, callable from any thread.

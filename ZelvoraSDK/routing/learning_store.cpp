@@ -37,9 +37,21 @@ std::optional<std::int64_t> LearningStore::recordChoice(const std::string& appId
                                                         const std::string& screenId) {
   try {
     return defaults_->increment(learningKey(appId, screenId));
-  } catch (const Error& error) {
-    log_->write("[Zelvora][Learning] choice not counted: " + error.description());
+  } catch (...) {
+    log_->write("[Zelvora][Learning] choice not counted: " +
+                describeFailure(std::current_exception()));
     return std::nullopt;
+  }
+}
+
+bool LearningStore::erase(const std::string& appId) {
+  try {
+    defaults_->removeAll(learningKey(appId, ""));
+    return true;
+  } catch (...) {
+    log_->write("[Zelvora][Learning] counts not erased: " +
+                describeFailure(std::current_exception()));
+    return false;
   }
 }
 
@@ -55,9 +67,10 @@ std::vector<std::int64_t> LearningStore::counts(const std::string& appId,
   try {
     for (const ZelvoraChoice& choice : choices)
       counts.push_back(defaults_->integer(learningKey(appId, choice.screenId)));
-  } catch (const Error& error) {
+  } catch (...) {
     // The first failure settles it: each further read might block just as long.
-    log_->write("[Zelvora][Learning] counts read as 0: " + error.description());
+    log_->write("[Zelvora][Learning] counts read as 0: " +
+                describeFailure(std::current_exception()));
     counts.assign(choices.size(), 0);
   }
   return counts;

@@ -22,14 +22,16 @@ std::vector<ZelvoraChoice> boosted(std::vector<ZelvoraChoice> choices,
 std::string learningKey(std::string_view appId, const std::optional<std::string>& screenId);
 
 /// How often the user picked each screen, for good. Never stops routing: a store that fails costs
-/// one line in the log. Not thread-safe: an `Actor<LearningStore>` holds it. Blocks as long as its
-/// store does.
+/// one line in the log. One thread at a time. Blocks as long as its store does.
 class LearningStore {
  public:
   LearningStore(std::shared_ptr<UserDefaults> defaults, std::shared_ptr<LogSink> log);
 
   /// Counts a pick and answers the new count; absent when the store could not be written.
   std::optional<std::int64_t> recordChoice(const std::string& appId, const std::string& screenId);
+
+  /// Forgets the application's picks of every screen; false when the store could not be written.
+  bool erase(const std::string& appId);
 
   /// The choices, boosted by their counts; when one can't be read, all count as 0.
   [[nodiscard]] std::vector<ZelvoraChoice> boost(const std::string& appId,

@@ -123,10 +123,10 @@ class Offline final : public UrlSession {
 bool routes(std::size_t count) {
   const testing::TemporaryFolder folder;
   asio::io_context context{1};
-  Platform platform =
-      hostPlatform(context.get_executor(), {.bundle = ZELVORA_SOURCE_DIR "/examples/shop",
-                                            .dataFolder = folder.path(),
-                                            .log = std::make_shared<SilentLog>()});
+  const HostPlatform host(context.get_executor(), {.bundle = ZELVORA_SOURCE_DIR "/examples/shop",
+                                                   .dataFolder = folder.path(),
+                                                   .log = std::make_shared<SilentLog>()});
+  Platform platform = host.platform();
   platform.urlSession = std::make_shared<Offline>();
   const char* const texts[] = {"open my cart", "show me the size guide", "orders",
                                "what is the weather on mars", "and the returns"};

@@ -18,7 +18,7 @@ zelvora::Platform phone(zelvora::asio::any_io_executor main, const std::string& 
           .log = std::make_shared<PhoneLog>(),
           .defaults = std::make_shared<PhoneDefaults>(),
           .bundle = std::make_shared<PhoneBundle>(bundle),
-          .urlSession = std::make_shared<FlightMode>(),
+          .urlSession = std::make_shared<zelvora::NoNetworkSession>("You are offline"),
           .speech = zelvora::SpeechPlatform{.audioSession = std::make_shared<PhoneSession>(),
                                             .audioEngines = std::make_shared<PhoneMicrophones>(),
                                             .audioFiles = std::make_shared<PhoneRecordings>(),

@@ -11,8 +11,6 @@
 
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/async/threads.h>
-#include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/system.h>
 
 // The ports that every application hands over, in their smallest form that keeps the promises of
@@ -27,7 +25,6 @@ class PhoneExecutors final : public zelvora::Executors {
 
   zelvora::asio::any_io_executor main() override { return main_; }
   zelvora::asio::any_io_executor background() override { return pool_.executor(); }
-  void stopBackground() override { pool_.stop(); }
 
  private:
   zelvora::asio::any_io_executor main_;
@@ -57,6 +54,10 @@ class PhoneDefaults final : public zelvora::UserDefaults {
   std::int64_t increment(const std::string& key) override {
     const std::lock_guard lock(mutex_);
     return ++numbers_[key];
+  }
+  void removeAll(const std::string& prefix) override {
+    const std::lock_guard lock(mutex_);
+    std::erase_if(numbers_, [&](const auto& entry) { return entry.first.starts_with(prefix); });
   }
 
  private:
@@ -92,15 +93,6 @@ class PhoneBundle final : public zelvora::AppBundle {
   std::filesystem::path folder_;
   std::map<std::string, std::string> settings_{{"ZelvoraPublishableKey", "demo"},
                                                {"ZelvoraLocale", "en-US"}};
-};
-
-/// A phone in flight mode: whatever the backend is asked ends in this error's description.
-class FlightMode final : public zelvora::UrlSession {
- public:
-  zelvora::asio::awaitable<zelvora::UrlResponse> send(zelvora::UrlRequest request) override {
-    throw zelvora::Error("FlightMode", 1, "The phone is in flight mode: " + request.url);
-    co_return zelvora::UrlResponse{};
-  }
 };
 
 }  // namespace porting

@@ -120,9 +120,9 @@ TEST(CallScope, FailsACallWhoseThreadsEnd) {
   auto outcome = started(callers.executor(), scope, [transfer] { return transferring(transfer); });
   transfer->begun.get_future().get();
   pool.reset();
-  EXPECT_EQ(outcome.get(), scopeClosed().description());
+  EXPECT_EQ(outcome.get(), threadsEnded().description());
   EXPECT_EQ(started(callers.executor(), scope, [] { return give(1); }).get(),
-            scopeClosed().description());
+            threadsEnded().description());
 }
 
 TEST(CallScope, ClosesWhileItsCallsEnd) {

@@ -51,7 +51,7 @@ class TestExecutors final : public Executors {
   asio::any_io_executor background() override { return pool_->executor(); }
 
   /// Waits for what is running; nothing runs afterwards.
-  void stopBackground() override { pool_->stop(); }
+  void stopBackground() { pool_->stop(); }
   /// Drops what was left to run.
   void dropBackground() { pool_.reset(); }
 

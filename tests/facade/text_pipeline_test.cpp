@@ -85,6 +85,7 @@ class AwaitedDefaults final : public UserDefaults {
     counted.set_value(key);
     return 1;
   }
+  void removeAll(const std::string&) override {}
 };
 
 TEST(TextPipeline, CountsAPick) {

@@ -29,6 +29,11 @@ class MemoryDefaults final : public UserDefaults {
     return value = std::max(value, std::int64_t{0}) + 1;
   }
 
+  void removeAll(const std::string& prefix) override {
+    use();
+    std::erase_if(values, [&](const auto& entry) { return entry.first.starts_with(prefix); });
+  }
+
  private:
   void use() {
     ++calls;

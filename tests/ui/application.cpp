@@ -8,17 +8,6 @@
 namespace zelvora {
 namespace {
 
-class QtExecutors final : public Executors {
- public:
-  asio::any_io_executor main() override { return main_.executor(); }
-  asio::any_io_executor background() override { return pool_.executor(); }
-  void stopBackground() override { pool_.stop(); }
-
- private:
-  QtMainExecutor main_;
-  WorkerPool pool_{2};
-};
-
 /// What the device does not understand is not understood.
 class NoBackend final : public UrlSession {
  public:
@@ -39,6 +28,7 @@ class NotedDefaults final : public UserDefaults {
     journal_->note("counted " + key);
     return 1;
   }
+  void removeAll(const std::string& /*prefix*/) override {}
 
  private:
   std::shared_ptr<testing::Journal> journal_;
@@ -46,12 +36,23 @@ class NotedDefaults final : public UserDefaults {
 
 }  // namespace
 
+class Application::QtExecutors final : public Executors {
+ public:
+  asio::any_io_executor main() override { return main_.executor(); }
+  asio::any_io_executor background() override { return pool_.executor(); }
+  void endBackground() { pool_.stop(); }
+
+ private:
+  QtMainExecutor main_;
+  WorkerPool pool_{2};
+};
+
 Application::Application(const std::string& spec) : executors_(std::make_shared<QtExecutors>()) {
   bundle->strings = {{"ZelvoraPublishableKey", "key"}, {"ZelvoraSTTMode", "localOnly"}};
   bundle->resources = {{"shop.json", folder.write("shop.json", spec)}};
 }
 
-Application::~Application() { executors_->stopBackground(); }
+Application::~Application() { executors_->endBackground(); }
 
 Platform Application::platform() const {
   return {.executors = executors_,

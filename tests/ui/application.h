@@ -28,7 +28,9 @@ class Application {
   std::string asked;  ///< The bundle and the spec that were asked for last.
 
  private:
-  std::shared_ptr<Executors> executors_;
+  class QtExecutors;
+
+  std::shared_ptr<QtExecutors> executors_;
 };
 
 }  // namespace zelvora

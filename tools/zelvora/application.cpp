@@ -13,7 +13,6 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/host/host_platform.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/file.h>
@@ -95,12 +94,15 @@ class OptionBundle final : public AppBundle {
   std::map<std::string, std::string> overrides_;
 };
 
-Platform platformFor(const asio::any_io_executor& main, const CommonOptions& options,
-                     std::shared_ptr<Clock> clock, std::shared_ptr<LogSink> log) {
-  Platform platform = hostPlatform(main, {.bundle = options.bundle,
-                                          .dataFolder = dataFolderOf(options),
-                                          .clock = std::move(clock),
-                                          .log = std::move(log)});
+HostOptions hostOptions(const CommonOptions& options, std::shared_ptr<Clock> clock,
+                        std::shared_ptr<LogSink> log) {
+  return {.bundle = options.bundle,
+          .dataFolder = dataFolderOf(options),
+          .clock = std::move(clock),
+          .log = std::move(log)};
+}
+
+Platform withOptions(Platform platform, const CommonOptions& options) {
   platform.bundle = std::make_shared<OptionBundle>(std::move(platform.bundle), options);
   return platform;
 }
@@ -339,7 +341,8 @@ class Application::SessionNetwork final : public UrlSession {
 Application::Application(const CommonOptions& options)
     : diagnostics_(std::make_shared<Diagnostics>(checked(options).quiet)),
       clock_(std::make_shared<SessionClock>(clockOfEnvironment())),
-      platform_(platformFor(loop_.executor(), options, clock_, diagnostics_)),
+      host_(loop_.executor(), hostOptions(options, clock_, diagnostics_)),
+      platform_(withOptions(host_.platform(), options)),
       settings_(settingsFromPropertyList(*platform_.bundle)),
       specFile_(specFileOf(options, *platform_.bundle)),
       spec_(specFor(options, *platform_.bundle, specFile_)),

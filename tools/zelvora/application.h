@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/host.h>
 #include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/zelvora.h>
@@ -83,8 +84,6 @@ class Application {
  public:
   /// Throws UsageError when an option or an input file can't be used.
   explicit Application(const CommonOptions& options);
-  /// Waits for background work, which may still be telling the main loop.
-  ~Application() { platform_.executors->stopBackground(); }
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
 
@@ -131,6 +130,7 @@ class Application {
   std::shared_ptr<Diagnostics> diagnostics_;
   std::shared_ptr<SessionClock> clock_;
   std::shared_ptr<SessionNetwork> network_;
+  HostPlatform host_;
   Platform platform_;
   ZelvoraSettings settings_;
   std::filesystem::path specFile_;

@@ -10,26 +10,15 @@
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 #include <ZelvoraSDK/adapters/sqlite/sqlite_defaults.h>
+#include <ZelvoraSDK/async/durable_queue.h>
 #include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
 namespace {
 
 /// Work waits for the network and, rarely, for storage; it hardly computes.
 constexpr std::size_t kBackgroundThreads = 2;
-
-class HostExecutors final : public Executors {
- public:
-  explicit HostExecutors(asio::any_io_executor main) : main_(std::move(main)) {}
-
-  asio::any_io_executor main() override { return main_; }
-  asio::any_io_executor background() override { return pool_.executor(); }
-  void stopBackground() override { pool_.stop(); }
-
- private:
-  asio::any_io_executor main_;
-  WorkerPool pool_{kBackgroundThreads};
-};
 
 /// For programs that come without a bundle.
 class NoBundle final : public AppBundle {
@@ -68,16 +57,35 @@ std::filesystem::path HostOptions::userDataFolder() {
   return (isUsable ? std::filesystem::path(dataHome) : homeFolder() / ".local/share") / "zelvora";
 }
 
-Platform hostPlatform(asio::any_io_executor mainExecutor, const HostOptions& options) {
-  Platform platform{.executors = std::make_shared<HostExecutors>(std::move(mainExecutor)),
-                    .clock = options.clock,
-                    .log = options.log,
-                    .defaults = std::make_shared<SqliteDefaults>(SqliteDefaults::Options{
-                        .file = options.dataFolder / "defaults.sqlite", .log = options.log}),
-                    .bundle = bundleAt(options.bundle),
-                    .urlSession = std::make_shared<CurlUrlSession>()};
-  if (options.speech) platform.speech = hostSpeech(*options.speech, *platform.executors);
-  return platform;
+class HostPlatform::Threads final : public Executors {
+ public:
+  explicit Threads(asio::any_io_executor main) : main_(std::move(main)) {}
+
+  asio::any_io_executor main() override { return main_; }
+  asio::any_io_executor background() override { return pool_.executor(); }
+
+  void end() { pool_.stop(); }
+
+ private:
+  asio::any_io_executor main_;
+  WorkerPool pool_{kBackgroundThreads};
+};
+
+HostPlatform::HostPlatform(asio::any_io_executor mainExecutor, const HostOptions& options)
+    : threads_(std::make_shared<Threads>(std::move(mainExecutor))),
+      platform_{.executors = threads_,
+                .clock = options.clock,
+                .log = options.log,
+                .defaults = std::make_shared<SqliteDefaults>(SqliteDefaults::Options{
+                    .file = options.dataFolder / "defaults.sqlite", .log = options.log}),
+                .bundle = bundleAt(options.bundle),
+                .urlSession = std::make_shared<CurlUrlSession>()} {
+  if (options.speech) platform_.speech = hostSpeech(*options.speech, *threads_);
+}
+
+HostPlatform::~HostPlatform() {
+  DurableQueue::finishAll(kMaxDrainTime);
+  threads_->end();
 }
 
 }  // namespace zelvora

@@ -24,9 +24,29 @@ struct HostOptions {
   static std::filesystem::path userDataFolder();
 };
 
-/// This system as a platform, with `mainExecutor` for the main actor. Starts no thread before one
-/// is needed. Throws Error when the bundle or the sound file can't be read, or when
-/// speech is asked for and was not built.
-Platform hostPlatform(asio::any_io_executor mainExecutor, const HostOptions& options = {});
+/// This system as a platform: threads, network, storage and, where asked for, sound. Destroy it
+/// before or after the façades that use it and before or after their main executor: a façade that
+/// outlives it answers each further command with an unsupported outcome.
+class HostPlatform {
+ public:
+  /// `mainExecutor` is the main actor. Starts no thread before one is needed. Throws Error when the
+  /// bundle or the sound file can't be read, or when speech is asked for and was not built.
+  explicit HostPlatform(asio::any_io_executor mainExecutor, const HostOptions& options = {});
+  /// Stores the picks that were accepted, then ends the threads; waits at most `kMaxDrainTime` and
+  /// `kMaxJoinTime` for that.
+  ~HostPlatform();
+
+  HostPlatform(const HostPlatform&) = delete;
+  HostPlatform& operator=(const HostPlatform&) = delete;
+
+  /// What to hand to the façade. Copy it to put another port in the place of one.
+  [[nodiscard]] const Platform& platform() const { return platform_; }
+
+ private:
+  class Threads;
+
+  std::shared_ptr<Threads> threads_;
+  Platform platform_;
+};
 
 }  // namespace zelvora

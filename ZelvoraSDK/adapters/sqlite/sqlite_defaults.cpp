@@ -91,4 +91,13 @@ std::int64_t SqliteDefaults::increment(const std::string& key) {
   return **value;
 }
 
+void SqliteDefaults::removeAll(const std::string& prefix) {
+  connection_.with([&](Slot& slot) {
+    return perform(slot, false, [&](sqlite::Connection& connection) {
+      connection.removeAll(prefix);
+      return true;
+    });
+  });
+}
+
 }  // namespace zelvora

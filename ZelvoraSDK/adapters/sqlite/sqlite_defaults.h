@@ -43,6 +43,7 @@ class SqliteDefaults final : public UserDefaults {
 
   std::int64_t integer(const std::string& key) override;
   std::int64_t increment(const std::string& key) override;
+  void removeAll(const std::string& prefix) override;
 
  private:
   using Slot = std::unique_ptr<sqlite::Connection>;

@@ -21,35 +21,31 @@ Q_IMPORT_QML_PLUGIN(ShopPlugin)
 namespace zelvora::shop {
 namespace {
 
-/// The shop has no backend: what the device does not understand is not understood.
-class NoBackend final : public UrlSession {
- public:
-  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
-    throw Error("Shop", 1, "I did not understand that. Say it another way?");
-    co_return UrlResponse{};
-  }
-};
-
 std::vector<std::string> phrasesToExpect(const AppBundle& bundle) {
   return recognitionVocabulary(requireSpecResource("shop", bundle),
                                settingsFromPropertyList(bundle).locale);
 }
 
-Platform platformFor(const ShopOptions& options, const asio::any_io_executor& main) {
+HostOptions hostOptions(const ShopOptions& options) {
   const PlistBundle bundle(options.bundle);
-  HostOptions host{.bundle = options.bundle,
-                   .dataFolder = options.dataFolder,
-                   .log = options.log,
-                   .speech = HostSpeechOptions{.vocabulary = phrasesToExpect(bundle)}};
-  Platform platform = hostPlatform(main, host);
-  platform.urlSession = std::make_shared<NoBackend>();
+  return {.bundle = options.bundle,
+          .dataFolder = options.dataFolder,
+          .log = options.log,
+          .speech = HostSpeechOptions{.vocabulary = phrasesToExpect(bundle)}};
+}
+
+/// The shop has no backend: what the device does not understand is not understood.
+Platform withoutBackend(Platform platform) {
+  platform.urlSession =
+      std::make_shared<NoNetworkSession>("I did not understand that. Say it another way?");
   return platform;
 }
 
 }  // namespace
 
 ShopApplication::ShopApplication(const ShopOptions& options)
-    : platform_(platformFor(options, main_.executor())),
+    : host_(main_.executor(), hostOptions(options)),
+      platform_(withoutBackend(host_.platform())),
       replies_(platform_.speech->synthesizers, settingsFromPropertyList(*platform_.bundle).locale),
       language_([this] { window_->engine()->retranslate(); }),
       window_(std::make_unique<QQuickView>()) {
@@ -71,7 +67,6 @@ ShopApplication::ShopApplication(const ShopOptions& options)
 ShopApplication::~ShopApplication() {
   clearScreens();
   window_.reset();
-  platform_.executors->stopBackground();  // it may not outlive the main executor
 }
 
 /// Qt's software renderer lets go of a picture only when it paints once more without it.

@@ -39,6 +39,7 @@ class ShopApplication {
   void clearScreens();
 
   QtMainExecutor main_;
+  HostPlatform host_;
   Platform platform_;
   ReplySpeaker replies_;
   Language language_;

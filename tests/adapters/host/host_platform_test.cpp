@@ -20,8 +20,9 @@ TEST(HostPlatform, PutsThePartsTogether) {
   const TemporaryFolder folder;
   folder.write("Info.plist", "<plist><dict><key>K</key><string>v</string></dict></plist>");
   MainLoop loop;
-  const Platform platform = hostPlatform(
-      loop.executor(), {.bundle = folder.path(), .dataFolder = folder.path() / "data"});
+  const HostPlatform host(loop.executor(),
+                          {.bundle = folder.path(), .dataFolder = folder.path() / "data"});
+  const Platform& platform = host.platform();
   EXPECT_EQ(platform.bundle->stringSetting("K"), "v");
   EXPECT_EQ(platform.executors->main(), loop.executor());
 
@@ -37,7 +38,8 @@ TEST(HostPlatform, PutsThePartsTogether) {
 TEST(HostPlatform, NeedsNoBundle) {
   MainLoop loop;
   const TemporaryFolder folder;
-  const Platform platform = hostPlatform(loop.executor(), {.dataFolder = folder.path()});
+  const HostPlatform host(loop.executor(), {.dataFolder = folder.path()});
+  const Platform& platform = host.platform();
   EXPECT_EQ(platform.bundle->resource("spec", "json"), std::nullopt);
   EXPECT_EQ(platform.bundle->identifier(), std::nullopt);
   EXPECT_FALSE(platform.speech);

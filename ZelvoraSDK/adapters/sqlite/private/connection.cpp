@@ -34,6 +34,8 @@ constexpr const char* kIncrement =
     " ON CONFLICT (key) DO UPDATE SET value = max(value, 0) + 1"
     " WHERE value < 9223372036854775807 RETURNING value";
 
+constexpr const char* kRemoveAll = "DELETE FROM integers WHERE substr(key, 1, length(?1)) = ?1";
+
 bool hasPrimaryCode(const Error& error, int code) {
   return error.domain() == kDomain && (error.code() & 0xFF) == code;
 }
@@ -144,6 +146,12 @@ std::optional<std::int64_t> Connection::increment(const std::string& key) {
   beginWaiting();
   if (content_ != Content::ours) becomeOurs();
   return runFor(increment_, kIncrement, key);
+}
+
+void Connection::removeAll(const std::string& prefix) {
+  beginWaiting();
+  if (content_ != Content::ours) becomeOurs();
+  runFor(removeAll_, kRemoveAll, prefix);
 }
 
 Connection::Statement Connection::prepared(const char* sql) {

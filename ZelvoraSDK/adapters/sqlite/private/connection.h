@@ -36,6 +36,8 @@ class Connection {
   std::int64_t value(const std::string& key);
   /// The new value; absent when there is no larger one.
   std::optional<std::int64_t> increment(const std::string& key);
+  /// Removes every key that begins with `prefix`.
+  void removeAll(const std::string& prefix);
 
  private:
   enum class Content {
@@ -73,6 +75,7 @@ class Connection {
   Content content_ = Content::nothing;
   Statement select_;
   Statement increment_;
+  Statement removeAll_;
 };
 
 }  // namespace zelvora::sqlite
