@@ -49,7 +49,8 @@ class Application {
                             .clock = std::make_shared<SystemClock>(),
                             .log = std::make_shared<NoLog>(),
                             .defaults = std::make_shared<testing::MemoryDefaults>(),
-                            .bundle = std::make_shared<testing::MemoryBundle>()};
+                            .bundle = std::make_shared<testing::MemoryBundle>(),
+                            .urlSession = std::make_shared<NoNetworkSession>()};
     const ZelvoraSettings settings{.publishableKey = "bench"};
     StoredSpec spec = StoredSpec::fromAnyJson(load.json);
     zelvora_ = std::make_unique<Zelvora>(platform, settings, std::move(spec));

@@ -16,6 +16,9 @@ class PreparedSpec {
   /// Resolves `spec`; fatal on a task that breaks the preconditions of its record.
   explicit PreparedSpec(const StoredSpec& spec);
 
+  /// How the spec was read, and why it is no full one.
+  [[nodiscard]] const ResolvedSpec& resolved() const { return resolved_; }
+
   /// Absent when the spec reads neither as a full nor as a minimal one: nothing can be scored.
   [[nodiscard]] const CompiledTasks* tasks() const { return tasks_ ? &*tasks_ : nullptr; }
 

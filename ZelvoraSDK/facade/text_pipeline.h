@@ -3,59 +3,89 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <ZelvoraSDK/async/actor.h>
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/call_scope.h>
+#include <ZelvoraSDK/async/durable_queue.h>
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/facade/backend_stages.h>
+#include <ZelvoraSDK/async/slot.h>
+#include <ZelvoraSDK/backend/access_token.h>
+#include <ZelvoraSDK/backend/client.h>
+#include <ZelvoraSDK/facade/hooks.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/settings.h>
-#include <ZelvoraSDK/facade/stage_report.h>
 #include <ZelvoraSDK/platform/platform.h>
 #include <ZelvoraSDK/routing/learning_store.h>
 #include <ZelvoraSDK/routing/local_router.h>
+#include <ZelvoraSDK/routing/semantic.h>
 #include <ZelvoraSDK/routing/session_memory.h>
 
 namespace zelvora {
+
+/// What a stage yielded: an outcome, or nothing, and then the next stage is asked.
+using StageYield = std::optional<ZelvoraResult>;
 
 /// Turns one utterance into one outcome, stage by stage: clean it, score it on the device, then ask
 /// the backend. Callable from any thread; overlapping calls are not serialised, and the last one to
 /// finish writes the session memory last. A call under way keeps the pipeline alive.
 class TextPipeline : public std::enable_shared_from_this<TextPipeline> {
  public:
+  using Scope = std::shared_ptr<CallScope>;
+
   /// What a pipeline is put together from.
   struct Parts {
     Platform platform;
     ZelvoraSettings settings;
+    StoredSpec document;
     std::shared_ptr<const Lazy<PreparedSpec>> spec;
-    std::shared_ptr<BackendStages> backend;
-    std::shared_ptr<const StageReporter> reporter;
+    AccessTokenProvider accessToken;
+    Slot<StageReport> onStage;
   };
 
   explicit TextPipeline(Parts parts);
 
-  /// Throws Error when a backend stage fails.
-  asio::awaitable<ZelvoraResult> route(std::string text);
+  /// Throws Error when a backend stage fails, and when `scope` closes before the outcome is there.
+  asio::awaitable<ZelvoraResult> route(Scope scope, std::string text);
 
-  /// Counts the user's pick of a screen.
-  asio::awaitable<void> recordChoice(std::string screenId);
+  /// Counts the user's pick of a screen. Returns at once; done even when the threads end first.
+  void recordChoice(std::string screenId);
+  /// Forgets all picks of the application, in its turn.
+  void eraseLearning();
 
  private:
   using Self = std::shared_ptr<TextPipeline>;
+  using Stage = asio::awaitable<StageYield>;
 
-  static asio::awaitable<ZelvoraResult> routeText(Self self, std::string text);
-  static asio::awaitable<StageYield> scoreLocally(Self self, std::string utterance);
-  static asio::awaitable<ZelvoraResult> askBackend(Self self, std::string utterance);
-  static asio::awaitable<ZelvoraResult> remembered(Self self, ZelvoraResult result);
+  static asio::awaitable<ZelvoraResult> routeText(Self self, Scope scope, std::string text);
+  static asio::awaitable<void> readSpec(Self self, Scope scope);
+  static Stage scoreLocally(Self self, Scope scope, std::string utterance);
+  static asio::awaitable<std::vector<ZelvoraChoice>> boosted(Self self, Scope scope,
+                                                             std::vector<ZelvoraChoice> choices);
+  static asio::awaitable<ZelvoraResult> askBackend(Self self, Scope scope, std::string utterance);
+  static Stage askSemantic(Self self, Scope scope, std::string utterance);
+  static asio::awaitable<SemanticCache::Matches> matches(Self self, Scope scope,
+                                                         std::string utterance);
+  static asio::awaitable<SemanticCache::Matches> freshMatches(Self self, Scope scope,
+                                                              std::string utterance);
+  static Stage askCatalogue(Self self, Scope scope, std::string utterance);
+  static Stage askInterpret(Self self, Scope scope, std::string utterance);
+  static asio::awaitable<void> remember(Self self, ZelvoraResult result);
+  /// `work`, timed and reported if anybody listens; its failure is reported and passed on.
+  static Stage reported(const Self& self, const char* name, const std::string& asked, Stage work);
+  static Stage timed(Self self, std::string name, std::string asked, Stage work);
 
   [[nodiscard]] std::string cleaned(std::string text) const;
-  asio::awaitable<StageYield> stage(const char* name, const std::string& utterance,
-                                    asio::awaitable<StageYield> work) const;
+  [[nodiscard]] Timestamp now() const { return parts_.platform.clock->now(); }
 
   Parts parts_;
   ZelvoraLocalRouter router_;
+  ZelvoraClient client_;
   Actor<SessionMemory> memory_;
-  Actor<LearningStore> learning_;
+  Actor<SemanticCache> cache_;
+  std::shared_ptr<LearningStore> learning_;
+  DurableQueue learningQueue_;
 };
 
 }  // namespace zelvora

@@ -1,13 +1,11 @@
 #include <ZelvoraSDK/facade/zelvora.h>
 
-#include <boost/asio/post.hpp>
 #include <utility>
 
 #include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/facade/voice_pipeline.h>
-#include <ZelvoraSDK/spec/stored_spec.h>
 
 namespace zelvora {
 namespace {
@@ -20,105 +18,207 @@ AccessTokenProvider tokensFor(const ZelvoraSettings& settings, const ZelvoraHook
   return [key = settings.publishableKey] { return publishableKeyAsToken(key); };
 }
 
-using SharedSpec = std::shared_ptr<const Lazy<PreparedSpec>>;
-
-SharedSpec prepare(const StoredSpec& spec) {
-  return std::make_shared<const Lazy<PreparedSpec>>([spec] { return PreparedSpec(spec); });
+const Platform& requirePorts(const Platform& platform) {
+  const std::pair<const char*, bool> ports[] = {{"executors", platform.executors != nullptr},
+                                                {"clock", platform.clock != nullptr},
+                                                {"log", platform.log != nullptr},
+                                                {"network", platform.urlSession != nullptr},
+                                                {"defaults", platform.defaults != nullptr},
+                                                {"bundle", platform.bundle != nullptr}};
+  for (const auto& [name, isThere] : ports)
+    if (!isThere) fatalError(std::string("a required port is missing: ") + name);
+  return platform;
 }
 
-std::shared_ptr<TextPipeline> makeTextPipeline(BackendStages::Parts parts,
-                                               std::function<void(StageReport)> onStage) {
-  auto backend = std::make_shared<BackendStages>(parts);
-  auto reporter = std::make_shared<const StageReporter>(
-      StageReporter{.clock = parts.platform.clock, .listener = std::move(onStage)});
-  return std::make_shared<TextPipeline>(TextPipeline::Parts{.platform = parts.platform,
-                                                            .settings = parts.settings,
-                                                            .spec = parts.prepared,
-                                                            .backend = std::move(backend),
-                                                            .reporter = std::move(reporter)});
+using Scope = std::shared_ptr<CallScope>;
+
+/// A slot whose handler is called on the main executor while `scope` is open.
+template <class Value>
+Slot<Value> slotOn(const Platform& platform, const Scope& scope) {
+  return Slot<Value>([executors = platform.executors, scope](std::function<void()> work) {
+    asio::post(executors->main(), [scope, work = std::move(work)] { scope->enter(work); });
+  });
+}
+
+/// The application's session, which nothing reaches any more once `scope` is closed.
+class ScopedSession final : public UrlSession {
+ public:
+  ScopedSession(Scope scope, std::shared_ptr<UrlSession> session)
+      : scope_(std::move(scope)), session_(std::move(session)) {}
+
+  asio::awaitable<UrlResponse> send(UrlRequest request) override {
+    return sendWhileOpen(scope_, session_, std::move(request));
+  }
+
+ private:
+  static asio::awaitable<UrlResponse> sendWhileOpen(Scope scope,
+                                                    std::shared_ptr<UrlSession> session,
+                                                    UrlRequest request) {
+    scope->requireOpen();
+    co_return co_await session->send(std::move(request));
+  }
+
+  Scope scope_;
+  std::shared_ptr<UrlSession> session_;
+};
+
+/// Resolved and compiled by the first command, which also says how the spec was read.
+std::shared_ptr<const Lazy<PreparedSpec>> prepare(const StoredSpec& spec,
+                                                  const std::shared_ptr<LogSink>& log) {
+  return std::make_shared<const Lazy<PreparedSpec>>([spec, log] {
+    PreparedSpec prepared(spec);
+    if (const auto line = prepared.resolved().libraryLine()) writeQuietly(*log, *line);
+    return prepared;
+  });
+}
+
+std::shared_ptr<Callbacks> callbacksTo(const Slot<ZelvoraResult>& onResult,
+                                       const Slot<ZelvoraAuditEvent>& onAuditEvent) {
+  return std::make_shared<Callbacks>(Callbacks{
+      .onResult = [onResult](ZelvoraResult result) { onResult.send(std::move(result)); },
+      .onAuditEvent =
+          [onAuditEvent](ZelvoraAuditEvent event) { onAuditEvent.send(std::move(event)); }});
 }
 
 }  // namespace
 
-Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, StoredSpec theSpec,
+void ZelvoraCall::cancel() {
+  if (scope_) scope_->close();
+}
+
+Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, StoredSpec storedSpec,
                     ZelvoraHooks hooks)
-    : platform(std::move(thePlatform)),
+    : platform(requirePorts(thePlatform)),
       settings(std::move(theSettings)),
       accessToken(tokensFor(settings, hooks)),
       freshAccessToken(hooks.freshAccessToken ? std::move(hooks.freshAccessToken) : accessToken),
-      onTranscript(std::move(hooks.onTranscript)),
-      spec(prepare(theSpec)),
-      text(makeTextPipeline({.platform = platform,
-                             .settings = settings,
-                             .spec = std::move(theSpec),
-                             .prepared = spec,
-                             .accessToken = accessToken},
-                            std::move(hooks.onStage))) {}
-
-void Zelvora::Core::routeInBackground(std::shared_ptr<Core> core,
-                                      std::weak_ptr<Callbacks> callbacks, std::string text) {
-  const auto background = core->platform.executors->background();
-  const auto log = core->platform.log;
-  spawn(background, routeAndDeliver(std::move(core), std::move(callbacks), std::move(text)),
-        logFailure(log));
+      scope(CallScope::make([executors = platform.executors] { return executors->background(); })),
+      onResult(slotOn<ZelvoraResult>(platform, scope)),
+      onAuditEvent(slotOn<ZelvoraAuditEvent>(platform, scope)),
+      onTranscript(slotOn<std::string>(platform, scope)),
+      onStage(slotOn<StageReport>(platform, scope)),
+      spec(prepare(storedSpec, platform.log)),
+      callbacks(callbacksTo(onResult, onAuditEvent)) {
+  platform.urlSession = std::make_shared<ScopedSession>(scope, platform.urlSession);
+  onTranscript = std::move(hooks.onTranscript);
+  onStage = std::move(hooks.onStage);
+  text = std::make_shared<TextPipeline>(TextPipeline::Parts{.platform = platform,
+                                                            .settings = settings,
+                                                            .document = std::move(storedSpec),
+                                                            .spec = spec,
+                                                            .accessToken = accessToken,
+                                                            .onStage = onStage});
 }
 
-asio::awaitable<void> Zelvora::Core::routeAndDeliver(std::shared_ptr<Core> core,
-                                                     std::weak_ptr<Callbacks> callbacks,
-                                                     std::string text) {
-  auto result = co_await routeReported(core, std::move(text));
-  asio::post(core->platform.executors->main(), [callbacks, result = std::move(result)] {
-    const auto listening = callbacks.lock();
-    if (listening && listening->onResult) listening->onResult(result);
-  });
+void Zelvora::Core::close() noexcept {
+  scope->close();
+  callbacks.reset();
+  onResult = nullptr;
+  onAuditEvent = nullptr;
+  onTranscript = nullptr;
+  onStage = nullptr;
+}
+
+void Zelvora::Core::routeInBackground(std::shared_ptr<Core> core, Scope within, std::string text,
+                                      Deliver deliver) {
+  const auto executors = core->platform.executors;
+  auto task = routeAndDeliver(std::move(core), std::move(within), std::move(text),
+                              OneOutcome(std::move(deliver)));
+  // Nothing escapes but what a main executor's `post` throws, which has no other address.
+  spawn(executors->background(), std::move(task), [](const std::exception_ptr&) {});
+}
+
+asio::awaitable<void> Zelvora::Core::routeAndDeliver(std::shared_ptr<Core> core, Scope within,
+                                                     std::string text, OneOutcome outcome) {
+  auto result = co_await routeReported(std::move(core), std::move(within), std::move(text));
+  outcome.give(std::move(result));
 }
 
 asio::awaitable<ZelvoraResult> Zelvora::Core::routeReported(std::shared_ptr<Core> core,
-                                                            std::string text) {
+                                                            Scope within, std::string text) {
   ZelvoraResult result;
   try {
-    result = co_await core->text->route(std::move(text));
+    result = co_await core->text->route(within, std::move(text));
   } catch (...) {
     result = ZelvoraUnsupported{describeFailure(std::current_exception())};
   }
-  core->platform.log->write("🧩 PIPELINE REACHED result=" + describe(result));
+  if (!within->isClosed())
+    writeQuietly(*core->platform.log, "🧩 PIPELINE REACHED result=" + describe(result));
   co_return result;
 }
 
+Zelvora::Zelvora(std::shared_ptr<Core> core)
+    : core_(std::move(core)),
+      voice_(Core::makeVoice(core_, core_->callbacks)),
+      onResult(core_->onResult),
+      onAuditEvent(core_->onAuditEvent) {}
+
 Zelvora::Zelvora(Platform platform, ZelvoraSettings settings, StoredSpec spec, ZelvoraHooks hooks)
-    : core_(std::make_shared<Core>(std::move(platform), std::move(settings), std::move(spec),
-                                   std::move(hooks))),
-      callbacks_(std::make_shared<Callbacks>()),
-      voice_(Core::makeVoice(core_, callbacks_)),
-      onResult(callbacks_->onResult),
-      onAuditEvent(callbacks_->onAuditEvent) {}
+    : Zelvora(std::make_shared<Core>(std::move(platform), std::move(settings), std::move(spec),
+                                     std::move(hooks))) {}
 
 Zelvora::Zelvora(Platform platform, StoredSpec spec, ZelvoraHooks hooks)
-    : Zelvora(platform, settingsFromPropertyList(*platform.bundle), std::move(spec),
+    : Zelvora(platform, settingsFromPropertyList(*requirePorts(platform).bundle), std::move(spec),
               std::move(hooks)) {}
 
 Zelvora::Zelvora(Platform platform, const SpecResource& spec, ZelvoraHooks hooks)
-    : Zelvora(platform, requireSpecResource(spec.name, *platform.bundle), std::move(hooks)) {}
+    : Zelvora(platform, requireSpecResource(spec.name, *requirePorts(platform).bundle),
+              std::move(hooks)) {}
 
-Zelvora::~Zelvora() {
-  voice_->parts().scope->close();
-  // The recogniser belongs to the main executor, and so does its end.
-  asio::post(core_->platform.executors->main(), [voice = std::move(voice_)] {});
+Zelvora::~Zelvora() { release(); }
+
+Zelvora::Zelvora(Zelvora&& other) noexcept = default;
+
+Zelvora& Zelvora::operator=(Zelvora&& other) noexcept {
+  if (this == &other) return *this;
+  release();
+  core_ = std::move(other.core_);
+  voice_ = std::move(other.voice_);
+  onResult = std::move(other.onResult);
+  onAuditEvent = std::move(other.onAuditEvent);
+  return *this;
+}
+
+void Zelvora::release() noexcept {
+  if (!core_) return;
+  core_->close();
+  if (!voice_) return;
+  try {
+    // The recogniser belongs to the main executor, and so does its end.
+    asio::post(core_->platform.executors->main(), [voice = std::move(voice_)] {});
+  } catch (...) {
+    voice_.reset();  // there is no main executor to end it on
+  }
 }
 
 const ZelvoraSTTConfig& Zelvora::sttConfig() const { return core_->settings.sttConfig; }
 
+Zelvora::SpecState Zelvora::specState() const {
+  const ResolvedSpec& resolved = core_->spec->get().resolved();
+  return {.reading = resolved.reading, .reason = resolved.reason};
+}
+
 asio::awaitable<ZelvoraResult> Zelvora::route(std::string text) {
-  return core_->text->route(std::move(text));
+  return core_->text->route(core_->scope, std::move(text));
+}
+
+ZelvoraCall Zelvora::route(std::string text, std::function<void(ZelvoraResult)> completion) {
+  auto within = core_->scope->makeChild();
+  auto deliver = core_->onMain<ZelvoraResult>(within, std::move(completion));
+  Core::routeInBackground(core_, within, std::move(text), std::move(deliver));
+  return ZelvoraCall(std::move(within));
 }
 
 void Zelvora::routeAndCallback(std::string text) {
-  Core::routeInBackground(core_, callbacks_, std::move(text));
+  Core::routeInBackground(
+      core_, core_->scope, std::move(text),
+      [onResult = core_->onResult](ZelvoraResult result) { onResult.send(std::move(result)); });
 }
 
 void Zelvora::recordUserChoice(std::string screenId) {
-  spawn(core_->platform.executors->background(), core_->text->recordChoice(std::move(screenId)),
-        logFailure(core_->platform.log));
+  core_->text->recordChoice(std::move(screenId));
 }
+
+void Zelvora::eraseLearning() { core_->text->eraseLearning(); }
 
 }  // namespace zelvora

@@ -127,7 +127,7 @@ asio::awaitable<void> answerAudio(std::shared_ptr<const VoicePipeline::Parts> pa
 
 std::shared_ptr<VoicePipeline> Zelvora::Core::makeVoice(const std::shared_ptr<Core>& core,
                                                         std::weak_ptr<Callbacks> callbacks) {
-  const Scope scope = CallScope::make(core->platform.executors->background());
+  const Scope scope = core->scope;
   ZelvoraBackendCloudSTTProvider::Settings cloud;
   cloud.tokenProvider = whileOpen(scope, core->accessToken);
   cloud.tokenRefreshProvider = whileOpen(scope, core->freshAccessToken);
@@ -142,48 +142,54 @@ std::shared_ptr<VoicePipeline> Zelvora::Core::makeVoice(const std::shared_ptr<Co
           [core, scope] {
             return makeRecognizer(core->platform, core->settings, core->spec, scope);
           },
-      .onTranscript = core->onTranscript,
-      .route = [core](std::string text) { return routeReported(core, std::move(text)); }});
+      .onTranscript = [core](std::string text) { core->onTranscript.send(std::move(text)); },
+      .route =
+          [core](std::string text) { return routeReported(core, core->scope, std::move(text)); }});
 }
 
 void Zelvora::startVoice() {
-  const Scope scope = voice_->parts().scope;
-  spawn(core_->platform.executors->main(), startWhileAlive(scope, voice_),
-        deliverFailure(scope, callbacks_));
+  const auto core = core_;  // a port may release the façade
+  const Scope scope = core->scope;
+  spawn(core->platform.executors->main(), startWhileAlive(scope, voice_),
+        deliverFailure(scope, core->callbacks));
 }
 
 void Zelvora::stopVoice() {
-  const Scope scope = voice_->parts().scope;
-  spawn(core_->platform.executors->main(), stopWhileAlive(scope, voice_),
-        deliverFailure(scope, callbacks_));
+  const auto core = core_;  // a port may release the façade
+  const Scope scope = core->scope;
+  spawn(core->platform.executors->main(), stopWhileAlive(scope, voice_),
+        deliverFailure(scope, core->callbacks));
 }
 
 void Zelvora::prepareVoice() {
-  const Scope scope = voice_->parts().scope;
-  spawn(core_->platform.executors->main(), callWhileAlive(scope, voice_, &VoicePipeline::prepare),
-        logFailure(core_->platform.log));
+  const auto core = core_;  // a port may release the façade
+  const Scope scope = core->scope;
+  spawn(core->platform.executors->main(), callWhileAlive(scope, voice_, &VoicePipeline::prepare),
+        logFailure(core->platform.log));
 }
 
 void Zelvora::releaseVoice() {
-  const Scope scope = voice_->parts().scope;
-  spawn(core_->platform.executors->main(), callWhileAlive(scope, voice_, &VoicePipeline::release),
-        logFailure(core_->platform.log));
+  const auto core = core_;  // a port may release the façade
+  const Scope scope = core->scope;
+  spawn(core->platform.executors->main(), callWhileAlive(scope, voice_, &VoicePipeline::release),
+        logFailure(core->platform.log));
 }
 
 void Zelvora::routeAudio(AudioData audio, std::optional<std::string> locale,
                          std::function<void(ZelvoraRouteResponse)> completion) {
+  const auto core = core_;  // a port may release the façade
   auto parts = std::make_shared<const VoicePipeline::Parts>(voice_->parts());
   if (audio.empty()) {
-    complete(core_->platform, parts->scope, std::move(completion),
+    complete(core->platform, parts->scope, std::move(completion),
              {.result = ZelvoraUnsupported{"No audio"}});
     return;
   }
   AudioRequest request{.audio = std::move(audio),
-                       .locale = std::move(locale).value_or(core_->settings.locale),
-                       .calledAt = core_->platform.clock->now()};
-  spawn(core_->platform.executors->background(),
+                       .locale = std::move(locale).value_or(core->settings.locale),
+                       .calledAt = core->platform.clock->now()};
+  spawn(core->platform.executors->background(),
         answerAudio(std::move(parts), std::move(request), std::move(completion)),
-        [log = core_->platform.log, scope = voice_->parts().scope](const std::exception_ptr& what) {
+        [log = core->platform.log, scope = core->scope](const std::exception_ptr& what) {
           if (!scope->isClosed()) logFailure(log)(what);
         });
 }

@@ -70,9 +70,9 @@ struct ZelvoraUnsupported {
   bool operator==(const ZelvoraUnsupported&) const = default;
 };
 
-/// The outcome of routing one command.
+/// The outcome of routing one command. By default unsupported, with nothing to say.
 using ZelvoraResult =
-    std::variant<ZelvoraExecute, ZelvoraPresent, ZelvoraShowChoices, ZelvoraUnsupported>;
+    std::variant<ZelvoraUnsupported, ZelvoraExecute, ZelvoraPresent, ZelvoraShowChoices>;
 
 /// One line for logs and consoles: `execute(screenId: "cart", params: [:], say: "Cart",
 /// confidence: 0.77, taskId: nil)`. Quotes, backslashes and control characters are escaped.

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/facade/replacements.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 
 #include <gtest/gtest.h>
 

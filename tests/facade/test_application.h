@@ -46,24 +46,22 @@ class SharedLog final : public LogSink {
 class TestExecutors final : public Executors {
  public:
   TestExecutors(MainLoop& mainLoop, std::size_t threads)
-      : loop(mainLoop), pool_(std::in_place, threads) {}
-  asio::any_io_executor main() override { return loop.executor(); }
-  asio::any_io_executor background() override { return pool_->executor(); }
+      : loop(mainLoop), main_(mainLoop.executor()), pool_(threads) {}
+  asio::any_io_executor main() override { return main_; }
+  asio::any_io_executor background() override { return pool_.executor(); }
 
   /// Waits for what is running; nothing runs afterwards.
-  void stopBackground() { pool_->stop(); }
-  /// Drops what was left to run.
-  void dropBackground() { pool_.reset(); }
+  void endBackground() { pool_.stop(); }
 
   MainLoop& loop;
 
  private:
-  std::optional<WorkerPool> pool_;
+  asio::any_io_executor main_;
+  WorkerPool pool_;
 };
 
 /// Everything that a façade asks of its platform, in the test's hands.
 struct TestApplication {
-  /// Apart from the executors: what waits in it may hold them.
   std::unique_ptr<MainLoop> mainLoop = std::make_unique<MainLoop>();
   std::shared_ptr<TestExecutors> executors = std::make_shared<TestExecutors>(*mainLoop, 2);
   std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
@@ -76,14 +74,6 @@ struct TestApplication {
                            .locale = "en-US",
                            .bundleId = "com.example.shop",
                            .sttConfig = ZelvoraSTTConfig::localOnly()};
-
-  /// A program must not end while its background work runs. What waits on either side may hold
-  /// things of the other: so first nothing runs any more, then both let go.
-  ~TestApplication() {
-    executors->stopBackground();
-    mainLoop.reset();
-    executors->dropBackground();
-  }
 
   [[nodiscard]] Platform platform() const {
     return {.executors = executors,

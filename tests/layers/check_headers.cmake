@@ -10,7 +10,7 @@ set(public
   backend/access_token.h
   base/error.h base/json_fwd.h base/json_write.h base/limits.h base/ordered_map.h base/record.h
   base/version.h
-  facade/callbacks.h facade/settings.h facade/stage_report.h facade/zelvora.h
+  facade/settings.h facade/hooks.h facade/zelvora.h
   outcome/audit_event.h outcome/result.h
   platform/audio.h platform/network.h platform/platform.h platform/speech.h platform/system.h
   platform/url.h

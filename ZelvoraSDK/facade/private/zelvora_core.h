@@ -1,31 +1,67 @@
 #pragma once
 
+#include <boost/asio/post.hpp>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
+#include <ZelvoraSDK/async/call_scope.h>
 #include <ZelvoraSDK/async/guarded.h>
+#include <ZelvoraSDK/async/slot.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/text_pipeline.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 
 namespace zelvora {
 
-/// What the façade owns. A call under way holds it, so that it may outlive the façade.
+/// Delivers one outcome: what it is given or, when it is destroyed without, that nothing can be
+/// routed any more.
+class OneOutcome {
+ public:
+  explicit OneOutcome(std::function<void(ZelvoraResult)> deliver)
+      : deliver_(std::make_unique<std::function<void(ZelvoraResult)>>(std::move(deliver))) {}
+  OneOutcome(OneOutcome&&) noexcept = default;
+  OneOutcome& operator=(OneOutcome&&) = delete;
+  ~OneOutcome() {
+    if (deliver_) give(ZelvoraUnsupported{"The background threads have ended"});
+  }
+
+  void give(ZelvoraResult result) {
+    const auto deliver = std::exchange(deliver_, nullptr);
+    (*deliver)(std::move(result));
+  }
+
+ private:
+  std::unique_ptr<std::function<void(ZelvoraResult)>> deliver_;
+};
+
+/// What the façade owns. A call under way holds it, so it may outlive the façade; its scope is
+/// closed then, and its slots are empty.
 class Zelvora::Core {
  public:
-  Core(Platform platform, ZelvoraSettings settings, StoredSpec spec, ZelvoraHooks hooks);
+  using Scope = std::shared_ptr<CallScope>;
+  using Deliver = std::function<void(ZelvoraResult)>;
 
-  /// Routes in the background, then tells `callbacks` on the main executor if they are still there.
-  static asio::awaitable<void> routeAndDeliver(std::shared_ptr<Core> core,
-                                               std::weak_ptr<Callbacks> callbacks,
-                                               std::string text);
-  static void routeInBackground(std::shared_ptr<Core> core, std::weak_ptr<Callbacks> callbacks,
-                                std::string text);
-  /// What `routeAndCallback` delivers: a failure is an outcome, and each outcome is logged.
-  static asio::awaitable<ZelvoraResult> routeReported(std::shared_ptr<Core> core, std::string text);
+  Core(Platform platform, ZelvoraSettings settings, StoredSpec storedSpec, ZelvoraHooks hooks);
+
+  /// Nothing of the application is entered afterwards.
+  void close() noexcept;
+
+  /// Routes in the background and calls `deliver` with the one outcome, on any thread; also when
+  /// the background threads have ended.
+  static void routeInBackground(std::shared_ptr<Core> core, Scope within, std::string text,
+                                Deliver deliver);
+  /// Calls `completion` on the main executor while `within` is open.
+  template <class Value>
+  std::function<void(Value)> onMain(Scope within, std::function<void(Value)> completion) const;
+
+  /// The one outcome of `text`: a failure is an outcome, and each outcome is logged.
+  static asio::awaitable<ZelvoraResult> routeReported(std::shared_ptr<Core> core, Scope within,
+                                                      std::string text);
   static std::shared_ptr<VoicePipeline> makeVoice(const std::shared_ptr<Core>& core,
                                                   std::weak_ptr<Callbacks> callbacks);
 
@@ -33,15 +69,47 @@ class Zelvora::Core {
   ZelvoraSettings settings;
   AccessTokenProvider accessToken;
   AccessTokenProvider freshAccessToken;
-  std::function<void(std::string)> onTranscript;
+  Scope scope;
+  Slot<ZelvoraResult> onResult;
+  Slot<ZelvoraAuditEvent> onAuditEvent;
+  Slot<std::string> onTranscript;
+  Slot<StageReport> onStage;
   std::shared_ptr<const Lazy<PreparedSpec>> spec;
   std::shared_ptr<TextPipeline> text;
+  /// What the voice pipeline calls: the slots, while the façade lives.
+  std::shared_ptr<Callbacks> callbacks;
+
+ private:
+  static asio::awaitable<void> routeAndDeliver(std::shared_ptr<Core> core, Scope within,
+                                               std::string text, OneOutcome outcome);
 };
 
-/// What escapes from a task that nobody waits for can only be told to the log.
+template <class Value>
+std::function<void(Value)> Zelvora::Core::onMain(Scope within,
+                                                 std::function<void(Value)> completion) const {
+  return [executors = platform.executors, within = std::move(within),
+          completion = std::move(completion)](Value value) {
+    asio::post(executors->main(), [within, completion, value = std::move(value)] {
+      within->enter([&] {
+        if (completion) completion(value);
+      });
+    });
+  };
+}
+
+/// Writes a line where a sink that throws must not change what happens.
+inline void writeQuietly(LogSink& log, std::string_view line) {
+  try {
+    log.write(line);
+  } catch (...) {
+    // There is no better place to say so.
+  }
+}
+
+/// What escapes from a task that nobody waits for can only be written to the log.
 inline auto logFailure(std::shared_ptr<LogSink> log) {
   return [log = std::move(log)](const std::exception_ptr& failure) {
-    log->write("[Zelvora] background work failed: " + describeFailure(failure));
+    writeQuietly(*log, "[Zelvora] background work failed: " + describeFailure(failure));
   };
 }
 

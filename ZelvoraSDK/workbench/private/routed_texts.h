@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <ZelvoraSDK/facade/candidate_choice.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/workbench/private/linted_spec.h>
 
