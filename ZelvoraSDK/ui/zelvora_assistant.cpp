@@ -7,8 +7,8 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/settings.h>
-#include <ZelvoraSDK/spec/spec_loader.h>
 #include <ZelvoraSDK/spec/spec_resolution.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 #include <ZelvoraSDK/speech/metered_engines.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 
@@ -98,7 +98,7 @@ std::shared_ptr<Zelvora> ZelvoraAssistant::makeFacade(const PlatformProvider& pr
     engines = std::make_shared<MeteredAudioEngineFactory>(
         engines, levelListener(platform.executors->main()));
   }
-  AnyEncodable spec = requireSpecResource(spec_.toStdString(), *platform.bundle);
+  StoredSpec spec = requireSpecResource(spec_.toStdString(), *platform.bundle);
   ZelvoraSettings settings = settingsFromPropertyList(*platform.bundle);
   if (!locale_.isEmpty()) settings.locale = locale_.toStdString();
   if (const auto resolved = resolveSpec(spec); resolved && resolved->runtimeSpec) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include <ZelvoraSDK/facade/candidate_choice.h>
 #include <ZelvoraSDK/facade/local_stage.h>
 
 namespace zelvora::tool {
