@@ -5,7 +5,7 @@
 cmake_minimum_required(VERSION 3.25)
 
 file(GLOB_RECURSE pages RELATIVE ${ROOT} ${ROOT}/docs/*.md ${ROOT}/ZelvoraSDK/*.md)
-foreach(page IN ITEMS README.md CONTRIBUTING.md CHANGELOG.md LISTS pages)
+foreach(page IN ITEMS README.md CONTRIBUTING.md CHANGELOG.md SECURITY.md LISTS pages)
   file(READ ${ROOT}/${page} text)
   # Brackets would hold list elements together.
   string(REPLACE "](" "\nlink:" text "${text}")
