@@ -15,7 +15,7 @@ using namespace zelvora;
 bool isNumber(std::string_view text) {
   double value = 0;
   const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
-  return read.ec == std::errc() && read.ptr == text.data() + text.size() && value <= 0.31 &&
+  return read.ec == std::errc() && read.ptr == text.data() + text.size() && value <= 99 &&
          value >= -99;
 }
 
@@ -23,7 +23,8 @@ bool isNumber(std::string_view text) {
 void requireGram(std::string_view line, std::size_t order) {
   const std::vector<std::string_view> fields = splitWords(line, '\t');
   fuzz::require(fields.size() == 2 || (fields.size() == 3 && order < 3));
-  fuzz::require(isNumber(fields[0]) && splitWords(fields[1]).size() == order);
+  fuzz::require(isNumber(fields[0]) && (fields[0].starts_with('-') || fields[0] == "0.00000"));
+  fuzz::require(splitWords(fields[1]).size() == order);
   fuzz::require(fields.size() < 3 || isNumber(fields[2]));
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {
 namespace {
@@ -93,6 +94,7 @@ bool isLoopbackAddress(std::string_view host) {
 }  // namespace
 
 Url parseUrl(std::string_view text) {
+  if (!isValidUtf8(text)) refuse("A URL must be UTF-8");
   if (std::ranges::any_of(text, isForbidden)) refuse("A URL must not hold white space");
   const std::size_t colon = text.find("://");
   if (colon == text.npos) refuse("The URL is not absolute");

@@ -54,6 +54,11 @@ TEST(Url, IsHttpsOrStaysOnThisMachine) {
       {"https://host:65536", kUrlMalformed},
       {"https://host:80:80", kUrlMalformed},
       {"https://exa mple.com", kUrlMalformed},
+      {"https://b\xC3\xBC"
+       "cher.example",
+       0},
+      {"https://b\xB5.example", kUrlMalformed},
+      {"https://api.example.com/\xFF", kUrlMalformed},
       {"ftp://example.com", kUrlMalformed},
       {"file:///etc/passwd", kUrlMalformed},
       {"api.example.com", kUrlMalformed},

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <string>
 
 #include <ZelvoraSDK/adapters/sndfile/private/sound_file.h>
@@ -72,7 +73,8 @@ std::size_t SoundReader::read(std::vector<float>& samples) {
   const sf_count_t got = sf_read_float(file_.get(), samples.data(), size);
   if (sf_error(file_.get()) != SF_ERR_NO_ERROR) throw failure(file_.get(), "can't read on");
   std::fill(samples.begin() + got, samples.end(), 0.0F);
-  for (float& sample : samples) sample = std::clamp(sample, -1.0F, 1.0F);
+  // A file of floats may hold anything, NaN too.
+  for (float& sample : samples) sample = std::isnan(sample) ? 0 : std::clamp(sample, -1.0F, 1.0F);
   return static_cast<std::size_t>(got);
 }
 

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
+#include <vector>
 
 #include <ZelvoraSDK/adapters/audio/private/resampler.h>
 #include <ZelvoraSDK/base/error.h>
@@ -27,6 +29,11 @@ TEST(Resampler, TakesRatesUpToItsLimits) {
     }
     EXPECT_EQ(fits, row.fits) << row.rate;
   }
+}
+
+TEST(Resampler, TakesASampleThatIsNoNumberForSilence) {
+  const std::vector<float> odd{std::numeric_limits<float>::quiet_NaN(), 9e9F, -9e9F};
+  EXPECT_EQ(Resampler(kModelRate).take(odd), (std::vector<std::int16_t>{0, 32767, -32767}));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,20 @@ TEST(SoundReader, TakesSoundUpToItsLimits) {
                                row.frames)),
               row.fits)
         << row.rate << " Hz, " << row.channels << " channels, " << row.frames << " frames";
+}
+
+TEST(SoundReader, ReadsNoSampleThatIsNoNumber) {
+  const TemporaryFolder folder;
+  const auto path = folder.path() / "sound.wav";
+  SF_INFO info{.samplerate = 16000, .channels = 1, .format = SF_FORMAT_WAV | SF_FORMAT_FLOAT};
+  SNDFILE* const file = sf_open(path.c_str(), SFM_WRITE, &info);
+  const std::vector<float> odd{std::numeric_limits<float>::quiet_NaN(),
+                               std::numeric_limits<float>::infinity(), -9e9F, 0.5F};
+  sf_write_float(file, odd.data(), 4);
+  sf_close(file);
+  std::vector<float> samples(4);
+  EXPECT_EQ(SoundReader(path).read(samples), 4U);
+  EXPECT_EQ(samples, (std::vector<float>{0, 1, -1, 0.5F}));
 }
 
 }  // namespace

@@ -28,9 +28,11 @@ std::vector<float> interleaved(const PcmBuffer& buffer) {
 std::vector<std::int16_t> asWords(std::span<const float> samples) {
   std::vector<std::int16_t> words;
   words.reserve(samples.size());
-  for (const float sample : samples)
-    words.push_back(
-        static_cast<std::int16_t>(std::lrintf(std::clamp(sample, -1.0F, 1.0F) * kFullScale)));
+  for (const float sample : samples) {
+    // A device may deliver anything, NaN too, which no integer stands for.
+    const float heard = std::isnan(sample) ? 0 : std::clamp(sample, -1.0F, 1.0F);
+    words.push_back(static_cast<std::int16_t>(std::lrintf(heard * kFullScale)));
+  }
   return words;
 }
 
