@@ -2,8 +2,8 @@
 
 #include <concepts>
 #include <cstddef>
-#include <optional>
 #include <locale>
+#include <optional>
 #include <ostream>
 #include <ranges>
 #include <sstream>
