@@ -101,8 +101,8 @@ std::shared_ptr<Zelvora> ZelvoraAssistant::makeFacade(const PlatformProvider& pr
   StoredSpec spec = requireSpecResource(spec_.toStdString(), *platform.bundle);
   ZelvoraSettings settings = settingsFromPropertyList(*platform.bundle);
   if (!locale_.isEmpty()) settings.locale = locale_.toStdString();
-  if (const auto resolved = resolveSpec(spec); resolved && resolved->runtimeSpec) {
-    examples_ = commandExamples(*resolved->runtimeSpec, settings.locale);
+  if (const ResolvedSpec resolved = spec.resolve(); resolved.runtimeSpec) {
+    examples_ = commandExamples(*resolved.runtimeSpec, settings.locale);
     Q_EMIT examplesChanged();
   }
   ZelvoraHooks hooks;

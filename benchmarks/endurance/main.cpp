@@ -5,6 +5,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/post.hpp>
@@ -18,6 +19,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,7 +31,7 @@
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
-#include <ZelvoraSDK/async/worker_pool.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
