@@ -105,7 +105,9 @@ http::response<http::string_body> responseFrom(Reply reply) {
 
 }  // namespace
 
-struct HttpServer::State : std::enable_shared_from_this<HttpServer::State> {
+/// Coroutines keep a plain pointer to it: what has not ended when it is destroyed dies unresumed,
+/// with `io`.
+struct HttpServer::State {
   State(BackendOptions forOptions, std::uint16_t port, std::function<void(std::string)> forLog,
         const ServerLimits& forLimits)
       : options(std::move(forOptions)), log(std::move(forLog)), limits(forLimits) {
@@ -116,8 +118,8 @@ struct HttpServer::State : std::enable_shared_from_this<HttpServer::State> {
     acceptor.listen();
   }
 
-  static asio::awaitable<void> acceptAll(std::shared_ptr<State> self);
-  static asio::awaitable<void> serve(std::shared_ptr<State> self, tcp::socket socket);
+  static asio::awaitable<void> acceptAll(State* self);
+  static asio::awaitable<void> serve(State* self, tcp::socket socket);
 
   const BackendOptions options;
   const std::function<void(std::string)> log;
@@ -125,13 +127,13 @@ struct HttpServer::State : std::enable_shared_from_this<HttpServer::State> {
   asio::io_context io{1};
   asio::thread_pool workers{kWorkers};
   tcp::acceptor acceptor{io};
-  asio::signal_set stopping{io};
-  std::size_t open = 0;  ///< Connections.
+  asio::signal_set stopping{io, SIGINT, SIGTERM};  ///< From the start, so that none is missed.
+  std::size_t open = 0;                            ///< Connections.
 };
 
 namespace {
 
-asio::awaitable<Reply> compute(std::shared_ptr<const BackendOptions> options, Request request) {
+asio::awaitable<Reply> compute(const BackendOptions* options, Request request) {
   try {
     co_return reply(*options, request);
   } catch (const std::exception& error) {
@@ -140,12 +142,12 @@ asio::awaitable<Reply> compute(std::shared_ptr<const BackendOptions> options, Re
 }
 
 /// One connection: reads a request, answers it, closes.
-class Connection : public std::enable_shared_from_this<Connection> {
+class Connection {
  public:
-  Connection(tcp::socket socket, std::shared_ptr<const BackendOptions> options,
-             asio::any_io_executor workers, const ServerLimits& limits)
+  Connection(tcp::socket socket, const BackendOptions* options, asio::any_io_executor workers,
+             const ServerLimits& limits)
       : stream_(std::move(socket)),
-        options_(std::move(options)),
+        options_(options),
         workers_(std::move(workers)),
         limits_(limits) {
     parser_.body_limit(limits.bodyBytes);
@@ -227,7 +229,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   beast::tcp_stream stream_;
   beast::flat_buffer buffer_{kBufferBytes};
   Parser parser_;
-  std::shared_ptr<const BackendOptions> options_;
+  const BackendOptions* options_;
   asio::any_io_executor workers_;
   ServerLimits limits_;
   bool isWhole_ = false;
@@ -235,9 +237,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
 }  // namespace
 
-asio::awaitable<void> HttpServer::State::serve(std::shared_ptr<State> self, tcp::socket socket) {
-  const std::shared_ptr<const BackendOptions> options(self, &self->options);
-  const auto connection = std::make_shared<Connection>(std::move(socket), options,
+asio::awaitable<void> HttpServer::State::serve(State* self, tcp::socket socket) {
+  const auto connection = std::make_shared<Connection>(std::move(socket), &self->options,
                                                        self->workers.get_executor(), self->limits);
   const bool isOneTooMany = ++self->open > self->limits.connections;
   const std::string line = co_await Connection::run(connection, isOneTooMany);
@@ -245,7 +246,7 @@ asio::awaitable<void> HttpServer::State::serve(std::shared_ptr<State> self, tcp:
   if (!line.empty()) self->log(line);
 }
 
-asio::awaitable<void> HttpServer::State::acceptAll(std::shared_ptr<State> self) {
+asio::awaitable<void> HttpServer::State::acceptAll(State* self) {
   for (;;) {
     error_code error;
     tcp::socket socket =
@@ -263,7 +264,7 @@ asio::awaitable<void> HttpServer::State::acceptAll(std::shared_ptr<State> self) 
 HttpServer::HttpServer(BackendOptions options, std::uint16_t port,
                        std::function<void(std::string)> log, const ServerLimits& limits) {
   try {
-    state_ = std::make_shared<State>(std::move(options), port, std::move(log), limits);
+    state_ = std::make_unique<State>(std::move(options), port, std::move(log), limits);
   } catch (const boost::system::system_error&) {
     throw std::runtime_error("the port can't be had; --port 0 takes a free one");
   }
@@ -281,12 +282,10 @@ std::uint16_t HttpServer::port() const { return state_->acceptor.local_endpoint(
 
 void HttpServer::run() {
   std::signal(SIGPIPE, SIG_IGN);  // a client that is gone is no reason to end
-  state_->stopping.add(SIGINT);
-  state_->stopping.add(SIGTERM);
   state_->stopping.async_wait([io = &state_->io](const error_code& error, int) {
     if (!error) io->stop();
   });
-  asio::co_spawn(state_->io, State::acceptAll(state_), asio::detached);
+  asio::co_spawn(state_->io, State::acceptAll(state_.get()), asio::detached);
   state_->io.run();
 }
 

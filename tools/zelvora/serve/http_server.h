@@ -44,7 +44,7 @@ class HttpServer {
 
  private:
   struct State;
-  std::shared_ptr<State> state_;
+  std::unique_ptr<State> state_;
 };
 
 /// The content of the part `name` of a form, "multipart/form-data" as `contentType` says; a view of
