@@ -7,7 +7,6 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/settings.h>
-#include <ZelvoraSDK/spec/spec_resolution.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
 #include <ZelvoraSDK/speech/metered_engines.h>
 #include <ZelvoraSDK/ui/platform_provider.h>

@@ -351,7 +351,7 @@ bool run(const Options& options) {
   }
   const Domain shop(ZELVORA_SOURCE_DIR "/examples/shop/shop.json");
   Ear ear(shop, options);
-  std::vector<ClipSet> sets = commandClips(*resolveSpec(shop.spec()).value().runtimeSpec);
+  std::vector<ClipSet> sets = commandClips(*shop.spec().resolve().runtimeSpec);
   for (auto more : {paraphraseClips(shop.vocabulary()), strangeClips()})
     sets.insert(sets.end(), more.begin(), more.end());
   sets.push_back(wordlessClips());

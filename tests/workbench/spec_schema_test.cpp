@@ -6,6 +6,7 @@
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
+#include <ZelvoraSDK/workbench/json_places.h>
 #include <ZelvoraSDK/workbench/spec_edits.h>
 
 #include <gtest/gtest.h>
