@@ -57,6 +57,12 @@ constexpr bool isSupportedSound(double sampleRate, std::uint32_t channels) {
          channels <= kMaxSoundChannels;
 }
 
+// Speech recognition.
+
+/// Words of all phrases that a recogniser expects; a large application has a few thousand. Further
+/// phrases are understood as any other English.
+inline constexpr std::size_t kMaxVocabularyWords = 30'000;
+
 // Speech output: the speech daemon.
 
 /// Bytes of one line of a reply; real ones have fewer than a hundred.

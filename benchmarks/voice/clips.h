@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,24 +12,30 @@ namespace zelvora::bench {
 /// One channel at 16 kHz, and what is said in it.
 struct Clip {
   std::vector<std::string> words;
-  std::string screenId;  ///< That the words should open; empty when they should open none.
+  std::string taskId;  ///< That the words should open; empty when they should open none.
   std::vector<std::int16_t> samples;
+};
+
+/// Clips of one kind, for one spec.
+struct ClipSet {
+  std::string name;
+  std::vector<Clip> clips;
 };
 
 inline constexpr const char* kLocale = "en-US";
 
-/// The first English example of each of the spec's first thirty tasks, by three voices; each should
-/// open what `screenOf` its text opens.
-std::vector<Clip> commandClips(const RuntimeSpec& spec,
-                               const std::function<std::string(const std::string&)>& screenOf);
+/// The first English example of each of the spec's first thirty tasks, which it should open.
+[[nodiscard]] std::vector<ClipSet> commandClips(const RuntimeSpec& spec);
 /// The first thirty English commands of the table of utterances that are no phrase of the
-/// vocabulary, by three voices.
-std::vector<Clip> paraphraseClips(const std::vector<std::string>& vocabulary);
-/// Twenty sentences that are no commands of a shop, by three voices.
-std::vector<Clip> strangeClips();
-/// Silence, noise of several strengths, a tone and clicks.
-std::vector<Clip> wordlessClips();
-/// People reading, recorded; none where the recordings are not installed.
-std::vector<Clip> humanClips();
+/// vocabulary.
+[[nodiscard]] std::vector<ClipSet> paraphraseClips(const std::vector<std::string>& vocabulary);
+/// Sentences that are no commands of a shop: twenty that the settings were chosen on in every
+/// voice, and forty that they were not, in one voice each.
+[[nodiscard]] std::vector<ClipSet> strangeClips();
+/// Silence, noise of several colours and strengths, tones, hum, clicks and knocks.
+[[nodiscard]] ClipSet wordlessClips();
+/// Recordings of people. Each line of `table` has a file beside it, the task, the locale and what
+/// is said, with tabs between them; lines that begin with "#" are skipped.
+[[nodiscard]] ClipSet peopleClips(const std::filesystem::path& table);
 
 }  // namespace zelvora::bench

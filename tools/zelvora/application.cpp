@@ -1,4 +1,5 @@
 #include "application.h"
+#include "explanation.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -18,6 +19,7 @@
 #include <ZelvoraSDK/base/json_parse.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/platform/url.h>
 #include <ZelvoraSDK/routing/learning_store.h>
@@ -162,6 +164,13 @@ std::string onOneLine(std::string_view line) {
   const std::size_t columns = columnsOfErrors();
   if (characterCount(shown) + kSpare <= columns) return shown;
   return std::string(firstCharacters(shown, columns > kSpare ? columns - kSpare : 1)) + "…";
+}
+
+/// The screen or presentation; empty when the outcome opens none.
+std::string openedBy(const ZelvoraResult& result) {
+  if (const auto* execute = std::get_if<ZelvoraExecute>(&result)) return execute->screenId;
+  const auto* present = std::get_if<ZelvoraPresent>(&result);
+  return present ? present->presentationId : "";
 }
 
 }  // namespace
@@ -343,10 +352,18 @@ Application::Application(const CommonOptions& options)
   platform_.urlSession = network_;
 }
 
-void Application::enableSpeech(const std::optional<std::filesystem::path>& soundFile) {
-  platform_.speech = hostSpeech(
-      {.vocabulary = recognitionVocabulary(spec_, settings_.locale), .soundFile = soundFile},
-      *platform_.executors);
+void Application::enableSpeech(const Hearing& hearing) {
+  const auto spec = std::make_shared<const PreparedSpec>(spec_);
+  platform_.speech =
+      hostSpeech({.vocabulary = recognitionVocabulary(spec_, settings_.locale),
+                  .model = hearing.model,
+                  .modelAlone = hearing.modelAlone,
+                  .openedBy =
+                      [spec, locale = settings_.locale](const std::string& text) {
+                        return openedBy(explain(text, *spec, locale, Timestamp{}).result);
+                      },
+                  .soundFile = hearing.soundFile},
+                 *platform_.executors);
 }
 
 Zelvora& Application::facade() {

@@ -106,9 +106,16 @@ class Application {
 
   [[nodiscard]] MainLoop& loop() { return loop_; }
 
-  /// Lets it hear, a sound file instead of the microphone if one is given, and speak. Before the
-  /// first call to the façade. Throws Error when the file can't be read.
-  void enableSpeech(const std::optional<std::filesystem::path>& soundFile);
+  /// What it hears with.
+  struct Hearing {
+    std::optional<std::filesystem::path> soundFile;  ///< Instead of the microphone.
+    std::optional<std::filesystem::path> model;      ///< Of a recogniser beside the own one.
+    bool modelAlone = false;
+  };
+
+  /// Lets it hear and speak. Before the first call to the façade. Throws Error when a file can't be
+  /// read.
+  void enableSpeech(const Hearing& hearing);
   [[nodiscard]] SpeechPlatform& speech() { return *platform_.speech; }
 
   /// The one façade. What the application is given after the first call does not count.

@@ -14,7 +14,8 @@ namespace {
 
 /// What one recogniser must believe for its result to win alone: the default minimum of the façade.
 constexpr double kEnough = 0.65;
-/// On the scale of log odds: what agreement adds to both, and what disagreement takes.
+/// On the scale of log odds: what agreement adds to the weaker one before it supports the stronger
+/// one, and what disagreement takes.
 constexpr double kAgreement = 0.7;
 constexpr double kDisagreement = 0.5;
 
@@ -168,12 +169,11 @@ SpeechResult combined(Opinion first, Opinion second) {
   const bool isFirstBetter = firstChance >= secondChance;
   SpeechResult& better = isFirstBetter ? first.result : second.result;
   if (first.opens.empty() && second.opens.empty()) return std::move(better);
+  const auto [less, more] = std::minmax({logOdds(firstChance), logOdds(secondChance)});
   if (first.opens == second.opens)
-    return withLogOdds(std::move(better),
-                       logOdds(firstChance) + logOdds(secondChance) + kAgreement);
+    return withLogOdds(std::move(better), more + std::max(0.0, less + kAgreement));
   if (!first.opens.empty() && !second.opens.empty())
-    return withLogOdds(std::move(better),
-                       logOdds(std::max(firstChance, secondChance)) - kDisagreement);
+    return withLogOdds(std::move(better), more - kDisagreement);
   SpeechResult& opening = second.opens.empty() ? first.result : second.result;
   const double chance = second.opens.empty() ? firstChance : secondChance;
   return std::move(chance >= kEnough ? opening : better);

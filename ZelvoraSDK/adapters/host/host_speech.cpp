@@ -1,11 +1,18 @@
 #include <ZelvoraSDK/adapters/host/host_speech.h>
 
+#include <utility>
+
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 #include <ZelvoraSDK/adapters/pulse/pulse_engine.h>
 #include <ZelvoraSDK/adapters/pulse/pulse_session.h>
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
+#include <ZelvoraSDK/base/error.h>
+#ifdef ZELVORA_HAS_SHERPA
+#include <ZelvoraSDK/adapters/audio/combined_recognizer.h>
+#include <ZelvoraSDK/adapters/sherpa/sherpa_recognizer.h>
+#endif
 
 namespace zelvora {
 namespace {
@@ -17,12 +24,36 @@ std::shared_ptr<AudioEngineFactory> microphone(const HostSpeechOptions& options,
                                           std::make_shared<RealTimePace>(executors.background()));
 }
 
+std::shared_ptr<SpeechRecognizerFactory> withModel(const HostSpeechOptions& options) {
+#ifdef ZELVORA_HAS_SHERPA
+  auto model = std::make_shared<SherpaRecognizerFactory>(SherpaModel{.folder = *options.model},
+                                                         options.vocabulary);
+  model->preload();
+  if (options.modelAlone) return model;
+  return std::make_shared<CombinedRecognizerFactory>(
+      std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary), std::move(model),
+      options.openedBy);
+#else
+  throw Error("ZelvoraHost", 2,
+              options.model->string() + ": this build has no recogniser that takes a model");
+#endif
+}
+
 std::shared_ptr<SpeechRecognizerFactory> recognizers(const HostSpeechOptions& options) {
   if (options.recognizers) return options.recognizers;
+  if (options.model) return withModel(options);
   return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary);
 }
 
 }  // namespace
+
+std::vector<std::string> hostRecognizers() {
+#ifdef ZELVORA_HAS_SHERPA
+  return {"pocketsphinx", "sherpa"};
+#else
+  return {"pocketsphinx"};
+#endif
+}
 
 SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors) {
   return {.audioSession = std::make_shared<PulseSession>(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,14 +27,24 @@ struct HostSpeechOptions {
   std::shared_ptr<SpeechRecognizerFactory> recognizers;
   /// Phrases for this system's own recogniser to expect; see `recognitionVocabulary`.
   std::vector<std::string> vocabulary;
+  /// A folder with a streaming transducer for English, heard with beside this system's own
+  /// recogniser or, where `modelAlone` says so, in its place. Needs a build with sherpa-onnx.
+  std::optional<std::filesystem::path> model;
+  bool modelAlone = false;
+  /// What a transcript opens, nothing when it opens nothing: decides between two recognisers.
+  /// Called on their threads. Without it they are compared by their words.
+  std::function<std::string(const std::string& text)> openedBy;
   /// Asked before the first capture.
   std::shared_ptr<Permissions> permissions = std::make_shared<GrantedPermissions>();
   /// A sound file that is heard in real time instead of the microphone.
   std::optional<std::filesystem::path> soundFile;
 };
 
+/// The names of the recognisers that this build has, the default one first.
+[[nodiscard]] std::vector<std::string> hostRecognizers();
+
 /// This system's microphone, recordings, recogniser and voice. Throws Error when the sound file
-/// can't be read, or when speech was not built.
+/// can't be read, when speech was not built, or when a model is given that nothing can load.
 SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors);
 
 }  // namespace zelvora

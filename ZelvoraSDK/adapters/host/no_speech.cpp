@@ -5,6 +5,8 @@
 
 namespace zelvora {
 
+std::vector<std::string> hostRecognizers() { return {}; }
+
 SpeechPlatform hostSpeech(const HostSpeechOptions& /*options*/, Executors& /*executors*/) {
   throw Error("ZelvoraHost", 1, "this build neither hears nor speaks");
 }

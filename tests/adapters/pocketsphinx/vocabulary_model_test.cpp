@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ctime>
 #include <sstream>
 
 #include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 #include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora::sphinx {
 namespace {
@@ -25,6 +27,14 @@ TEST(Vocabulary, SpellsPhrasesAsADictionaryDoes) {
               {"הביתה", {}},
               {" ...' ", {}}};
   for (const auto& row : rows) EXPECT_EQ(spokenSentences({row.phrase}), row.expected) << row.phrase;
+}
+
+TEST(Vocabulary, EndsAtItsLimitOfWords) {
+  const std::vector<std::string> full(kMaxVocabularyWords / 2, "open cart");
+  EXPECT_EQ(spokenSentences(full).size(), full.size());
+  std::vector<std::string> more = full;
+  more.emplace_back("one");
+  EXPECT_EQ(spokenSentences(more).size(), full.size());
 }
 
 /// The probability and the back-off weight that the model states for a gram.
@@ -68,6 +78,19 @@ TEST(ArpaModel, MakesAllProbabilitiesAfterAWordAddUpToOne) {
   double sum = stated(model, "open cart").probability + stated(model, "open orders").probability;
   for (const char* word : {"open", "</s>"}) sum += backOff * stated(model, word).probability;
   EXPECT_NEAR(sum, 1, 1e-3);
+}
+
+double secondsFor(std::size_t words) {
+  std::vector<Sentence> sentences;
+  for (std::size_t i = 0; i < words; ++i) sentences.push_back({"w" + std::to_string(i)});
+  const std::clock_t start = std::clock();
+  EXPECT_FALSE(arpaTrigram(sentences).empty());
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+TEST(ArpaModel, TakesTimeInProportionToItsWords) {
+  // Eight times the words took 60 times as long when each one was summed up again.
+  EXPECT_LT(secondsFor(16'000), 8 * 3 * (secondsFor(2'000) + 0.005));
 }
 
 TEST(Pronunciation, ReadsAnyWordInThePhonesOfTheModel) {

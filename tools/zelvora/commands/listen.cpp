@@ -12,6 +12,7 @@
 #include <string>
 #include <utility>
 
+#include <ZelvoraSDK/adapters/host/host_speech.h>
 #include <ZelvoraSDK/outcome/audit_event.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/speech/metered_engines.h>
@@ -29,6 +30,8 @@ struct ListenOptions {
   CommonOptions common;
   std::optional<fs::path> audio;
   std::optional<fs::path> saveAudio;
+  std::optional<fs::path> model;
+  std::optional<std::string> recogniser;
 };
 
 /// What came of one spoken command.
@@ -267,7 +270,9 @@ void save(const std::optional<AudioData>& recording, const fs::path& path) {
 int runListen(const ListenOptions& options, Output& out) {
   Application application(options.common);
   checkFiles(options, application.specFile());
-  application.enableSpeech(options.audio);
+  application.enableSpeech({.soundFile = options.audio,
+                            .model = options.model,
+                            .modelAlone = options.recogniser == "model"});
   Heard heard;
   {
     LiveLine live;
@@ -278,6 +283,12 @@ int runListen(const ListenOptions& options, Output& out) {
   print(heard, options.common.json, out);
   if (options.saveAudio) save(heard.recording, *options.saveAudio);
   return kAnswered;
+}
+
+std::string namesOf(const std::vector<std::string>& names) {
+  std::string all;
+  for (const std::string& name : names) all += (all.empty() ? "" : ", ") + name;
+  return all.empty() ? "none" : all;
 }
 
 }  // namespace
@@ -307,6 +318,19 @@ Command listenCommand() {
        .otherwise = "nowhere",
        .take = into(options->saveAudio),
        .completes = Completes::files},
+      {.name = "--model",
+       .value = "DIR",
+       .meaning =
+           "a folder with a streaming transducer for sherpa-onnx, to hear with. This build has "
+           "these recognisers: " +
+           namesOf(hostRecognizers()),
+       .otherwise = "none",
+       .take = into(options->model),
+       .completes = Completes::files},
+      choiceOption("--recogniser", "KIND", {"both", "model"},
+                   "with --model, what hears: `both` the system's recogniser and the model, or the "
+                   "`model` alone",
+                   "`both`", into(options->recogniser)),
       choiceOption("--stt-mode", "MODE", {"localOnly", "hybrid", "cloudOnly", "disabled"},
                    "who recognises speech: `localOnly`, `hybrid`, `cloudOnly` or `disabled`",
                    "the bundle's, else `localOnly`", into(options->common.sttMode))};

@@ -68,4 +68,9 @@ SpeechResult TranscriptJudge::judge(std::span<const SpeechSegment> decoded,
   return result;
 }
 
+Evidence TranscriptJudge::evidence(std::span<const SpeechSegment> decoded,
+                                   const Pronounce& pronounce) const {
+  return evidenceOf(decoded, vocabulary_.match(decoded, pronounce).closeness);
+}
+
 }  // namespace zelvora::audio

@@ -17,7 +17,7 @@ using Evidence = std::array<double, 6>;
 using Weights = std::array<double, 6>;
 
 /// For PocketSphinx's posteriors.
-inline constexpr Weights kSphinxWeights{-0.51, 0.02, 2.19, -0.13, -1.43, 0.93};
+inline constexpr Weights kSphinxWeights{-0.24, -0.02, 2.12, -0.10, -1.36, 0.75};
 /// For the token probabilities of a transducer.
 inline constexpr Weights kTransducerWeights{-3.06, 0.67, 3.47, 1.09, -1.37, 0.97};
 
@@ -39,6 +39,10 @@ class TranscriptJudge {
 
   [[nodiscard]] SpeechResult judge(std::span<const SpeechSegment> decoded,
                                    const Pronounce& pronounce) const;
+
+  /// What the confidence of that result is estimated from.
+  [[nodiscard]] Evidence evidence(std::span<const SpeechSegment> decoded,
+                                  const Pronounce& pronounce) const;
 
  private:
   SoundVocabulary vocabulary_;

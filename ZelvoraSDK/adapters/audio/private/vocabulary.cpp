@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/base/text.h>
 
 namespace zelvora::audio {
@@ -35,8 +36,13 @@ Sentence wordsOf(const std::string& phrase) {
 
 std::vector<Sentence> spokenSentences(const std::vector<std::string>& phrases) {
   std::vector<Sentence> sentences;
-  for (const std::string& phrase : phrases)
-    if (Sentence words = wordsOf(phrase); !words.empty()) sentences.push_back(std::move(words));
+  std::size_t count = 0;
+  for (const std::string& phrase : phrases) {
+    Sentence words = wordsOf(phrase);
+    count += words.size();
+    if (count > kMaxVocabularyWords) break;
+    if (!words.empty()) sentences.push_back(std::move(words));
+  }
   return sentences;
 }
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 #include <map>
-#include <numeric>
 
 #include <ZelvoraSDK/base/fixed_decimal.h>
 
@@ -19,7 +18,10 @@ constexpr std::size_t kOrder = 3;
 
 using Gram = std::vector<std::string>;
 /// What followed a history, and how often.
-using Followers = std::map<std::string, double>;
+struct Followers {
+  std::map<std::string, double> counts;
+  double total = 0;  ///< Kept, so that a vocabulary of any size takes time in proportion.
+};
 /// By history, which has one word less than the order.
 using Counts = std::array<std::map<Gram, Followers>, kOrder>;
 
@@ -30,16 +32,14 @@ Counts countOf(const std::vector<Sentence>& sentences) {
     words.insert(words.end(), sentence.begin(), sentence.end());
     words.emplace_back("</s>");
     for (std::ptrdiff_t end = 1; end < std::ssize(words); ++end)
-      for (std::ptrdiff_t past = 0; past < std::ptrdiff_t{kOrder} && past <= end; ++past)
-        ++counts[static_cast<std::size_t>(past)][Gram(
-            words.begin() + end - past, words.begin() + end)][words[static_cast<std::size_t>(end)]];
+      for (std::ptrdiff_t past = 0; past < std::ptrdiff_t{kOrder} && past <= end; ++past) {
+        Followers& followers = counts[static_cast<std::size_t>(past)]
+                                     [Gram(words.begin() + end - past, words.begin() + end)];
+        ++followers.counts[words[static_cast<std::size_t>(end)]];
+        ++followers.total;
+      }
   }
   return counts;
-}
-
-double total(const Followers& followers) {
-  return std::accumulate(followers.begin(), followers.end(), 0.0,
-                         [](double sum, const auto& follower) { return sum + follower.second; });
 }
 
 class Model {
@@ -51,7 +51,7 @@ class Model {
     std::array<std::size_t, kOrder> sizes{};
     for (std::size_t past = 0; past < kOrder; ++past)
       for (const auto& [history, followers] : counts_[past])
-        for (const auto& [word, count] : followers) {
+        for (const auto& [word, count] : followers.counts) {
           grams[past] += line(history, word, std::log10(probability(history, word)));
           ++sizes[past];
         }
@@ -65,7 +65,7 @@ class Model {
   [[nodiscard]] double probability(const Gram& history, const std::string& word) const {
     const Followers& followers = counts_[history.size()].at(history);
     const double given = history.empty() ? 0 : kDiscount;
-    return (followers.at(word) - given) / total(followers);
+    return (followers.counts.at(word) - given) / followers.total;
   }
 
   /// The factor on the probabilities after the shorter history, for words that never followed
@@ -76,8 +76,8 @@ class Model {
     const Followers& followers = found->second;
     const Gram shorter(history.begin() + 1, history.end());
     double left = 1;
-    for (const auto& [word, count] : followers) left -= probability(shorter, word);
-    const double given = kDiscount * static_cast<double>(followers.size()) / total(followers);
+    for (const auto& [word, count] : followers.counts) left -= probability(shorter, word);
+    const double given = kDiscount * static_cast<double>(followers.counts.size()) / followers.total;
     return left > 1e-9 ? given / left : 1;
   }
 

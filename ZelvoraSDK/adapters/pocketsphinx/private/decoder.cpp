@@ -238,6 +238,10 @@ SpeechResult Decoder::judged(const std::vector<SpeechSegment>& decoded) const {
   return judge_.judge(decoded, [this](const std::string& word) { return phonesOf(word); });
 }
 
+audio::Evidence Decoder::evidence(const std::vector<SpeechSegment>& decoded) const {
+  return judge_.evidence(decoded, [this](const std::string& word) { return phonesOf(word); });
+}
+
 std::string Decoder::phonesOf(const std::string& word) const {
   char* const known = ps_lookup_word(decoder_.get(), word.c_str());
   std::string phones = known ? known : "";

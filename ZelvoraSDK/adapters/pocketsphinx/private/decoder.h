@@ -29,6 +29,8 @@ class Decoder final : public audio::StreamDecoder {
   std::vector<SpeechSegment> decoded();
   /// What the application is given for them.
   [[nodiscard]] SpeechResult judged(const std::vector<SpeechSegment>& decoded) const;
+  /// What the confidence of that is estimated from.
+  [[nodiscard]] audio::Evidence evidence(const std::vector<SpeechSegment>& decoded) const;
 
  private:
   struct Free {

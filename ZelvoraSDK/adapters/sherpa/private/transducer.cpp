@@ -163,6 +163,10 @@ SpeechResult Transducer::judged(const std::vector<SpeechSegment>& decoded) const
   return judge_.judge(decoded, &pronounced);
 }
 
+audio::Evidence Transducer::evidence(const std::vector<SpeechSegment>& decoded) const {
+  return judge_.evidence(decoded, &pronounced);
+}
+
 SpeechResult Transducer::end() { return judged(decoded()); }
 
 bool decodesSilence(const ModelFiles& files) {

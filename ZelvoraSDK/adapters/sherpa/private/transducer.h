@@ -37,6 +37,8 @@ class Transducer final : public audio::StreamDecoder {
   std::vector<SpeechSegment> decoded();
   /// What the application is given for them.
   [[nodiscard]] SpeechResult judged(const std::vector<SpeechSegment>& decoded) const;
+  /// What the confidence of that is estimated from.
+  [[nodiscard]] audio::Evidence evidence(const std::vector<SpeechSegment>& decoded) const;
 
  private:
   struct Free {
