@@ -265,6 +265,7 @@ std::string helpOf(const std::vector<Command>& commands) {
 
 std::string helpOf(const Command& command) {
   std::string text = "usage: " + usageLine(command) + "\n" + paragraphs(command.about);
+  if (!command.ofThisBuild.empty()) text += paragraphs(command.ofThisBuild);
   text += "\noptions:\n";
   for (const Option& option : command.options)
     text += entry(option.name + (option.value.empty() ? "" : " " + option.value),

@@ -68,6 +68,7 @@ struct Command {
   std::string name;
   std::string summary;  ///< One line for the list of commands.
   std::string about;    ///< Paragraphs, with blank lines between them; `code` in back quotes.
+  std::string ofThisBuild = {};  ///< A last paragraph that only `--help` shows.
   Operands operands = {};
   std::vector<Option> options = {};
   Run run = {};

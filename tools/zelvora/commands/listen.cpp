@@ -304,6 +304,7 @@ Command listenCommand() {
           "terminal, standard error shows the state, how loud it is and the text so far. A locale "
           "without a recogniser and a missing microphone are reported in one line on standard "
           "error, beside the outcome.",
+      .ofThisBuild = "This build has these recognisers: " + namesOf(hostRecognizers()) + ".",
   };
   command.options = {
       {.name = "--audio",
@@ -320,10 +321,7 @@ Command listenCommand() {
        .completes = Completes::files},
       {.name = "--model",
        .value = "DIR",
-       .meaning =
-           "a folder with a streaming transducer for sherpa-onnx, to hear with. This build has "
-           "these recognisers: " +
-           namesOf(hostRecognizers()),
+       .meaning = "a folder with a streaming transducer for sherpa-onnx, to hear with",
        .otherwise = "none",
        .take = into(options->model),
        .completes = Completes::files},
