@@ -45,7 +45,7 @@ namespace fs = std::filesystem;
 constexpr double kBelievable = 0.65;
 constexpr std::size_t kBuffer = 1024;
 
-AnyEncodable specIn(const fs::path& path) {
+StoredSpec specIn(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   const std::string bytes(std::istreambuf_iterator<char>(file), {});
   return StoredSpec::fromAnyJson(bytes);
@@ -57,7 +57,7 @@ class Domain {
   explicit Domain(const fs::path& spec)
       : spec_(specIn(spec)), vocabulary_(recognitionVocabulary(spec_, kLocale)), prepared_(spec_) {}
 
-  [[nodiscard]] const AnyEncodable& spec() const { return spec_; }
+  [[nodiscard]] const StoredSpec& spec() const { return spec_; }
   [[nodiscard]] const std::vector<std::string>& vocabulary() const { return vocabulary_; }
 
   /// The task that `text` opens at once; empty when it opens none.
@@ -72,7 +72,7 @@ class Domain {
   }
 
  private:
-  AnyEncodable spec_;
+  StoredSpec spec_;
   std::vector<std::string> vocabulary_;
   PreparedSpec prepared_;
   ZelvoraLocalRouter router_{std::make_shared<SilentLog>()};
