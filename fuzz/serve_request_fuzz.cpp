@@ -3,7 +3,7 @@
 #include <fuzz/input.h>
 #include <tools/zelvora/serve/http_server.h>
 
-#include <ZelvoraSDK/base/json_parse.h>
+#include <ZelvoraSDK/base/json_read.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zelvora;

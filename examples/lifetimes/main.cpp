@@ -16,7 +16,8 @@ class Screen {
   Screen(const char* spec, const char* data)
       : host_(loop_.executor(),
               {.dataFolder = data, .log = std::make_shared<zelvora::SilentLogSink>()}),
-        zelvora_(withoutNetwork(host_.platform()), {.publishableKey = "demo"},
+        zelvora_(std::in_place, withoutNetwork(host_.platform()),
+                 zelvora::ZelvoraSettings{.publishableKey = "demo"},
                  zelvora::StoredSpec::fromFile(spec)) {}
 
   void run() {
