@@ -65,15 +65,6 @@ double score(const Words& typed, const Words& example) {
   return sum > 0 ? sum - 0.01 * static_cast<double>(example.size()) : 0;
 }
 
-const std::vector<std::string>& examplesOf(const RuntimeSpec::Task& task,
-                                           const std::string& locale) {
-  if (task.examplesByLocale) {
-    const auto* own = task.examplesByLocale->find(locale);
-    if (own && !own->empty()) return *own;
-  }
-  return task.examples;
-}
-
 }  // namespace
 
 std::vector<CommandExample> commandExamples(const RuntimeSpec& spec, const std::string& locale) {
@@ -82,7 +73,7 @@ std::vector<CommandExample> commandExamples(const RuntimeSpec& spec, const std::
   for (std::size_t rank = 0, added = 1; added > 0; ++rank) {
     added = 0;
     for (const RuntimeSpec::Task& task : spec.tasksRaw) {
-      const auto& own = examplesOf(task, locale);
+      const auto& own = task.examplesByLocale.ownOr(locale, task.examples);
       if (rank >= own.size()) continue;
       ++added;
       if (seen.insert(own[rank]).second) examples.push_back({own[rank], task.title});
