@@ -391,8 +391,10 @@ std::ptrdiff_t severe(const std::vector<LintFinding>& findings) {
 }
 
 TEST_F(Workbench, TheSamplesOfTheFormatPageLintClean) {
-  for (const Sample& sample : samplesOf(readFile(ZELVORA_SOURCE_DIR "/docs/spec-format.md")))
-    if (sample.language == "json") EXPECT_EQ(severe(lintSpec(sample.text)), 0) << sample.text;
+  for (const Sample& sample : samplesOf(readFile(ZELVORA_SOURCE_DIR "/docs/spec-format.md"))) {
+    if (sample.language != "json") continue;
+    EXPECT_EQ(severe(lintSpec(sample.text)), 0) << sample.text;
+  }
 }
 
 TEST_F(Workbench, ThePageAboutWritingShowsWhatItSays) {
