@@ -36,9 +36,12 @@ std::string expectedOutcome(const std::string& expected, const RuntimeSpec& spec
   if (expected.starts_with('?')) return "showChoices " + expected.substr(1);
   for (const RuntimeSpec::Task& task : spec.tasksRaw) {
     if (task.id != expected) continue;
-    const bool isPresented = task.action && task.action->type == "present";
-    return isPresented ? "present " + task.action->id.value_or("") + " " + task.id
-                       : "execute " + task.screenId + " " + task.id;
+    const bool hasAction = task.action.has_value();
+    if (hasAction && task.action->type == "present")
+      return "present " + task.action->id.value_or("") + " " + task.id;
+    const std::string screen =
+        hasAction ? task.action->screenId.value_or(task.screenId) : task.screenId;
+    return "execute " + screen + " " + task.id;
   }
   return "no task " + expected;
 }

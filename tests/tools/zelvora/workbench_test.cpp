@@ -339,7 +339,8 @@ frame.onload = () => {
   const page = frame.contentDocument;
   page.querySelector(".tasks button").click();
   const first = page.querySelector(".tasks tbody th").textContent;
-  document.title = "width " + page.documentElement.scrollWidth + " first " + first;
+  const { scrollWidth, clientWidth } = page.documentElement;
+  document.title = "beyond " + (scrollWidth - clientWidth) + " first " + first;
 };
 </script>
 )");
@@ -351,7 +352,7 @@ frame.onload = () => {
       quotedForShell("file://" + frame) + " > " + quotedForShell(folder_.path() / "dom") + " 2> " +
       quotedForShell(folder_.path() / "log");
   ASSERT_EQ(std::system(browser.c_str()), 0) << readFile(folder_.path() / "log");
-  EXPECT_THAT(readFile(folder_.path() / "dom"), HasSubstr("<title>width 390 first orders</title>"));
+  EXPECT_THAT(readFile(folder_.path() / "dom"), HasSubstr("<title>beyond 0 first orders</title>"));
   EXPECT_THAT(readFile(folder_.path() / "log"), Not(HasSubstr("CONSOLE")));
 }
 
