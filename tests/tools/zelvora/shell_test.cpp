@@ -103,8 +103,14 @@ TEST_F(Shell, IsWhatRouteDoesOnATerminal) {
   next.waitFor("zelvora> ");
   next.type("\033[A\033[A\033[A\033[A\n");
   next.waitFor("Navigating to: Cart");
-  next.type("\004");
+  next.type("\004");  // before the next prompt, perhaps
   EXPECT_EQ(next.finish(), 0);
+}
+
+TEST_F(Shell, EndsAtACtrlDTypedBeforeItsPrompt) {
+  TerminalProcess terminal(call());
+  terminal.type("\004");
+  EXPECT_EQ(terminal.finish(), 0);
 }
 
 TEST(Init, WritesABundleThatWorksAtOnceAndNothingTwice) {

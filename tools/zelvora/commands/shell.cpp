@@ -100,6 +100,8 @@ class EditedLines final : public Lines {
     ::el_set(editor_.get(), EL_ADDFN, "complete", "Complete a command", &EditedLines::complete);
     ::el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
     ::el_set(editor_.get(), EL_BIND, "^R", "em-inc-search-prev", nullptr);
+    // Between two lines the terminal is the system's, and a Ctrl-D typed then arrives as NUL.
+    ::el_set(editor_.get(), EL_BIND, "^@", "em-delete-or-list", nullptr);
   }
 
   std::optional<std::string> next() override {
