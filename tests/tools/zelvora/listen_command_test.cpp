@@ -44,7 +44,7 @@ constexpr const char* kTrackMyOrder =
     R"({"auditEvent":{"case":"localSTTUsed","transcriptLength":14}})"
     "\n"
     R"({"text":"track my order","result":{"case":"execute","screenId":"parcel",)"
-    R"("params":{"order":"latest"},"say":"Navigating to: Track Order","confidence":0.93,)"
+    R"("params":{"order":"latest"},"say":"Navigating to: Track Order","confidence":0.86,)"
     R"("taskId":"track_order"}})"
     "\n";
 

@@ -39,7 +39,7 @@ TEST_F(Serve, LetsEveryStageSettleWhatItCan) {
     const char* result;  ///< Found in the outcome.
   } rows[] = {
       {"open my cart", "local", R"("taskId":"cart")"},
-      {"what do customers say", "semantic", R"("taskId":"reviews")"},
+      {"how did others rate it", "semantic", R"("taskId":"reviews")"},
       {"something for the rain", "catalogue", R"("params":{"product":"rain-jacket"})"},
       {"shirts and dresses", "interpret", R"({"case":"showChoices","say":"Did you mean)"},
       {"what is the weather on mars", "interpret", R"({"case":"unsupported","say":"Nothing in)"},
@@ -56,7 +56,7 @@ TEST_F(Serve, LetsEveryStageSettleWhatItCan) {
 }
 
 TEST_F(Serve, TurnsAwayAnotherTokenAndStopsWhenToldWithoutHavingShownAny) {
-  EXPECT_NE(route("what do customers say", "wr0ng").out.find("Semantic resolve HTTP 401"),
+  EXPECT_NE(route("how did others rate it", "wr0ng").out.find("Semantic resolve HTTP 401"),
             std::string::npos);
   server_.signal(SIGTERM);
   const ToolRun run = server_.finish();
