@@ -15,7 +15,9 @@ endif()
 # Designated initialisers leave out fields on purpose, which -Wextra takes for an oversight.
 add_library(zelvora_flags INTERFACE)
 target_compile_options(zelvora_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-                                               -Wno-missing-field-initializers)
+                                               -Wno-missing-field-initializers
+  # Asio allocates coroutine frames by hand; where calls are kept apart g++ takes their release for a mismatch.
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-mismatched-new-delete>)
 if(ZELVORA_WARNINGS_AS_ERRORS)
   target_compile_options(zelvora_flags INTERFACE -Werror)
 endif()
@@ -24,8 +26,6 @@ if(ZELVORA_HARDEN)
 endif()
 if(ZELVORA_SANITIZE)
   add_compile_options(-fsanitize=${ZELVORA_SANITIZE} -fno-omit-frame-pointer)
-  # Asio allocates coroutine frames by hand; with calls kept apart g++ takes their release for a mismatch.
-  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-mismatched-new-delete>)
   add_link_options(-fsanitize=${ZELVORA_SANITIZE})
   if(ZELVORA_SANITIZE MATCHES undefined)
     add_compile_options(-fno-sanitize-recover=undefined)

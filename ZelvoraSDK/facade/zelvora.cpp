@@ -90,6 +90,7 @@ Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, StoredSpe
                     ZelvoraHooks hooks)
     : platform(requirePorts(thePlatform)),
       settings(std::move(theSettings)),
+      mainExecutor(platform.executors->main()),
       accessToken(tokensFor(settings, hooks)),
       freshAccessToken(hooks.freshAccessToken ? std::move(hooks.freshAccessToken) : accessToken),
       scope(CallScope::make([executors = platform.executors] { return executors->background(); })),
@@ -185,7 +186,7 @@ void Zelvora::release() noexcept {
   if (!voice_) return;
   try {
     // The recogniser belongs to the main executor, and so does its end.
-    asio::post(core_->platform.executors->main(), [voice = std::move(voice_)] {});
+    asio::post(core_->mainExecutor, [voice = std::move(voice_)] {});
   } catch (...) {
     voice_.reset();  // there is no main executor to end it on
   }

@@ -117,9 +117,20 @@ void complete(const Platform& platform, Scope scope, Completion completion,
              });
 }
 
+/// What fails is an outcome like any other.
+asio::awaitable<ZelvoraRouteResponse> routedAudio(std::shared_ptr<const VoicePipeline::Parts> parts,
+                                                  AudioRequest request) {
+  try {
+    co_return co_await routeRecordedAudio(std::move(parts), std::move(request));
+  } catch (...) {
+    co_return ZelvoraRouteResponse{
+        .result = ZelvoraUnsupported{describeFailure(std::current_exception())}};
+  }
+}
+
 asio::awaitable<void> answerAudio(std::shared_ptr<const VoicePipeline::Parts> parts,
                                   AudioRequest request, Completion completion) {
-  auto response = co_await routeRecordedAudio(parts, std::move(request));
+  auto response = co_await routedAudio(parts, std::move(request));
   complete(parts->platform, parts->scope, std::move(completion), std::move(response));
 }
 
@@ -185,8 +196,14 @@ void Zelvora::routeAudio(AudioData audio, std::optional<std::string> locale,
     return;
   }
   AudioRequest request{.audio = std::move(audio),
-                       .locale = std::move(locale).value_or(core->settings.locale),
-                       .calledAt = core->platform.clock->now()};
+                       .locale = std::move(locale).value_or(core->settings.locale)};
+  try {
+    request.calledAt = core->platform.clock->now();
+  } catch (...) {
+    complete(core->platform, parts->scope, std::move(completion),
+             {.result = ZelvoraUnsupported{describeFailure(std::current_exception())}});
+    return;
+  }
   spawn(core->platform.executors->background(),
         answerAudio(std::move(parts), std::move(request), std::move(completion)),
         [log = core->platform.log, scope = core->scope](const std::exception_ptr& what) {

@@ -100,16 +100,16 @@ TEST(CallScope, AnswersItsCallerEvenWhenTheWorkNeverEnds) {
   WorkerPool callers(1);
   const Scope scope = CallScope::make(pool.executor());
   std::promise<void> busy;
-  std::promise<void> goOn;
-  auto outcome = started(callers.executor(), scope, [&] {
+  const auto goOn = std::make_shared<std::promise<void>>();  // outlives the test on the pool
+  auto outcome = started(callers.executor(), scope, [&busy, goOn] {
     busy.set_value();
-    goOn.get_future().get();  // deaf to cancellation, as a port may be
+    goOn->get_future().get();  // deaf to cancellation, as a port may be
     return give(1);
   });
   busy.get_future().get();
   scope->close();
   EXPECT_EQ(outcome.get(), scopeClosed().description());
-  goOn.set_value();
+  goOn->set_value();
 }
 
 TEST(CallScope, FailsACallWhoseThreadsEnd) {

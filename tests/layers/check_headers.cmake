@@ -6,7 +6,7 @@ cmake_minimum_required(VERSION 3.25)
 
 # What an application or the writer of a port includes, besides the adapters and the views.
 set(public
-  async/awaitable.h async/publisher.h
+  async/awaitable.h async/guarded.h async/publisher.h async/slot.h
   backend/access_token.h
   base/error.h base/json_fwd.h base/json_write.h base/limits.h base/ordered_map.h base/record.h
   base/version.h
@@ -21,7 +21,7 @@ set(public
 set(rooms base platform outcome spec routing backend)
 
 # What tests/ holds besides the library's folders.
-set(other_tests docs examples install layers support tools)
+set(other_tests docs examples hardening install layers support tools)
 
 file(GLOB_RECURSE files RELATIVE ${ROOT}
   ${ROOT}/ZelvoraSDK/*.h ${ROOT}/ZelvoraSDK/*.cpp ${ROOT}/tools/*.h ${ROOT}/tools/*.cpp

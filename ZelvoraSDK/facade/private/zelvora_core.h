@@ -67,6 +67,7 @@ class Zelvora::Core {
 
   Platform platform;
   ZelvoraSettings settings;
+  asio::any_io_executor mainExecutor;  ///< For the end, when no port is asked any more.
   AccessTokenProvider accessToken;
   AccessTokenProvider freshAccessToken;
   Scope scope;
