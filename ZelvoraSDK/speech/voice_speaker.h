@@ -4,9 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 
-#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora {
@@ -20,16 +18,7 @@ class VoiceSpeaker {
   /// Cuts short what is being said and says `text` in the voice of the language code `locale`, or
   /// in the default voice. Blank text changes nothing. `onEnd` is called, on any thread, when the
   /// text has been said (true), or when it was cut short or there was nothing to say (false).
-  void speak(std::string_view text, std::string locale, std::function<void(bool said)> onEnd = {}) {
-    const std::string_view words = trimmed(text);
-    if (words.empty()) {
-      if (onEnd) onEnd(false);
-      return;
-    }
-    synthesizer_->stopSpeaking();
-    synthesizer_->speak(
-        {.text = std::string(words), .language = std::move(locale), .onEnd = std::move(onEnd)});
-  }
+  void speak(std::string_view text, std::string locale, std::function<void(bool said)> onEnd = {});
 
  private:
   std::unique_ptr<SpeechSynthesizer> synthesizer_;

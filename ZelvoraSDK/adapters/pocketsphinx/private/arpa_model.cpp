@@ -1,16 +1,26 @@
 #include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <map>
-
-#include <ZelvoraSDK/base/fixed_decimal.h>
+#include <string>
+#include <vector>
 
 namespace zelvora::sphinx {
 
 using audio::Sentence;
 
 namespace {
+
+/// `value` with just `digits` digits behind the point, rounded as printf does but never by the C
+/// locale: 1.25 and 1 give "1.2". REQUIRES: a finite value and at most 20 digits.
+std::string fixedDecimal(double value, int digits) {
+  std::array<char, 340> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                 std::chars_format::fixed, digits);
+  return {text.data(), end.ptr};
+}
 
 constexpr double kDiscount = 0.5;
 constexpr double kNever = -99;  ///< log10 of nothing, as the format writes it.
