@@ -1,10 +1,12 @@
 #include <tests/ui/geometry.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QPointer>
 #include <QtGui/QAccessible>
 #include <QtTest/QTest>
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <set>
 
 namespace zelvora {
@@ -172,9 +174,10 @@ std::vector<std::string> layoutFaults(const QQuickWindow& window) {
 
 std::vector<std::string> reachFaults(QQuickWindow& window) {
   std::vector<std::string> faults;
-  std::set<const QQuickItem*> wanted;
+  std::map<const QQuickItem*, QPointer<const QQuickItem>> wanted;  // null once it is gone
   eachShown(usablePart(window), [&](const QQuickItem& item) {
-    if (isControl(item) && item.isEnabled() && item.activeFocusOnTab()) wanted.insert(&item);
+    if (isControl(item) && item.isEnabled() && item.activeFocusOnTab())
+      wanted.emplace(&item, &item);
     if (!isControl(item) || !item.isEnabled()) return;
     QAccessibleInterface* face =
         QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(&item));
@@ -208,7 +211,8 @@ std::vector<std::string> reachFaults(QQuickWindow& window) {
     }
   }
   eachShown(usablePart(window), [&](const QQuickItem& item) {
-    if (wanted.contains(&item) && !reached.contains(&item))
+    // What appeared since may stand where something else that was wanted stood in memory.
+    if (wanted.contains(&item) && wanted.at(&item) && !reached.contains(&item))
       faults.push_back("not reached by Tab: " + nameOf(item));
   });
   return faults;
