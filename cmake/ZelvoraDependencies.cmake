@@ -13,7 +13,7 @@ macro(zelvora_find module name)
   endif()
 endmacro()
 
-# zelvora_find_core(PARTS…): headers for those who include ours, and libraries for those who link them.
+# zelvora_find_core(WITH_LIBRARIES): headers for those who include ours, and libraries for those who link them.
 macro(zelvora_find_core with_libraries)
   find_package(Threads QUIET)
   if(NOT Threads_FOUND)

@@ -13,11 +13,11 @@ constexpr std::size_t kShortestCloudTranscript = 3;
 // Recognisers of right-to-left languages wrap words in these.
 constexpr char32_t kDirectionalMarks[] = {U'\u200F', U'\u200E', U'\u202A', U'\u202B', U'\u202C'};
 
+}  // namespace
+
 bool mayAskCloud(ZelvoraSTTMode mode) {
   return mode == ZelvoraSTTMode::cloudOnly || mode == ZelvoraSTTMode::hybrid;
 }
-
-}  // namespace
 
 std::string cleanedTranscript(std::string_view transcript) {
   std::string text(transcript);

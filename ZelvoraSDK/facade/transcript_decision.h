@@ -12,6 +12,9 @@
 
 namespace zelvora {
 
+/// Whether recordings of this mode may go to the cloud.
+[[nodiscard]] bool mayAskCloud(ZelvoraSTTMode mode);
+
 /// `transcript` without its directional marks and embeddings, then trimmed.
 [[nodiscard]] std::string cleanedTranscript(std::string_view transcript);
 

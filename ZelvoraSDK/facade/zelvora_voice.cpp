@@ -6,6 +6,7 @@
 #include <ZelvoraSDK/backend/cloud_stt.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
+#include <ZelvoraSDK/facade/transcript_decision.h>
 #include <ZelvoraSDK/facade/voice_pipeline.h>
 
 namespace zelvora {
@@ -13,11 +14,6 @@ namespace {
 
 using Scope = std::shared_ptr<CallScope>;
 using Voice = std::shared_ptr<VoicePipeline>;
-
-bool mayAskCloud(const ZelvoraSettings& settings) {
-  const ZelvoraSTTMode mode = settings.sttConfig.mode;
-  return mode == ZelvoraSTTMode::cloudOnly || mode == ZelvoraSTTMode::hybrid;
-}
 
 asio::awaitable<std::string> tokenWhileOpen(Scope scope, AccessTokenProvider accessToken) {
   if (scope->isClosed()) throw Error("ZelvoraSTT", 0, "Zelvora deallocated");
@@ -31,7 +27,7 @@ AccessTokenProvider whileOpen(const Scope& scope, const AccessTokenProvider& acc
 std::shared_ptr<ZelvoraCloudSTTProvider> makeCloudSTT(
     const Platform& platform, const ZelvoraSettings& settings,
     ZelvoraBackendCloudSTTProvider::Settings with) {
-  if (!mayAskCloud(settings)) return std::make_shared<ZelvoraNoCloudSTTProvider>();
+  if (!mayAskCloud(settings.sttConfig.mode)) return std::make_shared<ZelvoraNoCloudSTTProvider>();
   with.baseURL = settings.baseURL;
   with.publishableKey = settings.publishableKey;
   return std::make_shared<ZelvoraBackendCloudSTTProvider>(std::move(with), platform.urlSession);
@@ -73,7 +69,7 @@ std::shared_ptr<ZelvoraLocalSpeechRecognizer> makeRecognizer(const Platform& pla
   auto& permissions = parts.engine.speech.permissions;
   permissions = std::make_shared<ScopedPermissions>(scope, std::move(permissions));
   parts.engine.phrases = [spec, locale = settings.locale] { return phrasesOf(spec, locale); };
-  parts.engine.isTextNeeded = !mayAskCloud(settings);
+  parts.engine.isTextNeeded = !mayAskCloud(settings.sttConfig.mode);
   return ZelvoraLocalSpeechRecognizer::make(settings.locale, std::move(parts));
 }
 
