@@ -80,7 +80,7 @@ class SoundVocabulary {
   std::vector<std::size_t> phoneCounts_;  ///< By id.
   std::unordered_map<std::string, int> ids_;
   std::unordered_set<std::uint64_t> neighbours_;
-  std::vector<Node> nodes_{Node{}};
+  std::vector<Node> nodes_ = std::vector<Node>(1);  ///< The first one is the root.
   std::vector<Gram> grams_;
 };
 
