@@ -65,9 +65,9 @@ std::vector<Thresholds> openingsFor(const Thresholds& today) {
   return candidates;
 }
 
-/// What decides about choices, for one way to open.
-void addChoices(std::vector<Thresholds>& candidates, const Thresholds& today,
-                const Thresholds& opening) {
+/// What decides about choices, for one way to open. By value: it may be one of the candidates,
+/// which move as more are added.
+void addChoices(std::vector<Thresholds>& candidates, const Thresholds& today, Thresholds opening) {
   for (const double choices : gridOf(today.choices_min_score, opening.execute_min_score)) {
     if (choices > opening.execute_min_score) continue;
     Thresholds next = opening;
