@@ -2,6 +2,7 @@
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/limits.h>
+#include <tests/support/plain_number.h>
 
 #include <gtest/gtest.h>
 
@@ -68,7 +69,7 @@ TEST(JsonParse, ReadsEachDoubleAsTheNearest) {
       "12345678901234567890123",
   };
   for (const char* text : rows)
-    EXPECT_EQ(decodeJson<double>(text), std::strtod(text, nullptr)) << text;
+    EXPECT_EQ(decodeJson<double>(text), testing::plainNumber(text)) << text;
   EXPECT_EQ(decodeJson<double>("1e-400"), 0.0);
 }
 

@@ -8,6 +8,7 @@
 
 #include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 #include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
+#include <tests/support/plain_number.h>
 
 namespace zelvora::audio {
 namespace {
@@ -18,7 +19,8 @@ std::vector<SpeechSegment> decoded(const std::string& text) {
   std::istringstream in(text);
   for (std::string word; in >> word;) {
     const std::size_t colon = word.find(':');
-    const double confidence = colon == std::string::npos ? 0.95 : std::stod(word.substr(colon + 1));
+    const double confidence =
+        colon == std::string::npos ? 0.95 : testing::plainNumber(word.substr(colon + 1));
     words.push_back({word.substr(0, colon), confidence});
   }
   return words;

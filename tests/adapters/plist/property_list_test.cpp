@@ -9,6 +9,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/limits.h>
+#include <tests/support/plain_number.h>
 
 namespace zelvora {
 namespace {
@@ -29,6 +30,7 @@ std::string xmlList(const std::string& entries) {
 }
 
 std::string toBinary(const std::string& xml) {
+  const testing::PlainNumbers plainNumbers;  // libplist goes by the locale
   plist_t root = nullptr;
   plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &root);
   char* bytes = nullptr;
@@ -68,6 +70,15 @@ std::string nestedBinary(std::size_t depth, std::size_t width) {
                       std::string(width, static_cast<char>(objects.size() + 1)));
   objects.push_back("\x51v");
   return binaryList(objects);
+}
+
+/// A list that refers to the same data of `size` bytes 255 times.
+std::string listOfTheSame(std::size_t size) {
+  std::string data = "\x4F\x12";
+  for (const int shift : {24, 16, 8, 0}) data += static_cast<char>(size >> shift);
+  data += std::string(size, 'd');
+  return binaryList(
+      {std::string("\xD1\x01\x02", 3), "\x51k", "\xAF\x10\xFF" + std::string(255, '\x03'), data});
 }
 
 std::string failureOf(const std::string& bytes) {
@@ -157,6 +168,10 @@ TEST(PropertyList, KeepsToItsLimits) {
   EXPECT_THAT(failureOf(nestedBinary(kMaxPropertyListDepth + 1, 1)),
               HasSubstr("levels of nesting"));
   EXPECT_THAT(failureOf(nestedBinary(30, 10)), HasSubstr("unfolds to too much"));
+  // An object counts for its bytes and, whatever it is, for a few more.
+  const std::size_t share = kMaxUnfoldedPropertyListBytes / 255;
+  EXPECT_EQ(failureOf(listOfTheSame(share - 70)), "was read");
+  EXPECT_THAT(failureOf(listOfTheSame(share - 50)), HasSubstr("unfolds to too much"));
   const std::string itself = binaryList({std::string("\xD1\x01\x02", 3), "\x51k", "\xA1\x02"});
   EXPECT_THAT(failureOf(itself), HasSubstr("levels of nesting"));
 

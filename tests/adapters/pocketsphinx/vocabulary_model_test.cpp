@@ -8,6 +8,7 @@
 #include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
 #include <ZelvoraSDK/base/limits.h>
+#include <tests/support/plain_number.h>
 
 namespace zelvora::sphinx {
 namespace {
@@ -54,8 +55,8 @@ Stated stated(const std::string& model, const std::string& gram) {
     std::getline(fields, words, '\t');
     std::getline(fields, backOff, '\t');
     if (words == gram)
-      return {std::pow(10, std::stod(probability)),
-              backOff.empty() ? 0 : std::pow(10, std::stod(backOff))};
+      return {std::pow(10, testing::plainNumber(probability)),
+              backOff.empty() ? 0 : std::pow(10, testing::plainNumber(backOff))};
   }
   ADD_FAILURE() << "no " << gram << " in\n" << model;
   return {};

@@ -107,6 +107,21 @@ TEST_F(SqliteDefaultsTest, CountsByKeyAndForGood) {
   EXPECT_EQ(modeOf(folder_.path() / "a"), 0700u);
 }
 
+TEST_F(SqliteDefaultsTest, ForgetsWhatBeginsWithAPrefixToTheLetter) {
+  SqliteDefaults defaults = open();
+  defaults.removeAll("a");
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a"));  // nothing to forget creates nothing
+
+  const char* const gone[] = {"a_", "a_b", "a_%"};
+  const char* const kept[] = {"a", "ab", "aXb", "A_b", "b a_"};
+  for (const char* key : gone) defaults.increment(key);
+  for (const char* key : kept) defaults.increment(key);
+  defaults.removeAll("a_");
+  for (const char* key : gone) EXPECT_EQ(defaults.integer(key), 0) << key;
+  for (const char* key : kept) EXPECT_EQ(defaults.integer(key), 1) << key;
+  EXPECT_EQ(defaults.increment("a_b"), 1);
+}
+
 TEST_F(SqliteDefaultsTest, IsForTheUserAloneWhateverTheUmask) {
   for (const mode_t mask : {0000, 0022, 0777}) {
     const mode_t before = ::umask(mask);

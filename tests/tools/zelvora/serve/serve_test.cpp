@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
 #include "tests/support/temporary_folder.h"
 #include "tests/tools/zelvora/tool_process.h"
 
@@ -53,6 +58,23 @@ TEST_F(Serve, LetsEveryStageSettleWhatItCan) {
     const std::string line = run.err.substr(stage, run.err.find('\n', stage) - stage);
     EXPECT_FALSE(line.ends_with("-> nothing")) << line;
   }
+}
+
+TEST_F(Serve, JudgesASpecTogetherWithItsBackendWhenEvalIsToldTo) {
+  const std::filesystem::path texts = folder_.path() / "texts.tsv";
+  std::ofstream(texts) << "open my cart\tcart\n"
+                          "how did others rate it\treviews\n"
+                          "what is the weather on mars\t-\n";
+  const auto figures = [&](std::vector<std::string> more) {
+    std::vector<std::string> arguments{"eval", "--json", "--spec", kShop + "shop.json", texts};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    const ToolRun run = runTool({.arguments = arguments});
+    EXPECT_EQ(run.status, 0) << run.err;
+    return run.out.substr(0, run.out.find(",\"choicesWithout"));
+  };
+  EXPECT_EQ(figures({}), R"({"inScope":2,"outOfScope":1,"right":1,"wrong":0,"choicesWith":0)");
+  EXPECT_EQ(figures({"--base-url", address_, "--access-token", "s3cret"}),
+            R"({"inScope":2,"outOfScope":1,"right":2,"wrong":0,"choicesWith":0)");
 }
 
 TEST_F(Serve, TurnsAwayAnotherTokenAndStopsWhenToldWithoutHavingShownAny) {
