@@ -11,8 +11,8 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/json_read.h>
-#include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
+#include <ZelvoraSDK/zelvora.h>
 #include <benchmarks/heap_use.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/workload.h>

@@ -12,7 +12,7 @@
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
 #include <ZelvoraSDK/async/coroutine.h>
-#include <ZelvoraSDK/async/main_loop.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/workload.h>
 #include <tests/support/scripted_server.h>

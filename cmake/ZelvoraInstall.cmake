@@ -3,18 +3,30 @@
 # find_package(ZelvoraSDK) and links Zelvora::NAME.
 
 include(CMakePackageConfigHelpers)
+include(ZelvoraHeaders)
 
-install(DIRECTORY ZelvoraSDK DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT devel
-  FILES_MATCHING PATTERN *.h PATTERN private EXCLUDE)
+foreach(header IN LISTS zelvora_public_headers)
+  cmake_path(GET header PARENT_PATH room)
+  install(FILES ZelvoraSDK/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ZelvoraSDK/${room}
+    COMPONENT devel)
+endforeach()
+
+# zelvora_install_headers(FOLDER): those of FOLDER that are in no private folder.
+function(zelvora_install_headers folder)
+  install(DIRECTORY ZelvoraSDK/${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ZelvoraSDK
+    COMPONENT devel FILES_MATCHING PATTERN *.h PATTERN private EXCLUDE)
+endfunction()
 
 set(zelvora_components core)
 if(ZELVORA_BUILD_HOST)
+  zelvora_install_headers(adapters)
   list(APPEND zelvora_components host)
   if(ZELVORA_SPEECH)
     list(APPEND zelvora_components speech)
   endif()
 endif()
 if(ZELVORA_BUILD_UI)
+  zelvora_install_headers(ui)
   list(APPEND zelvora_components ui)
 endif()
 

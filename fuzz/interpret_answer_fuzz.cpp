@@ -10,7 +10,6 @@
 #include <ZelvoraSDK/backend/interpret.h>
 #include <ZelvoraSDK/backend/wire.h>
 
-#include <ZelvoraSDK/backend/text_fallback.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 

@@ -3,8 +3,4 @@
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/awaitable.hpp>
 
-namespace zelvora {
-
-namespace asio = boost::asio;
-
-}  // namespace zelvora
+#include <ZelvoraSDK/async/awaitable_fwd.h>

@@ -2,9 +2,8 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <utility>
-
-#include <ZelvoraSDK/async/guarded.h>
 
 namespace zelvora {
 
@@ -31,29 +30,35 @@ class Slot {
   Slot& operator=(Handler handler) {
     auto fresh = handler ? std::make_shared<const Handler>(std::move(handler)) : nullptr;
     // The old handler is destroyed outside the lock: it may own anything.
-    state_->with([&](Held& held) { held.swap(fresh); });
+    const std::scoped_lock lock(state_->mutex);
+    state_->handler.swap(fresh);
     return *this;
   }
 
-  [[nodiscard]] explicit operator bool() const { return held() != nullptr; }
+  [[nodiscard]] explicit operator bool() const { return state_->held() != nullptr; }
 
   /// Calls the handler that is set when the work runs. Callable from any thread.
   void send(Value value) const {
     post_([state = state_, value = std::move(value)] {
-      const Held handler = state->with([](const Held& current) { return current; });
-      if (handler) (*handler)(value);
+      if (const Held handler = state->held()) (*handler)(value);
     });
   }
 
  private:
   using Held = std::shared_ptr<const Handler>;
 
-  [[nodiscard]] Held held() const {
-    return state_->with([](const Held& current) { return current; });
-  }
+  struct State {
+    [[nodiscard]] Held held() const {
+      const std::scoped_lock lock(mutex);
+      return handler;
+    }
+
+    mutable std::mutex mutex;
+    Held handler;
+  };
 
   Post post_;
-  std::shared_ptr<Guarded<Held>> state_ = std::make_shared<Guarded<Held>>();
+  std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
 }  // namespace zelvora

@@ -1,16 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
-#include <ZelvoraSDK/async/awaitable.h>
-
 namespace zelvora {
-
-/// Supplies the backend access token, with or without its "Bearer " prefix. Called whenever a
-/// request needs one, on any thread and possibly several times at once; may fail.
-using AccessTokenProvider = std::function<asio::awaitable<std::string>()>;
 
 /// The value of an Authorization header for `token`, which may or may not carry the scheme
 /// already: "abc", "Bearer abc" and "Bearer abc " all give "Bearer abc".

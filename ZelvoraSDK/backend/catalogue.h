@@ -5,8 +5,8 @@
 #include <vector>
 
 #include <ZelvoraSDK/backend/wire.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/record.h>
-#include <ZelvoraSDK/base/version.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/url.h>

@@ -4,10 +4,12 @@
 #include <string>
 #include <string_view>
 
+#include <ZelvoraSDK/base/library.h>
+
 namespace zelvora {
 
 /// The one failure type of the library: which room failed, a number, and a sentence for a person.
-class Error : public std::exception {
+class ZELVORA_EXPORT Error : public std::exception {
  public:
   Error(std::string domain, int code, std::string description);
 
@@ -27,10 +29,10 @@ class Error : public std::exception {
 
 /// The description of whatever was thrown; for anything but `Error` what the exception says of
 /// itself.
-std::string describeFailure(const std::exception_ptr& failure);
+ZELVORA_EXPORT std::string describeFailure(const std::exception_ptr& failure);
 
 /// Ends the process over a programming error of the host application: writes "Fatal error: " and
 /// `message` to standard error and aborts.
-[[noreturn]] void fatalError(std::string_view message);
+[[noreturn]] ZELVORA_EXPORT void fatalError(std::string_view message);
 
 }  // namespace zelvora

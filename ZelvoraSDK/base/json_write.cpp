@@ -54,7 +54,8 @@ void JsonWriter::string(std::string_view text) {
 
 void JsonWriter::quote(std::string_view text) {
   if (!isValidUtf8(text)) return quote(repairedUtf8(text));
-  out_.reserve(out_.size() + text.size() + 2);
+  // With room for what follows: behind a long text the next byte would double the whole.
+  out_.reserve(out_.size() + text.size() + text.size() / 8 + 2);
   out_ += '"';
   while (!text.empty()) {
     const auto plain =

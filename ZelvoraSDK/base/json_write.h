@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/json_fwd.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/ordered_map.h>
 #include <ZelvoraSDK/base/record.h>
 
@@ -28,7 +29,7 @@ namespace zelvora {
 /// `void writeJson(JsonWriter&, const Record&)` beside them. Doubles
 /// are written in their shortest form, integral ones as integers; NaN and infinities throw an
 /// Error. Text that is not UTF-8 is repaired with U+FFFD.
-class JsonWriter {
+class ZELVORA_EXPORT JsonWriter {
  public:
   /// Appends to `out`, which must outlive the writer.
   explicit JsonWriter(std::string& out) : out_(out) {}

@@ -15,7 +15,7 @@ inline constexpr std::size_t kMaxJsonBytes = std::size_t{128} << 20;
 /// Arrays and objects within each other: readers recurse, and a phone's threads have small stacks.
 inline constexpr std::size_t kMaxJsonDepth = 512;
 
-// Utterances: the façade takes any text, in memory of at most 25 times its size.
+// Utterances: the façade takes any text, in memory of at most 8 times its size as UTF-8.
 
 /// Bytes of an utterance that is tried in other words as well. Nobody says or types that much, and
 /// each wording takes as much memory again.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -36,32 +36,32 @@ class OrderedMap {
 
   /// The value under `key`, or null; valid until the map changes.
   [[nodiscard]] const Value* find(std::string_view key) const {
-    const auto at = std::ranges::find(entries_, key, &value_type::first);
-    return at == entries_.end() ? nullptr : &at->second;
+    for (const value_type& entry : entries_)
+      if (entry.first == key) return &entry.second;
+    return nullptr;
   }
 
   /// Replaces in place, so that an existing key keeps its position.
   void set(std::string key, Value value) {
-    const auto at = std::ranges::find(entries_, key, &value_type::first);
-    if (at == entries_.end())
-      entries_.emplace_back(std::move(key), std::move(value));
-    else
-      at->second = std::move(value);
+    for (value_type& entry : entries_) {
+      if (entry.first != key) continue;
+      entry.second = std::move(value);
+      return;
+    }
+    entries_.emplace_back(std::move(key), std::move(value));
   }
 
   friend bool operator==(const OrderedMap& a, const OrderedMap& b) {
     if (a.entries_ == b.entries_) return true;
     if (a.size() != b.size()) return false;
-    return sortedByKey(a) == sortedByKey(b);
+    for (const auto& [key, value] : a) {
+      const Value* const other = b.find(key);
+      if (!other || !(*other == value)) return false;
+    }
+    return true;
   }
 
  private:
-  static std::vector<value_type> sortedByKey(const OrderedMap& map) {
-    std::vector<value_type> entries = map.entries_;
-    std::ranges::sort(entries, {}, &value_type::first);
-    return entries;
-  }
-
   std::vector<value_type> entries_;
 };
 

@@ -1,13 +1,17 @@
 #include <ZelvoraSDK/base/text.h>
 
 #include <utf8proc.h>
-
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <random>
 
 namespace zelvora {
+
 namespace {
 
 constexpr char32_t kReplacement = U'\uFFFD';
@@ -254,6 +258,34 @@ std::string shortestDecimal(double value) {
                            ? std::to_chars(digits, std::end(digits), static_cast<long long>(value))
                            : std::to_chars(digits, std::end(digits), value);
   return std::string(digits, written.ptr);
+}
+
+namespace {
+
+using UuidBytes = std::array<std::uint8_t, 16>;
+
+UuidBytes randomBytes() {
+  std::random_device device;
+  UuidBytes bytes{};
+  for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(device());
+  return bytes;
+}
+
+}  // namespace
+
+std::string randomUuid() {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  UuidBytes bytes = randomBytes();
+  bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4: random
+  bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // the common variant
+
+  std::string text;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+    text += kDigits[bytes[i] >> 4];
+    text += kDigits[bytes[i] & 0x0F];
+  }
+  return text;
 }
 
 }  // namespace zelvora

@@ -73,4 +73,7 @@ void forEachWord(std::string_view text, Use use) {
 /// The shortest decimal form that reads back as the same finite number: 0.77, 1e-09; 3, not 3.0.
 [[nodiscard]] std::string shortestDecimal(double value);
 
+/// A new random UUID, as in "3F2504E0-4F89-41D3-9A0C-0305E82C3301". Callable from any thread.
+[[nodiscard]] std::string randomUuid();
+
 }  // namespace zelvora

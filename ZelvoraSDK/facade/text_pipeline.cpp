@@ -1,10 +1,12 @@
 #include <ZelvoraSDK/facade/text_pipeline.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <functional>
 #include <utility>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/local_stage.h>
@@ -43,6 +45,16 @@ SemanticQuery semanticQuery(std::string utterance, const ZelvoraSettings& settin
 
 bool asksSemantic(const PreparedSpec& spec) {
   return spec.tasks() && spec.thresholds().semantic_enabled.value_or(true);
+}
+
+/// Made in memory of its own size: an utterance may be long.
+std::string normalizeLine(const CleanedUtterance& utterance) {
+  constexpr std::size_t kRoomForTheRest = 64;
+  std::string line;
+  line.reserve(utterance.replaced.size() + utterance.normalized.size() + kRoomForTheRest);
+  line.append("[Zelvora][Normalize] '").append(utterance.replaced);
+  line.append("' -> '").append(utterance.normalized).append("'");
+  return line;
 }
 
 bool navigates(const ZelvoraResult& result) {
@@ -93,8 +105,7 @@ asio::awaitable<void> TextPipeline::readSpec(Self self, Scope scope) {
 std::string TextPipeline::cleaned(std::string text) const {
   CleanedUtterance utterance =
       cleanUtterance(std::move(text), parts_.spec->get(), parts_.settings.locale);
-  parts_.platform.log->write("[Zelvora][Normalize] '" + utterance.replaced + "' -> '" +
-                             utterance.normalized + "'");
+  parts_.platform.log->write(normalizeLine(utterance));
   return std::move(utterance.normalized);
 }
 

@@ -13,10 +13,9 @@
 #include <ZelvoraSDK/async/slot.h>
 #include <ZelvoraSDK/backend/access_token.h>
 #include <ZelvoraSDK/backend/client.h>
-#include <ZelvoraSDK/facade/hooks.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/settings.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/routing/learning_store.h>
 #include <ZelvoraSDK/routing/local_router.h>
 #include <ZelvoraSDK/routing/semantic.h>

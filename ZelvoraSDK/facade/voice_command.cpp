@@ -6,7 +6,7 @@
 #include <ZelvoraSDK/async/call_scope.h>
 #include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/facade/voice_pipeline.h>
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/zelvora.h>
 
 namespace zelvora {
 namespace {

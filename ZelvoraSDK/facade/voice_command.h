@@ -8,6 +8,7 @@
 #include <variant>
 
 #include <ZelvoraSDK/async/publisher.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/system.h>
 
@@ -21,7 +22,7 @@ class Zelvora;
 ///
 /// Confined to the main executor. It may outlive the façade, and does nothing then. Released, it
 /// ends a command under way, which routes nothing.
-class VoiceCommand {
+class ZELVORA_EXPORT VoiceCommand {
  public:
   /// How far a spoken command has come.
   enum class Phase {

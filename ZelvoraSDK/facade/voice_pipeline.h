@@ -9,12 +9,12 @@
 #include <ZelvoraSDK/async/call_scope.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/publisher.h>
-#include <ZelvoraSDK/backend/cloud_stt.h>
+#include <ZelvoraSDK/backend/transcription.h>
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/speech/local_speech_recognizer.h>
 #include <ZelvoraSDK/speech/stt_protocols.h>
 

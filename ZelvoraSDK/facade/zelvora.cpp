@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/zelvora.h>
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 
 #include <ZelvoraSDK/async/call_scope.h>
 #include <ZelvoraSDK/async/coroutine.h>
-#include <ZelvoraSDK/backend/cloud_stt.h>
+#include <ZelvoraSDK/backend/transcription.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/facade/transcript_decision.h>

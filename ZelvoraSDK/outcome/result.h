@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/ordered_map.h>
 #include <ZelvoraSDK/base/record.h>
 
@@ -76,7 +77,7 @@ using ZelvoraResult =
 
 /// One line for logs and consoles: `execute(screenId: "cart", params: [:], say: "Cart",
 /// confidence: 0.77, taskId: nil)`. Quotes, backslashes and control characters are escaped.
-std::string describe(const ZelvoraResult& result);
+ZELVORA_EXPORT std::string describe(const ZelvoraResult& result);
 
 struct ZelvoraRouteTimings {
   double stt = 0;  ///< Seconds spent in speech-to-text for this request.

@@ -1,12 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/async/awaitable_fwd.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
@@ -43,24 +43,20 @@ class UrlSession {
   /// transport's own domain and code when none arrived within `request.timeout`, when the
   /// response is cut short or passes `kMaxResponseBytes` (base/limits.h), and when the session is
   /// destroyed first. Goes on where the caller runs. A cancelled call ends at once, with an Error.
-  virtual asio::awaitable<UrlResponse> send(UrlRequest request) = 0;
+  virtual Awaitable<UrlResponse> send(UrlRequest request) = 0;
 };
 
+/// Supplies the backend access token, with or without its "Bearer " prefix. Called whenever a
+/// request needs one, on any thread and possibly several times at once; may fail.
+using AccessTokenProvider = std::function<Awaitable<std::string>()>;
+
 /// For applications without a backend: every request fails with this text.
-class NoNetworkSession final : public UrlSession {
+class ZELVORA_EXPORT NoNetworkSession final : public UrlSession {
  public:
-  explicit NoNetworkSession(std::string description = "There is no network")
-      : description_(std::move(description)) {}
-  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
-    return refuse(description_);
-  }
+  explicit NoNetworkSession(std::string description = "There is no network");
+  Awaitable<UrlResponse> send(UrlRequest request) override;
 
  private:
-  static asio::awaitable<UrlResponse> refuse(std::string description) {
-    throw Error("ZelvoraNoNetwork", 1, std::move(description));
-    co_return UrlResponse{};
-  }
-
   std::string description_;
 };
 

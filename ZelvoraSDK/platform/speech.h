@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/awaitable_fwd.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/audio.h>
 #include <ZelvoraSDK/platform/system.h>
@@ -129,9 +129,9 @@ class Permissions {
 
   virtual ~Permissions() = default;
 
-  virtual asio::awaitable<SpeechStatus> requestSpeechRecognition() = 0;
+  virtual Awaitable<SpeechStatus> requestSpeechRecognition() = 0;
   /// Whether the microphone may be used.
-  virtual asio::awaitable<bool> requestMicrophone() = 0;
+  virtual Awaitable<bool> requestMicrophone() = 0;
 };
 
 /// The part of the system that hears and speaks. No member may be null.

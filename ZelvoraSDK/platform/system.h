@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/awaitable_fwd.h>
+#include <ZelvoraSDK/base/library.h>
 
 namespace zelvora {
 
@@ -53,7 +54,7 @@ class LogSink {
 };
 
 /// Prints each line to standard output.
-class StandardOutputLogSink final : public LogSink {
+class ZELVORA_EXPORT StandardOutputLogSink final : public LogSink {
  public:
   void write(std::string_view line) override;
 };

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include <ZelvoraSDK/base/library.h>
+
 namespace zelvora {
 
 /// The domain of what `parseUrl` and `requireSecure` throw.
@@ -26,22 +28,22 @@ struct Url {
 
 /// Stricter than browsers are: no user name, no white space, no backslash, so that every reader of
 /// the address sees the same host. Throws Error; its text never repeats the address.
-[[nodiscard]] Url parseUrl(std::string_view text);
+[[nodiscard]] ZELVORA_EXPORT Url parseUrl(std::string_view text);
 
 /// For a setting that names an address: absent when `text` is no URL at all, so that a default may
 /// take its place. One that `parseUrl` refuses is kept and refused later, by `requireSecure`: what
 /// was meant for one server must not go to another.
-[[nodiscard]] std::optional<Url> readUrl(std::string_view text);
+[[nodiscard]] ZELVORA_EXPORT std::optional<Url> readUrl(std::string_view text);
 
-[[nodiscard]] std::string toString(const Url& url);
+[[nodiscard]] ZELVORA_EXPORT std::string toString(const Url& url);
 
 /// `base` with `component` behind its path, one slash between them whichever side brings one.
-[[nodiscard]] Url appendingPath(Url base, std::string_view component);
+[[nodiscard]] ZELVORA_EXPORT Url appendingPath(Url base, std::string_view component);
 
 /// Whether the host is this machine by its very name: localhost, 127.0.0.0/8 or [::1].
-[[nodiscard]] bool isLoopback(const Url& url);
+[[nodiscard]] ZELVORA_EXPORT bool isLoopback(const Url& url);
 
 /// Throws Error unless `url` can be used and is https, or http to a loopback host.
-void requireSecure(const Url& url);
+ZELVORA_EXPORT void requireSecure(const Url& url);
 
 }  // namespace zelvora

@@ -60,9 +60,9 @@ void SemanticCache::store(std::string key, Matches matches, Timestamp now) {
 }
 
 std::string semanticCacheKey(std::string_view normalizedText, std::string_view locale) {
-  std::string key(normalizedText);
-  key += '|';
-  key += locale;
+  std::string key;
+  key.reserve(normalizedText.size() + 1 + locale.size());
+  key.append(normalizedText).append("|").append(locale);
   return key;
 }
 

@@ -1,5 +1,7 @@
 #include <ZelvoraSDK/spec/json_value.h>
 
+#include <boost/json/value.hpp>
+
 #include <ZelvoraSDK/base/json_write.h>
 
 namespace zelvora {

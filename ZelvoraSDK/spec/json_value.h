@@ -2,9 +2,7 @@
 
 #include <concepts>
 #include <cstddef>
-#include <functional>
 #include <locale>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <ranges>
@@ -17,16 +15,19 @@
 #include <variant>
 #include <vector>
 
-#include <boost/json/value.hpp>
-
 #include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/ordered_map.h>
+
+namespace boost::json {
+class value;
+}
 
 namespace zelvora {
 
 /// A JSON document as a tree that owns itself, built from a parsed document or from C++ values.
 /// Objects keep their order; all numbers are doubles. Written, never read: `toJson(tree)`.
-class JSONValue {
+class ZELVORA_EXPORT JSONValue {
  public:
   using Array = std::vector<JSONValue>;
   using Object = OrderedMap<JSONValue>;
@@ -62,30 +63,7 @@ class JSONValue {
 };
 
 /// Throws Error over NaN and infinities.
-void writeJson(JsonWriter& out, const JSONValue& value);
-
-/// Any value that `JsonWriter` can write, owned, its type forgotten; written as the value itself.
-/// Copies share the value, which nothing can change any more. Takes no plain text, so that nobody
-/// hands over JSON text where a document is wanted: see `StoredSpec::fromJson`, and
-/// `JSONValue("text")` for a JSON string.
-class AnyEncodable {
- public:
-  template <class T>
-    requires(!std::same_as<std::remove_cvref_t<T>, AnyEncodable> &&
-             !std::convertible_to<const T&, std::string_view>)
-  explicit AnyEncodable(T&& value) : encode_(encoderOf(std::forward<T>(value))) {}
-
-  friend void writeJson(JsonWriter& out, const AnyEncodable& any) { any.encode_(out); }
-
- private:
-  template <class T>
-  static std::function<void(JsonWriter&)> encoderOf(T&& value) {
-    auto kept = std::make_shared<const std::remove_cvref_t<T>>(std::forward<T>(value));
-    return [kept = std::move(kept)](JsonWriter& out) { out.value(*kept); };
-  }
-
-  std::function<void(JsonWriter&)> encode_;
-};
+ZELVORA_EXPORT void writeJson(JsonWriter& out, const JSONValue& value);
 
 template <class T>
 JSONValue::Payload JSONValue::payloadOf(const T& any) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/json_fwd.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/ordered_map.h>
 #include <ZelvoraSDK/spec/task_spec.h>
 
@@ -52,7 +53,7 @@ class ByLocale {
 /// The document in which an application describes all that can be asked of it. Immutable once
 /// decoded. Fields carry the names of their JSON keys; `docs/spec-format.md` says what each one
 /// does.
-struct RuntimeSpec : ZelvoraSpec {
+struct ZELVORA_EXPORT RuntimeSpec : ZelvoraSpec {
   struct App {
     std::string id;
     std::string default_locale;  ///< A locale identifier such as en-US.
@@ -171,11 +172,11 @@ struct RuntimeSpec : ZelvoraSpec {
   [[nodiscard]] std::vector<ZelvoraTaskSpec> tasks() const override;
 };
 
-void readJson(const JsonCursor& in, RuntimeSpec& spec);
+ZELVORA_EXPORT void readJson(const JsonCursor& in, RuntimeSpec& spec);
 
 /// A full spec whose records are made without the constructor's preconditions, so that
 /// `validateSpec()` reports what is wrong with a task where the spec itself would stop the process.
-class UncheckedSpec final : public ZelvoraSpec {
+class ZELVORA_EXPORT UncheckedSpec final : public ZelvoraSpec {
  public:
   explicit UncheckedSpec(RuntimeSpec spec) : spec_(std::move(spec)) {}
 

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <concepts>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
+#include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/system.h>
-#include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 
 namespace zelvora {
@@ -21,7 +25,7 @@ enum class SpecReading {
 };
 
 /// A stored spec as the pipelines need it.
-struct ResolvedSpec {
+struct ZELVORA_EXPORT ResolvedSpec {
   SpecReading reading = SpecReading::none;
   std::string reason;                       ///< A sentence on why it is not full; empty when it is.
   std::shared_ptr<const ZelvoraSpec> spec;  ///< Null when `reading` is `none`.
@@ -32,11 +36,34 @@ struct ResolvedSpec {
   [[nodiscard]] std::optional<std::string> libraryLine() const;
 };
 
+/// Any value that `JsonWriter` can write, owned, its type forgotten; written as the value itself.
+/// Copies share the value, which nothing can change any more. Takes no plain text, so that nobody
+/// hands over JSON text where a document is wanted: see `StoredSpec::fromJson`, and
+/// `JSONValue("text")` for a JSON string.
+class AnyEncodable {
+ public:
+  template <class T>
+    requires(!std::same_as<std::remove_cvref_t<T>, AnyEncodable> &&
+             !std::convertible_to<const T&, std::string_view>)
+  explicit AnyEncodable(T&& value) : encode_(encoderOf(std::forward<T>(value))) {}
+
+  friend void writeJson(JsonWriter& out, const AnyEncodable& any) { any.encode_(out); }
+
+ private:
+  template <class T>
+  static std::function<void(JsonWriter&)> encoderOf(T&& value) {
+    auto kept = std::make_shared<const std::remove_cvref_t<T>>(std::forward<T>(value));
+    return [kept = std::move(kept)](JsonWriter& out) { out.value(*kept); };
+  }
+
+  std::function<void(JsonWriter&)> encode_;
+};
+
 /// The application's spec as the façade keeps it: the document, and how it reads. Immutable;
 /// copies share what they hold. Nothing is validated, see `ZelvoraSpec::validateSpec()`.
 ///
 ///     Zelvora zelvora(platform, settings, StoredSpec::fromFile("shop.json"));
-class StoredSpec {
+class ZELVORA_EXPORT StoredSpec {
  public:
   /// Any value that encodes as a spec. It is encoded and decoded when it is resolved.
   StoredSpec(AnyEncodable value) : document_(std::move(value)) {}  // NOLINT: on purpose implicit
@@ -70,7 +97,7 @@ class StoredSpec {
 };
 
 /// Loads specs that lie in an application's bundle. Never an object. Validates nothing.
-struct ZelvoraSpecLoader {
+struct ZELVORA_EXPORT ZelvoraSpecLoader {
   ZelvoraSpecLoader() = delete;
 
   /// Decodes the resource `resource`.json. Throws Error: code 404 in the domain "ZelvoraSpecLoader"
@@ -80,6 +107,6 @@ struct ZelvoraSpecLoader {
 
 /// The full spec in the resource `name`.json of the application's own bundle. A missing,
 /// unreadable, empty, ill-formed or incomplete spec is a fatal error.
-StoredSpec requireSpecResource(const std::string& name, const AppBundle& mainBundle);
+ZELVORA_EXPORT StoredSpec requireSpecResource(const std::string& name, const AppBundle& mainBundle);
 
 }  // namespace zelvora

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/record.h>
 #include <ZelvoraSDK/outcome/result.h>
 
@@ -11,7 +12,7 @@ namespace zelvora {
 
 /// One task as the router scores it. The constructor checks; a record read from JSON is unchecked,
 /// so that `validate` can report what is wrong with it.
-struct ZelvoraTaskSpec {
+struct ZELVORA_EXPORT ZelvoraTaskSpec {
   std::string taskId;                       ///< Unique among the tasks.
   std::string title;                        ///< Shown in choices.
   std::string screenId;                     ///< Opened on execution.
@@ -52,7 +53,7 @@ void fields(Visitor&& visit, Record& task) {
 }
 
 /// Any spec model that the router, the validator and the façade accept.
-class ZelvoraSpec {
+class ZELVORA_EXPORT ZelvoraSpec {
  public:
   virtual ~ZelvoraSpec() = default;
 

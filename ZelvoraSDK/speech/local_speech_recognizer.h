@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/publisher.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 #include <ZelvoraSDK/speech/stt_protocols.h>

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
-#include <ZelvoraSDK/async/threads.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/speech/capture_outcome.h>
 #include <ZelvoraSDK/speech/capture_time.h>
 

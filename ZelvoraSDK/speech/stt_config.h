@@ -4,17 +4,18 @@
 #include <string_view>
 
 #include <ZelvoraSDK/base/json_fwd.h>
+#include <ZelvoraSDK/base/library.h>
 
 namespace zelvora {
 
 /// Where speech is turned into text. The enumerators are spelled as on the wire.
 enum class ZelvoraSTTMode { localOnly, cloudOnly, hybrid, disabled };
 
-[[nodiscard]] std::string_view toString(ZelvoraSTTMode mode);
+[[nodiscard]] ZELVORA_EXPORT std::string_view toString(ZelvoraSTTMode mode);
 /// The mode spelled exactly so; absent for any other word.
-[[nodiscard]] std::optional<ZelvoraSTTMode> sttModeFromString(std::string_view word);
+[[nodiscard]] ZELVORA_EXPORT std::optional<ZelvoraSTTMode> sttModeFromString(std::string_view word);
 
-struct ZelvoraSTTConfig {
+struct ZELVORA_EXPORT ZelvoraSTTConfig {
   ZelvoraSTTMode mode = ZelvoraSTTMode::localOnly;
   bool cloudFallbackEnabled = false;
 
@@ -28,10 +29,10 @@ struct ZelvoraSTTConfig {
 
 /// The preset that a property list's word asks for, whatever its case; `localOnly` for any word
 /// that is none.
-[[nodiscard]] ZelvoraSTTConfig sttConfigFromSetting(std::string_view word);
+[[nodiscard]] ZELVORA_EXPORT ZelvoraSTTConfig sttConfigFromSetting(std::string_view word);
 
 /// Both keys are required; an unknown mode is a type mismatch.
-void readJson(const JsonCursor& in, ZelvoraSTTConfig& config);
-void writeJson(JsonWriter& out, const ZelvoraSTTConfig& config);
+ZELVORA_EXPORT void readJson(const JsonCursor& in, ZelvoraSTTConfig& config);
+ZELVORA_EXPORT void writeJson(JsonWriter& out, const ZelvoraSTTConfig& config);
 
 }  // namespace zelvora

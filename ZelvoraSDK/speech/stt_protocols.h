@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/awaitable_fwd.h>
 #include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
@@ -27,7 +27,7 @@ class ZelvoraSTT {
   [[nodiscard]] virtual bool isAuthorized() const = 0;
 
   /// Asks the user; `isAuthorized()` tells the answer.
-  virtual asio::awaitable<void> requestPermissions() = 0;
+  virtual Awaitable<void> requestPermissions() = 0;
 
   virtual void reset() = 0;
   virtual void start() = 0;
@@ -49,7 +49,7 @@ class ZelvoraSpeechTranscriber {
   virtual ~ZelvoraSpeechTranscriber() = default;
 
   /// Absent when nothing was said. Throws Error.
-  virtual asio::awaitable<std::optional<std::string>> transcribe() = 0;
+  virtual Awaitable<std::optional<std::string>> transcribe() = 0;
 };
 
 }  // namespace zelvora

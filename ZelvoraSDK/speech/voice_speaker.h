@@ -5,12 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora {
 
 /// Says short texts, such as the sentence of a result. One thread at a time; never waits for sound.
-class VoiceSpeaker {
+class ZELVORA_EXPORT VoiceSpeaker {
  public:
   explicit VoiceSpeaker(SpeechSynthesizerFactory& synthesizers)
       : synthesizer_(synthesizers.makeSynthesizer()) {}

@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 
 namespace zelvora {
 

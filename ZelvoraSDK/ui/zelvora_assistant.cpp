@@ -5,6 +5,7 @@
 #include <boost/asio/post.hpp>
 #include <utility>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/spec/stored_spec.h>

@@ -9,7 +9,6 @@
 #include <memory>
 #include <vector>
 
-#include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/ui/audit_value.h>
 #include <ZelvoraSDK/ui/choice_value.h>
 #include <ZelvoraSDK/ui/mic_state.h>
@@ -17,6 +16,7 @@
 #include <ZelvoraSDK/ui/platform_provider.h>
 #include <ZelvoraSDK/ui/suggestions.h>
 #include <ZelvoraSDK/ui/voice_phase.h>
+#include <ZelvoraSDK/zelvora.h>
 
 namespace zelvora {
 

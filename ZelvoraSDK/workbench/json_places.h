@@ -6,15 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include <ZelvoraSDK/workbench/lint.h>
+
 namespace zelvora {
-
-/// Where something starts in a text. Both count from 1, the column in code points.
-struct TextPlace {
-  std::size_t line = 1;
-  std::size_t column = 1;
-
-  bool operator==(const TextPlace&) const = default;
-};
 
 /// Where each value of a JSON document stands in its text, found in one pass. Values are named by
 /// their coding paths, as decoding errors print them: `tasks[3].keywords[0]`; the root is "". A

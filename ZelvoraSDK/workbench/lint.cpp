@@ -5,9 +5,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/workbench/private/checks.h>
-#include <ZelvoraSDK/workbench/private/findings.h>
 #include <ZelvoraSDK/workbench/private/linted_spec.h>
-#include <ZelvoraSDK/workbench/private/routed_texts.h>
 
 namespace zelvora {
 

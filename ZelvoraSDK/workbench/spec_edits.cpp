@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/workbench/spec_edits.h>
+#include <ZelvoraSDK/workbench/lint.h>
 
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/workbench/json_places.h>

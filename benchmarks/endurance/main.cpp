@@ -31,10 +31,10 @@
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
+#include <ZelvoraSDK/zelvora.h>
 #include <benchmarks/voice/silent_log.h>
 #include <tests/support/sound_server.h>
 #include <tests/support/speech_server.h>

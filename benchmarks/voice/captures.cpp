@@ -10,7 +10,7 @@
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/speech/endpointing.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 #include <benchmarks/voice/silent_log.h>

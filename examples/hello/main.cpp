@@ -1,8 +1,7 @@
 #include <iostream>
 
 #include <ZelvoraSDK/adapters/host.h>
-#include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/zelvora.h>
 
 int main() {
   zelvora::MainLoop loop;

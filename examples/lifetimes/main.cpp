@@ -5,8 +5,7 @@
 #include <optional>
 
 #include <ZelvoraSDK/adapters/host.h>
-#include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/zelvora.h>
 
 namespace {
 

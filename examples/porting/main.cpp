@@ -3,9 +3,7 @@
 
 #include <cstdio>
 
-#include <ZelvoraSDK/facade/voice_command.h>
-#include <ZelvoraSDK/facade/zelvora.h>
-#include <ZelvoraSDK/speech/voice_speaker.h>
+#include <ZelvoraSDK/zelvora.h>
 
 #include "speech_ports.h"
 #include "system_ports.h"

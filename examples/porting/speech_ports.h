@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/speech.h>
 

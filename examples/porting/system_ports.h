@@ -9,8 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/platform/system.h>
 
 // The ports that every application hands over, in their smallest form that keeps the promises of

@@ -10,8 +10,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/async/coroutine.h>
-#include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {

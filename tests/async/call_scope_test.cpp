@@ -14,9 +14,8 @@
 #include <thread>
 #include <vector>
 
-#include <ZelvoraSDK/async/main_loop.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/async/slot.h>
-#include <ZelvoraSDK/async/threads.h>
 
 namespace zelvora {
 namespace {

@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 
 namespace zelvora {
 namespace {

@@ -8,8 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/async/serial_queue.h>
-#include <ZelvoraSDK/async/threads.h>
 
 namespace zelvora {
 namespace {

@@ -10,7 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/outcome/diagnostics.h>

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/backend/client.h>
 #include <ZelvoraSDK/base/error.h>
 #include <tests/support/recording_log.h>

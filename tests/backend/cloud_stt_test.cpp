@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/backend/cloud_stt.h>
+#include <ZelvoraSDK/backend/transcription.h>
 
 #include <gtest/gtest.h>
 
@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #include <tests/support/recording_url_session.h>
 #include <tests/support/run_to_end.h>

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/async/threads.h>
-#include <ZelvoraSDK/backend/cloud_stt.h>
+#include <ZelvoraSDK/async/executors.h>
+#include <ZelvoraSDK/backend/transcription.h>
 #include <ZelvoraSDK/base/error.h>
 #include <tests/support/scripted_server.h>
 

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/backend/text_fallback.h>
+#include <ZelvoraSDK/backend/interpret.h>
 
 #include <gtest/gtest.h>
 

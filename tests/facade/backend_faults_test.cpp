@@ -7,8 +7,10 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/limits.h>
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/zelvora.h>
 #include <tests/support/scripted_server.h>
 
 #include "small_spec.h"

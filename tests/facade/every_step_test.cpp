@@ -15,7 +15,7 @@
 #include <thread>
 #include <utility>
 
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/zelvora.h>
 
 #include "small_spec.h"
 #include "test_application.h"

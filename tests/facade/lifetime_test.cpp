@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/zelvora.h>
 
 #include "small_spec.h"
 #include "test_application.h"

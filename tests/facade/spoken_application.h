@@ -9,7 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/zelvora.h>
 #include <tests/facade/small_spec.h>
 #include <tests/facade/test_application.h>
 #include <tests/speech/engine_fixture.h>

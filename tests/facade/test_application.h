@@ -6,11 +6,10 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/json_read.h>
-#include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/zelvora.h>
 
 #include "tests/support/memory_bundle.h"
 #include "tests/support/memory_defaults.h"

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <future>
 
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/zelvora.h>
 
 #include "small_spec.h"
 #include "test_application.h"

@@ -8,6 +8,8 @@
 #include <string_view>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/platform.h>
 #include <tests/support/run_to_end.h>
 
 #include "small_spec.h"
@@ -47,20 +49,6 @@ using testing::runToEnd;
 using testing::smallSpec;
 using testing::TestApplication;
 
-class SilentLog final : public LogSink {
- public:
-  void write(std::string_view) override {}
-};
-
-/// Takes requests and refuses them.
-class DeadSession final : public UrlSession {
- public:
-  asio::awaitable<UrlResponse> send(UrlRequest) override {
-    throw Error("Transport", 7, "no network");
-    co_return UrlResponse();
-  }
-};
-
 std::string repeated(std::string_view piece, std::size_t size) {
   std::string text;
   text.reserve(size + piece.size());
@@ -68,8 +56,9 @@ std::string repeated(std::string_view piece, std::size_t size) {
   return text;
 }
 
-/// The most memory, in multiples of `size`, that routing a text made of `piece` takes.
+/// The most memory that routing a text made of `piece` takes, in multiples of its size as UTF-8.
 double factorOf(Zelvora& zelvora, std::string_view piece, std::size_t size) {
+  const std::size_t repaired = repairedUtf8(repeated(piece, size)).size();
   const std::size_t before = live;
   peak = before;
   std::string text = repeated(piece, size);
@@ -77,11 +66,10 @@ double factorOf(Zelvora& zelvora, std::string_view piece, std::size_t size) {
     runToEnd(zelvora.route(std::move(text)));
   } catch (const Error&) {
   }
-  return static_cast<double>(peak - before) / static_cast<double>(size);
+  return static_cast<double>(peak - before) / static_cast<double>(repaired);
 }
 
-/// Ordinary text takes less than 12; bytes that are no UTF-8 and texts of one long word take most.
-constexpr double kMostOfItsSize = 25;
+constexpr double kMostOfItsSize = 8;
 
 TEST(UtteranceMemory, IsAFewTimesItsSize) {
   constexpr std::size_t kMebibyte = std::size_t{1} << 20;
@@ -90,8 +78,8 @@ TEST(UtteranceMemory, IsAFewTimesItsSize) {
 
   const TestApplication application;
   Platform platform = application.platform();
-  platform.log = std::make_shared<SilentLog>();
-  platform.urlSession = std::make_shared<DeadSession>();
+  platform.log = std::make_shared<SilentLogSink>();
+  platform.urlSession = std::make_shared<NoNetworkSession>();
   const std::string replacements = R"("stt":{"replacementsByLocale":{"en-US":{"Kart":"cart"}}},)";
   const std::string context =
       R"("context":{"enabled":true,"synonymsByLocale":{"en":{"a":["b","c"]}},

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 
 namespace zelvora::testing {
 

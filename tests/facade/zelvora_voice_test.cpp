@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ZelvoraSDK/spec/json_value.h>
 #include <tests/facade/small_spec.h>
 #include <tests/facade/test_application.h>
 #include <tests/speech/engine_fixture.h>

@@ -3,8 +3,17 @@ file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX} OUTPUT_QUIET
                 COMMAND_ERROR_IS_FATAL ANY)
 
-# Nothing that belongs to a room alone is laid down.
-file(GLOB_RECURSE private RELATIVE ${PREFIX} ${PREFIX}/include/*/private/*)
-if(private)
-  message(FATAL_ERROR "installed, and private: ${private}")
-endif()
+# Of the core its public headers are laid down, and of no room what is its own.
+include(${ROOT}/cmake/ZelvoraHeaders.cmake)
+set(include ${PREFIX}/include/ZelvoraSDK)
+file(GLOB_RECURSE installed RELATIVE ${include} ${include}/*)
+foreach(header IN LISTS installed)
+  if(header MATCHES "/private/" OR NOT (header IN_LIST zelvora_public_headers OR header MATCHES "^(adapters|ui|testing)/"))
+    message(SEND_ERROR "installed, and not public: ${header}")
+  endif()
+endforeach()
+foreach(header IN LISTS zelvora_public_headers)
+  if(NOT header IN_LIST installed)
+    message(SEND_ERROR "public, and not installed: ${header}")
+  endif()
+endforeach()

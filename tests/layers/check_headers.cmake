@@ -4,18 +4,7 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-# What an application or the writer of a port includes, besides the adapters and the views.
-set(public
-  async/awaitable.h async/guarded.h async/publisher.h async/slot.h
-  backend/access_token.h
-  base/error.h base/json_fwd.h base/json_write.h base/limits.h base/ordered_map.h base/record.h
-  base/version.h
-  facade/settings.h facade/hooks.h facade/zelvora.h
-  outcome/audit_event.h outcome/result.h
-  platform/audio.h platform/network.h platform/platform.h platform/speech.h platform/system.h
-  platform/url.h
-  spec/json_value.h spec/runtime_spec.h spec/stored_spec.h spec/task_spec.h
-  speech/stt_config.h speech/stt_protocols.h speech/voice_speaker.h)
+include(${CMAKE_CURRENT_LIST_DIR}/../../cmake/ZelvoraHeaders.cmake)
 
 # Rooms whose headers all have at least two includers.
 set(rooms base platform outcome spec routing backend)
@@ -37,16 +26,18 @@ foreach(file IN LISTS files)
   string(REGEX REPLACE "[^;<]*<ZelvoraSDK/([^>]+)>[^;]*" "\\1" included "${lines}")
   list(APPEND includes ${included})
   string(REGEX REPLACE "^ZelvoraSDK/" "" header ${file})
-  if(header IN_LIST public AND file MATCHES "^ZelvoraSDK/")
+  # The adapters and the views have public headers of their own: all that are in no private folder.
+  if(header IN_LIST zelvora_public_headers OR file MATCHES "^ZelvoraSDK/(adapters|ui)/([a-z]+/)?[^/]+\\.h$")
     foreach(other IN LISTS included)
-      if(NOT other IN_LIST public)
+      if(NOT other IN_LIST zelvora_public_headers AND (other MATCHES "/private/"
+         OR NOT other MATCHES "^(adapters|ui)/"))
         message(SEND_ERROR "${file} is public and may not include <ZelvoraSDK/${other}>")
       endif()
     endforeach()
   endif()
 endforeach()
 
-foreach(header IN LISTS public)
+foreach(header IN LISTS zelvora_public_headers)
   string(REGEX MATCH "^[^/]+" room ${header})
   if(EXISTS ${ROOT}/ZelvoraSDK/${room} AND NOT EXISTS ${ROOT}/ZelvoraSDK/${header})
     message(SEND_ERROR "the public header ${header} is missing")
@@ -61,7 +52,7 @@ foreach(file IN LISTS files)
     continue()
   endif()
   set(header ${CMAKE_MATCH_1})
-  if(NOT CMAKE_MATCH_2 IN_LIST rooms OR header IN_LIST public)
+  if(NOT CMAKE_MATCH_2 IN_LIST rooms OR header IN_LIST zelvora_public_headers)
     continue()
   endif()
   string(FIND "${includes}" " ${header} " first)

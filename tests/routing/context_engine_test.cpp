@@ -3,11 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ZelvoraSDK/base/limits.h>
+
 namespace zelvora {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 using Candidates = std::vector<ExpandedCandidate>;
 using Context = RuntimeSpec::Context;
 using Synonyms = OrderedMap<std::vector<std::string>>;
@@ -48,6 +51,15 @@ TEST(ContextEngine, OffersANaiveSingular) {
       {"a\xFF", {{"a\uFFFD", original, 1.0}}},
   };
   for (const auto& row : rows) EXPECT_EQ(expand(row.text), row.expected) << row.text;
+}
+
+TEST(ContextEngine, LeavesAnUtteranceAsItIsPastItsLimit) {
+  const Context context = withSynonyms({{"cart", {"basket"}}});
+  std::string text = "cart carts";
+  text.resize(kMaxRephrasedBytes, 's');
+  EXPECT_THAT(expand(text, context), SizeIs(3));
+  text += 's';
+  EXPECT_THAT(expand(text, context), ElementsAre(ExpandedCandidate{text, original, 1.0}));
 }
 
 TEST(ContextEngine, ReplacesAPhraseWhateverItsCase) {

@@ -1,4 +1,5 @@
 #include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/spec/stored_spec.h>
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_read.h>

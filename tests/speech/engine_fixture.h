@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 
 #include <tests/support/speech_stand_ins.h>

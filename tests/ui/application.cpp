@@ -1,7 +1,8 @@
 #include <tests/ui/application.h>
 
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 #include <tests/support/memory_bundle.h>
 #include <tests/support/speech_stand_ins.h>
 #include <tests/support/temporary_folder.h>

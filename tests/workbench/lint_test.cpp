@@ -3,6 +3,7 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/workbench/json_places.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/workbench/spec_edits.h>
+#include <ZelvoraSDK/workbench/lint.h>
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 #include <ZelvoraSDK/workbench/json_places.h>
-#include <ZelvoraSDK/workbench/spec_edits.h>
+#include <ZelvoraSDK/workbench/lint.h>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/file.h>

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/host.h>
-#include <ZelvoraSDK/async/main_loop.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/facade/settings.h>
-#include <ZelvoraSDK/facade/zelvora.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
+#include <ZelvoraSDK/zelvora.h>
 
 #include "command_line.h"
 

@@ -8,8 +8,8 @@
 #include <numeric>
 #include <utility>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/base/version.h>
 
 namespace zelvora::tool {
 namespace {

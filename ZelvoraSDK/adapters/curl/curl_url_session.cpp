@@ -4,6 +4,8 @@
 
 #include <ZelvoraSDK/adapters/curl/private/transfer.h>
 #include <ZelvoraSDK/adapters/curl/private/transfer_loop.h>
+#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/bounded_thread.h>
 
 namespace zelvora {
 namespace {
@@ -27,12 +29,14 @@ asio::awaitable<UrlResponse> exchange(std::shared_ptr<TransferLoop> loop, UrlReq
 }  // namespace
 
 CurlUrlSession::CurlUrlSession(CurlOptions options)
-    : options_(std::move(options)), loop_(std::make_shared<TransferLoop>()) {}
+    : options_(std::move(options)),
+      loop_(std::make_shared<TransferLoop>()),
+      thread_(std::make_unique<BoundedThread>()) {}
 
 CurlUrlSession::~CurlUrlSession() { loop_->close(); }
 
 asio::awaitable<UrlResponse> CurlUrlSession::send(UrlRequest request) {
-  thread_.startOnce([loop = loop_] { loop->run(); });
+  thread_->startOnce([loop = loop_] { loop->run(); });
   return exchange(loop_, std::move(request), options_);
 }
 

@@ -4,11 +4,11 @@
 #include <memory>
 #include <optional>
 
-#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora {
 
+class BoundedThread;
 class TransferLoop;
 
 /// The domain of what a transport failure throws; the code is libcurl's own.
@@ -32,12 +32,12 @@ class CurlUrlSession final : public UrlSession {
   /// Requests in flight fail. Waits for the worker thread, with a bound.
   ~CurlUrlSession() override;
 
-  asio::awaitable<UrlResponse> send(UrlRequest request) override;
+  Awaitable<UrlResponse> send(UrlRequest request) override;
 
  private:
   CurlOptions options_;
   std::shared_ptr<TransferLoop> loop_;
-  BoundedThread thread_;
+  std::unique_ptr<BoundedThread> thread_;
 };
 
 }  // namespace zelvora

@@ -11,7 +11,7 @@
 #include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 #include <ZelvoraSDK/adapters/sqlite/sqlite_defaults.h>
 #include <ZelvoraSDK/async/durable_queue.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <boost/asio/any_io_executor.hpp>
 #include <filesystem>
 #include <memory>
 #include <optional>
 
 #include <ZelvoraSDK/adapters/host/host_speech.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 
 namespace zelvora {
 

@@ -8,6 +8,7 @@
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #ifdef ZELVORA_HAS_SHERPA
 #include <ZelvoraSDK/adapters/audio/combined_recognizer.h>
@@ -46,6 +47,12 @@ std::shared_ptr<SpeechRecognizerFactory> recognizers(const HostSpeechOptions& op
 }
 
 }  // namespace
+
+Awaitable<Permissions::SpeechStatus> GrantedPermissions::requestSpeechRecognition() {
+  co_return SpeechStatus::authorized;
+}
+
+Awaitable<bool> GrantedPermissions::requestMicrophone() { co_return true; }
 
 std::vector<std::string> hostRecognizers() {
 #ifdef ZELVORA_HAS_SHERPA

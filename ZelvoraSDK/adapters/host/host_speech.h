@@ -15,10 +15,8 @@ namespace zelvora {
 /// What a user of a desktop has agreed to by starting the program: everything.
 class GrantedPermissions final : public Permissions {
  public:
-  asio::awaitable<SpeechStatus> requestSpeechRecognition() override {
-    co_return SpeechStatus::authorized;
-  }
-  asio::awaitable<bool> requestMicrophone() override { co_return true; }
+  Awaitable<SpeechStatus> requestSpeechRecognition() override;
+  Awaitable<bool> requestMicrophone() override;
 };
 
 /// What an application may choose about hearing and speaking.

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
+#include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/execution.hpp>
 #include <boost/asio/execution_context.hpp>
 #include <cstddef>

@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/awaitable_fwd.h>
 
 namespace zelvora {
 

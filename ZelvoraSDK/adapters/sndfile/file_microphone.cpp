@@ -1,14 +1,30 @@
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 
 #include <algorithm>
+#include <boost/asio/post.hpp>
+#include <chrono>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
 #include <ZelvoraSDK/async/guarded.h>
+#include <ZelvoraSDK/async/serial_queue.h>
 
 namespace zelvora {
+
+std::shared_ptr<void> RealTimePace::start(Seconds period, std::function<void()> tick) {
+  const asio::any_io_executor strand = SerialExecutor::on(threads_);
+  const auto every = std::chrono::duration_cast<RepeatingTimer::Duration>(period);
+  // The timer lives on its strand alone: made there, and destroyed there on behalf of the answer.
+  const auto timer = std::make_shared<std::unique_ptr<RepeatingTimer>>();
+  asio::post(strand, [strand, every, timer, tick = std::move(tick)] {
+    *timer = std::make_unique<RepeatingTimer>(strand, every, tick);
+  });
+  return {nullptr, [strand, timer](void*) { asio::post(strand, [timer] { timer->reset(); }); }};
+}
+
 namespace {
 
 /// What the pace's thread and the owner's share.

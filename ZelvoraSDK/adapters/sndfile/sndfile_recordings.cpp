@@ -1,6 +1,5 @@
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 
-#include <ZelvoraSDK/adapters/sndfile/private/locked_file.h>
 #include <ZelvoraSDK/adapters/sndfile/private/sound_file.h>
 #include <ZelvoraSDK/base/error.h>
 

@@ -13,8 +13,8 @@
 #include <ZelvoraSDK/adapters/speechd/private/daemon.h>
 #include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
 #include <ZelvoraSDK/adapters/speechd/private/session.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {

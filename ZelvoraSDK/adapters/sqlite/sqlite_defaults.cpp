@@ -24,14 +24,14 @@ SqliteDefaults::SqliteDefaults(Options options) : options_(std::move(options)) {
 SqliteDefaults::~SqliteDefaults() = default;
 
 template <class Operation>
-auto SqliteDefaults::perform(Slot& slot, bool creates, Operation operation) const
-    -> std::optional<decltype(operation(*slot))> {
+auto SqliteDefaults::perform(bool creates, Operation operation)
+    -> std::optional<std::invoke_result_t<Operation, sqlite::Connection&>> {
   for (int attempt = 1;; ++attempt) {
     try {
-      if (!open(slot, creates)) return std::nullopt;
-      return operation(*slot);
+      if (!open(creates)) return std::nullopt;
+      return operation(*connection_);
     } catch (const Error& error) {
-      slot.reset();
+      connection_.reset();
       const bool isAnotherFile =
           sqlite::isDamage(error) || sqlite::isMoved(error) || (creates && hasNoFile());
       if (!isAnotherFile || attempt == kMaxAttempts) throw;
@@ -39,16 +39,16 @@ auto SqliteDefaults::perform(Slot& slot, bool creates, Operation operation) cons
   }
 }
 
-bool SqliteDefaults::open(Slot& slot, bool creates) const {
-  if (slot && slot->hasMoved()) slot.reset();
-  if (slot) return true;
+bool SqliteDefaults::open(bool creates) {
+  if (connection_ && connection_->hasMoved()) connection_.reset();
+  if (connection_) return true;
   if (!creates && hasNoFile()) return false;
   static_cast<void>(sqlite::requirePlainFile(options_.file));
   if (creates) sqlite::makePrivate(options_.file);
   const std::filesystem::path file = sqlite::requirePlainFile(options_.file);
   const sqlite::FileIdentity identity = sqlite::identityOf(file);
   try {
-    slot = std::make_unique<sqlite::Connection>(file, options_.busyTimeout);
+    connection_ = std::make_unique<sqlite::Connection>(file, options_.busyTimeout);
   } catch (const Error& error) {
     if (sqlite::isDamage(error)) replace(file, identity, error);
     throw;
@@ -75,28 +75,25 @@ bool SqliteDefaults::hasNoFile() const {
 }
 
 std::int64_t SqliteDefaults::integer(const std::string& key) {
-  return connection_.with([&](Slot& slot) {
-    const auto value =
-        perform(slot, false, [&](sqlite::Connection& connection) { return connection.value(key); });
-    return value.value_or(0);
-  });
+  const std::scoped_lock lock(mutex_);
+  const auto value =
+      perform(false, [&](sqlite::Connection& connection) { return connection.value(key); });
+  return value.value_or(0);
 }
 
 std::int64_t SqliteDefaults::increment(const std::string& key) {
-  const auto value = connection_.with([&](Slot& slot) {
-    return perform(slot, true,
-                   [&](sqlite::Connection& connection) { return connection.increment(key); });
-  });
+  const std::scoped_lock lock(mutex_);
+  const auto value =
+      perform(true, [&](sqlite::Connection& connection) { return connection.increment(key); });
   if (!*value) fatalError("The count under " + key + " would pass the largest integer");
   return **value;
 }
 
 void SqliteDefaults::removeAll(const std::string& prefix) {
-  connection_.with([&](Slot& slot) {
-    return perform(slot, false, [&](sqlite::Connection& connection) {
-      connection.removeAll(prefix);
-      return true;
-    });
+  const std::scoped_lock lock(mutex_);
+  perform(false, [&](sqlite::Connection& connection) {
+    connection.removeAll(prefix);
+    return true;
   });
 }
 

@@ -3,9 +3,10 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <type_traits>
 
-#include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/system.h>
 
@@ -46,22 +47,21 @@ class SqliteDefaults final : public UserDefaults {
   void removeAll(const std::string& prefix) override;
 
  private:
-  using Slot = std::unique_ptr<sqlite::Connection>;
-
-  /// What `operation` gives on the connection in `slot`; absent when there is no file and none is
+  /// What `operation` gives on the connection; absent when there is no file and none is
   /// to be created. Opens the file where it is not open and closes it when the operation fails. A
   /// file that was damaged or moved is met again.
   template <class Operation>
-  auto perform(Slot& slot, bool creates, Operation operation) const
-      -> std::optional<decltype(operation(*slot))>;
+  auto perform(bool creates, Operation operation)
+      -> std::optional<std::invoke_result_t<Operation, sqlite::Connection&>>;
   /// Whether there is a file.
-  bool open(Slot& slot, bool creates) const;
+  bool open(bool creates);
   void replace(const std::filesystem::path& damaged, const sqlite::FileIdentity& identity,
                const Error& cause) const;
   [[nodiscard]] bool hasNoFile() const;
 
   Options options_;
-  Guarded<Slot> connection_;
+  std::mutex mutex_;
+  std::unique_ptr<sqlite::Connection> connection_;  ///< Under the mutex, as the operations above.
 };
 
 }  // namespace zelvora

@@ -14,7 +14,7 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/text_pipeline.h>
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/zelvora.h>
 
 namespace zelvora {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-#include <ZelvoraSDK/base/uuid.h>
+#include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <memory>
 
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/bounded_thread.h>
 #include <ZelvoraSDK/platform/audio.h>
 #include <ZelvoraSDK/platform/speech.h>
 #include <ZelvoraSDK/speech/capture_time.h>

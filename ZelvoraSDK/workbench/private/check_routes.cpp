@@ -5,8 +5,8 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/workbench/private/linted_spec.h>
 #include <ZelvoraSDK/workbench/private/remedies.h>
-#include <ZelvoraSDK/workbench/private/routed_texts.h>
 
 namespace zelvora::workbench {
 namespace {

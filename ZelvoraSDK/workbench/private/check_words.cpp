@@ -10,8 +10,8 @@
 #include <ZelvoraSDK/routing/canonical_text.h>
 #include <ZelvoraSDK/routing/decision.h>
 #include <ZelvoraSDK/routing/normalizer.h>
+#include <ZelvoraSDK/workbench/private/linted_spec.h>
 #include <ZelvoraSDK/workbench/private/remedies.h>
-#include <ZelvoraSDK/workbench/private/routed_texts.h>
 
 namespace zelvora::workbench {
 namespace {

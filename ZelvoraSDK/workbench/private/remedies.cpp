@@ -9,7 +9,7 @@
 #include <ZelvoraSDK/routing/canonical_text.h>
 #include <ZelvoraSDK/routing/decision.h>
 #include <ZelvoraSDK/routing/local_router.h>
-#include <ZelvoraSDK/workbench/private/findings.h>
+#include <ZelvoraSDK/workbench/private/checks.h>
 
 namespace zelvora::workbench {
 namespace {

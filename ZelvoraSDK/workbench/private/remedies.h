@@ -9,7 +9,6 @@
 #include <vector>
 
 #include <ZelvoraSDK/workbench/private/linted_spec.h>
-#include <ZelvoraSDK/workbench/private/routed_texts.h>
 
 namespace zelvora::workbench {
 

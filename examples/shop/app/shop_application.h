@@ -6,7 +6,7 @@
 
 #include <ZelvoraSDK/adapters/host/host_platform.h>
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 
 #include "language.h"
 #include "reply_speaker.h"

@@ -5,7 +5,7 @@
 #include <string>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
 #include <tests/support/scripted_server.h>
 

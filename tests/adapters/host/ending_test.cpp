@@ -12,8 +12,8 @@
 
 #include <ZelvoraSDK/adapters/host.h>
 #include <ZelvoraSDK/adapters/sqlite/sqlite_defaults.h>
-#include <ZelvoraSDK/async/main_loop.h>
-#include <ZelvoraSDK/facade/zelvora.h>
+#include <ZelvoraSDK/async/executors.h>
+#include <ZelvoraSDK/zelvora.h>
 #include <tests/facade/small_spec.h>
 
 namespace zelvora {

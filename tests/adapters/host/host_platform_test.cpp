@@ -8,7 +8,7 @@
 
 #include <boost/asio/post.hpp>
 
-#include <ZelvoraSDK/async/main_loop.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora {

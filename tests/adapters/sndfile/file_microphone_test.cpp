@@ -5,7 +5,7 @@
 #include <chrono>
 #include <future>
 
-#include <ZelvoraSDK/async/threads.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
 #include <tests/support/sound_files.h>
 #include <tests/support/temporary_folder.h>

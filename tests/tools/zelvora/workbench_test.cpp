@@ -17,7 +17,6 @@
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 #include <ZelvoraSDK/workbench/lint.h>
-#include <ZelvoraSDK/workbench/spec_edits.h>
 
 #include "tests/support/temporary_folder.h"
 #include "tests/workbench/clean_spec.h"

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/base/version.h>
 
 #include "../commands.h"
 

@@ -9,7 +9,7 @@
 
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/workbench/spec_edits.h>
+#include <ZelvoraSDK/workbench/lint.h>
 
 #include "../application.h"
 #include "../commands.h"

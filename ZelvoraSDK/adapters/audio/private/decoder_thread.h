@@ -5,9 +5,9 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/audio/private/stream_decoder.h>
+#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
-#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora::audio {

@@ -1,44 +1,13 @@
 #pragma once
 
-#include <cstddef>
 #include <future>
-#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
-#include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
-
-/// A few threads for background work, started when the executor is first asked for. Thread-safe.
-/// Executors stay valid when the pool is gone: what is posted then is destroyed without running.
-class WorkerPool {
- public:
-  explicit WorkerPool(std::size_t threadCount);
-  /// Begins nothing more, destroys what has not begun, and waits for what is running, at most
-  /// `kMaxJoinTime`; a thread that is still busy then is detached. May run on a thread of the pool.
-  ~WorkerPool() { stop(); }
-
-  WorkerPool(const WorkerPool&) = delete;
-  WorkerPool& operator=(const WorkerPool&) = delete;
-
-  [[nodiscard]] asio::any_io_executor executor();
-
-  /// Ends the pool early, as destruction does. Not to be called twice at once.
-  void stop();
-
- private:
-  struct Shared;
-
-  void start();
-
-  std::shared_ptr<Shared> shared_;
-  std::size_t threadCount_;
-  std::vector<std::thread> threads_;
-};
 
 /// One thread for a library that wants all its calls from one, started when first needed and never
 /// waited for without a bound. What it runs must own everything that it touches.

@@ -1,14 +1,19 @@
-#pragma once
+#include <ZelvoraSDK/async/executors.h>
 
 #include <boost/asio/execution.hpp>
 #include <boost/asio/io_context.hpp>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <utility>
 
 #include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/guarded.h>
+#include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {
+
+namespace {
 
 /// An `io_context` that its executors keep alive, so that an executor may be used after the loop's
 /// owner is gone. Work that is posted after `close()` is destroyed without running. Callable from
@@ -111,8 +116,112 @@ class SharedLoopExecutor {
   bool continues_ = false;
 };
 
-inline asio::any_io_executor SharedLoop::executor() {
-  return SharedLoopExecutor(shared_from_this());
+asio::any_io_executor SharedLoop::executor() { return SharedLoopExecutor(shared_from_this()); }
+
+}  // namespace
+
+/// Outlives its owner for as long as `run()` is on the stack.
+struct MainLoop::Shared {
+  struct State {
+    int depth = 0;  ///< Calls of `run()` on the stack.
+    bool closed = false;
+  };
+
+  std::shared_ptr<SharedLoop> loop = std::make_shared<SharedLoop>(1);
+  Guarded<State> state;
+};
+
+MainLoop::MainLoop() : shared_(std::make_shared<Shared>()) {}
+
+MainLoop::~MainLoop() {
+  shared_->loop->close();
+  const bool isRunning = shared_->state.with([](Shared::State& state) {
+    state.closed = true;
+    return state.depth > 0;
+  });
+  if (!isRunning) shared_->loop->drop();
+}
+
+void MainLoop::run() {
+  struct Visit {
+    explicit Visit(std::shared_ptr<Shared> visited) : shared(std::move(visited)) {
+      shared->state.with([](Shared::State& state) { ++state.depth; });
+    }
+    ~Visit() {
+      const bool isLast = shared->state.with(
+          [](Shared::State& state) { return --state.depth == 0 && state.closed; });
+      if (isLast) shared->loop->drop();
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+
+    std::shared_ptr<Shared> shared;
+  };
+  const Visit visit(shared_);
+  visit.shared->loop->restart();
+  visit.shared->loop->run();
+}
+
+void MainLoop::stop() { shared_->loop->stop(); }
+
+asio::any_io_executor MainLoop::executor() const { return shared_->loop->executor(); }
+
+/// What the threads hold: it outlives the pool when a thread does.
+struct WorkerPool::Shared {
+  std::shared_ptr<SharedLoop> loop = std::make_shared<SharedLoop>(BOOST_ASIO_CONCURRENCY_HINT_SAFE);
+  std::once_flag started;
+  std::mutex mutex;
+  std::condition_variable threadEnded;
+  std::size_t running = 0;
+  bool stopped = false;
+
+  /// A thread's whole life. The last thread to end destroys what a stopped pool did not begin.
+  void work() {
+    loop->run();
+    std::unique_lock lock(mutex);
+    const bool isLast = --running == 0 && stopped;
+    threadEnded.notify_all();
+    lock.unlock();
+    if (isLast) loop->drop();
+  }
+};
+
+WorkerPool::WorkerPool(std::size_t threadCount)
+    : shared_(std::make_shared<Shared>()), threadCount_(threadCount) {}
+
+WorkerPool::~WorkerPool() { stop(); }
+
+void WorkerPool::stop() {
+  shared_->loop->close();
+  // From here on no thread starts any more.
+  std::call_once(shared_->started, [] {});
+  const bool onOwnThread = shared_->loop->get_executor().running_in_this_thread();
+  const std::size_t allowed = onOwnThread ? 1 : 0;
+  std::unique_lock lock(shared_->mutex);
+  const bool ended = shared_->threadEnded.wait_for(lock, kMaxJoinTime,
+                                                   [&] { return shared_->running <= allowed; });
+  const bool mustDrop = !std::exchange(shared_->stopped, true) && shared_->running == 0;
+  lock.unlock();
+  for (std::thread& thread : threads_) {
+    // Joined, so that the thread's objects are destroyed first.
+    if (ended && thread.get_id() != std::this_thread::get_id())
+      thread.join();
+    else
+      thread.detach();
+  }
+  threads_.clear();
+  if (mustDrop) shared_->loop->drop();
+}
+
+asio::any_io_executor WorkerPool::executor() {
+  std::call_once(shared_->started, [this] { start(); });
+  return shared_->loop->executor();
+}
+
+void WorkerPool::start() {
+  const std::lock_guard lock(shared_->mutex);
+  for (; shared_->running < threadCount_; ++shared_->running)
+    threads_.emplace_back([shared = shared_] { shared->work(); });
 }
 
 }  // namespace zelvora

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/sndfile/private/locked_file.h>
+#include <ZelvoraSDK/adapters/sndfile/private/sound_file.h>
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -1,30 +1,34 @@
 #pragma once
 
+// Everything that an application needs beside a platform, such as that of
+// ZelvoraSDK/adapters/host.h.
+
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/awaitable_fwd.h>
 #include <ZelvoraSDK/async/publisher.h>
 #include <ZelvoraSDK/async/slot.h>
-#include <ZelvoraSDK/facade/hooks.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/facade/settings.h>
+#include <ZelvoraSDK/facade/voice_command.h>
 #include <ZelvoraSDK/outcome/audit_event.h>
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/platform/platform.h>
+#include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
 #include <ZelvoraSDK/speech/stt_protocols.h>
+#include <ZelvoraSDK/speech/voice_speaker.h>
 
 namespace zelvora {
 
 class CallScope;
-class VoiceCommand;
 class VoicePipeline;
 
 /// A command under way, so that it can be cancelled. Destroying it cancels nothing. Callable from
 /// any thread, also when the façade is gone.
-class ZelvoraCall {
+class ZELVORA_EXPORT ZelvoraCall {
  public:
   /// A call that has ended.
   ZelvoraCall() = default;
@@ -52,7 +56,7 @@ class ZelvoraCall {
 /// afterwards, and those that are pending are destroyed uncalled. Platform and main executor may be
 /// destroyed before or after it. Moving is for the owner's thread; a façade that was moved from may
 /// only be destroyed or assigned to.
-class Zelvora {
+class ZELVORA_EXPORT Zelvora {
  public:
   /// The name of a JSON resource of the application's bundle, without the extension.
   struct SpecResource {
@@ -86,7 +90,7 @@ class Zelvora {
 
   /// Routes one utterance and resumes the caller on its own executor. Throws Error when a backend
   /// stage fails, and when the façade is released first.
-  asio::awaitable<ZelvoraResult> route(std::string text);
+  Awaitable<ZelvoraResult> route(std::string text);
 
   /// Routes one utterance in the background and calls `completion` with its one outcome; a failure
   /// becomes an unsupported outcome that carries the error's description.
