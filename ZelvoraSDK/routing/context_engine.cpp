@@ -101,6 +101,14 @@ class CandidateList {
   std::vector<ExpandedCandidate> candidates_;
 };
 
+/// An utterance too long for a list that compares its texts.
+std::vector<ExpandedCandidate> asItIs(std::string utterance) {
+  std::vector<ExpandedCandidate> candidates;
+  if (!isBlank(utterance))
+    candidates.push_back({std::move(utterance), Reason::original, kOriginalWeight});
+  return candidates;
+}
+
 std::string naiveSingular(std::string_view word) {
   std::string lower = lowercased(word);
   const std::size_t characters = characterCount(lower);
@@ -177,10 +185,10 @@ std::vector<ExpandedCandidate> SpecContextEngine::expand(std::string_view text,
                                                          std::string_view locale,
                                                          const std::optional<Context>& context,
                                                          const ExpansionMoment& moment) {
-  const std::string utterance = repairedUtf8(text);
+  std::string utterance = repairedUtf8(text);
+  if (text.size() > kMaxRephrasedBytes) return asItIs(std::move(utterance));
   CandidateList candidates;
   candidates.add(utterance, Reason::original, kOriginalWeight);
-  if (text.size() > kMaxRephrasedBytes) return std::move(candidates).sorted();
   candidates.add(singularForm(utterance), Reason::plural, kPluralWeight);
   if (context) {
     const auto& memory = context->memory;

@@ -3,7 +3,6 @@
 
 #include <ZelvoraSDK/adapters/host.h>
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 
 int main(int argc, char** argv) {

@@ -230,8 +230,12 @@ TEST(SpeechStart, GivesItsDaemonNothingOfThisProcess) {
   ::sigprocmask(SIG_BLOCK, &blocked, &before);
   ::signal(SIGPIPE, SIG_IGN);
   const int inherited = ::dup2(STDERR_FILENO, 777);  // Without O_CLOEXEC.
+  // Read by the shell itself, which blocks signals while it starts another program.
   const FakeLauncher launcher(
-      "ls /proc/$$/fd >$OUT; grep -E 'SigBlk|SigIgn' /proc/$$/status >>$OUT\n");
+      "ls /proc/$$/fd >$OUT\n"
+      "while read -r line; do\n"
+      "  case $line in SigBlk* | SigIgn*) echo \"$line\" >>$OUT ;; esac\n"
+      "done </proc/$$/status\n");
   Texts texts;
   SpeechdSynthesizerFactory().makeSynthesizer()->speak(texts.next("released at once"));
   const auto synthesizer = SpeechdSynthesizerFactory().makeSynthesizer();
