@@ -27,7 +27,7 @@ T.StackView {
 
     initialItem: T.Page {
         title: root.title
-        background: Rectangle { color: root.ZelvoraTheme.background }
+        background: Rectangle { color: ZelvoraTheme.background }
 
         Column {
             id: heading

@@ -72,6 +72,7 @@ Item {
         if (!assistant)
             return
         byVoice = true
+        byKeys = (Window.activeFocusItem as T.Control)?.visualFocus ?? false
         shown = "rest"
         assistant.tapMic()
     }
@@ -80,6 +81,7 @@ Item {
     property string shown: "rest"
     property string said: ""
     property bool byVoice: false
+    property bool byKeys: false  // the focus then follows what is shown
     property bool wantsField: false
     property string lastWords: ""
     property var offered: []
@@ -96,6 +98,19 @@ Item {
     height: parent?.height ?? 0
 
     Private.Insets { id: insets }
+    // When what is shown has its place.
+    Timer {
+        id: soon
+
+        interval: 0
+        onTriggered: root.followFocus()
+    }
+    Shortcut {
+        sequences: ["Escape", "Back"]
+        enabled: root.visible && root.enabled
+                 && (root.mode === "asking" || root.mode === "listening" || (root.mode === "thinking" && root.byVoice))
+        onActivated: root.assistant.cancel()
+    }
     Connections {
         target: root.assistant
 
@@ -120,8 +135,10 @@ Item {
             root.settle("rest", say, "select")
         }
         function onUnsupported(say: string) {
-            root.settle(root.byVoice && root.assistant.permissionDenied ? "permission" : "heard", say, "failure")
-            if (root.shown === "heard" && root.assistant.heardText !== "")
+            const refused = root.byVoice && root.assistant.permissionDenied
+            root.settle(refused ? "permission" : "heard",
+                        root.assistant.heardUnclearly ? qsTr("Did I hear that right?") : say, "failure")
+            if (!refused && root.assistant.heardText !== "")
                 field.take(root.assistant.heardText)
         }
         function onChoicesChanged() {
@@ -140,6 +157,16 @@ Item {
             if (root.assistant.microphoneMissing)
                 root.settle("microphone", root.assistant.error, "failure")
         }
+    }
+
+    function followFocus() {
+        const bar = live.item as Private.ListeningBar
+        if (bar)
+            bar.focusStop()
+        else if (shown === "heard")
+            field.focusField()
+        else
+            field.focusMic()
     }
 
     function settle(kind: string, say: string, felt: string) {
@@ -248,7 +275,7 @@ Item {
             }
             actions: {
                 switch (root.mode) {
-                case "answer": return root.assistant.heardText !== "" ? [{ key: "change", text: qsTr("Change") }] : []
+                case "answer": return root.assistant.heardText !== "" ? [{ key: "change", text: qsTr("Change"), quiet: true }] : []
                 case "heard": return root.byVoice ? [{ key: "retry", text: qsTr("Speak again") }] : []
                 case "permission":
                 case "microphone": return [{ key: "retry", text: qsTr("Try again") }, { key: "type", text: qsTr("Type instead") }]
@@ -308,14 +335,14 @@ Item {
                 id: live
 
                 wanted: barPlace.isLive
+                onItemChanged: if (root.byKeys) soon.restart()
                 component: Component {
                     Private.ListeningBar {
                         objectName: "live"
                         anchors { left: parent?.left; right: parent?.right; bottom: parent?.bottom }
                         height: barPlace.height
                         theme: root.ZelvoraTheme
-                        words: root.mode === "listening" ? root.assistant.partialText
-                                                         : root.assistant.heardText || root.lastWords
+                        words: root.mode === "listening" ? root.assistant.partialText : root.lastWords
                         thinking: root.mode === "thinking"
                         level: root.assistant?.audioLevel ?? 0
                         mostHeight: root.height - root.safeTop - stack.anchors.bottomMargin - 24
@@ -352,8 +379,9 @@ Item {
 
     function nearest() : var {
         const words = assistant.heardText || lastWords
-        const close = assistant.suggest(words, 3)
-        return close.length > 0 ? close : Array.from(assistant.examples).slice(0, 3)
+        const most = height < 560 ? 2 : 3
+        const close = assistant.suggest(words, most)
+        return close.length > 0 ? close : Array.from(assistant.examples).slice(0, most)
     }
 
     T.Drawer {

@@ -20,58 +20,36 @@ Item {
     signal tap()
     signal stopTap()
 
-    implicitWidth: pill.implicitWidth + 10 + stopPlace.width
-    implicitHeight: pill.implicitHeight
-
     Private.PlainButton {
         id: pill
 
         objectName: "pill"
-        anchors { left: parent.left; verticalCenter: parent.verticalCenter }
         text: ["Speak", "Listening\u2026", "Thinking\u2026"][root.state]
-        implicitWidth: 14 + 28 + 10 + word.implicitWidth + 14
-        implicitHeight: 12 + Math.max(28, word.implicitHeight) + 12
-        focusRadius: height / 2
-        focusColor: root.ZelvoraTheme.accent
         onClicked: root.tap()
 
-        background: Private.Plate {
-            fill: root.ZelvoraTheme.dark ? Qt.rgba(0.2, 0.2, 0.21, 0.8) : Qt.rgba(0.98, 0.98, 0.99, 0.8)
-            stroke: Qt.rgba(1, 1, 1, 0.18)
+        Private.PillFace {
+            objectName: "symbolFrame"
+            word: label
+            stopPlace: beside
+            theme: root.ZelvoraTheme
+            material: Private.Plate.Thin
+            stroke: "#2effffff"
             blur: 10
             offset: 3
             strength: 0.33
+            symbol: ["mic.fill", "waveform", "hourglass"][root.state]
+            symbolSize: 22
             backdrop: root.backdrop
         }
-        Item {
-            anchors.fill: parent
+        Text {
+            id: label
 
-            Private.Plate {
-                id: frame
-
-                objectName: "symbolFrame"
-                anchors { left: parent.left; leftMargin: 14; verticalCenter: parent.verticalCenter }
-                width: 28
-                height: 28
-                symbol: ["mic.fill", "waveform", "hourglass"][root.state]
-                symbolSize: 22
-                color: root.ZelvoraTheme.text
-                icons: root.ZelvoraTheme.icons
-            }
-            Text {
-                id: word
-
-                objectName: "word"
-                anchors { left: frame.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
-                text: pill.text
-                color: root.ZelvoraTheme.text
-                font { pixelSize: 15 * root.ZelvoraTheme.textScale; weight: Font.DemiBold }
-                Accessible.ignored: true
-            }
+            objectName: "word"
+            text: pill.text
+            font { pixelSize: 15 * root.ZelvoraTheme.textScale; weight: Font.DemiBold }
         }
-
         Private.OnDemand {
-            wanted: Number.isInteger(root.badge)
+            wanted: typeof root.badge === "number"
             component: Component {
                 ZelvoraBadgeView {
                     anchors {
@@ -84,17 +62,16 @@ Item {
         }
     }
 
-    // Keeps its place while there is no button in it, so that the pill does not jump.
     Item {
-        id: stopPlace
+        id: beside
 
         objectName: "stopPlace"
-        anchors { left: pill.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
         width: 29
         height: 29
 
         Private.OnDemand {
-            wanted: root.state === ZelvoraFloatingMic.Listening
+            state: root.state
+            shownIn: ZelvoraFloatingMic.Listening
             component: Component {
                 Private.StopButton {
                     anchors.centerIn: parent

@@ -3,6 +3,7 @@
 #include <QtCore/QPointer>
 #include <algorithm>
 #include <boost/asio/post.hpp>
+#include <chrono>
 #include <utility>
 
 #include <ZelvoraSDK/async/awaitable.h>
@@ -15,7 +16,11 @@
 namespace zelvora {
 namespace {
 
+using Phase = VoiceCommand::Phase;
+
 constexpr qsizetype kRememberedCommands = 20;
+
+Seconds steadyNow() { return std::chrono::steady_clock::now().time_since_epoch(); }
 
 }  // namespace
 
@@ -73,14 +78,13 @@ void ZelvoraAssistant::makeAnew() {
 void ZelvoraAssistant::letGo() {
   if (!facade_) return;
   watching_ = {};
+  command_.reset();
   facade_->onResult = nullptr;
   facade_->onAuditEvent = nullptr;
   facade_.reset();
-  phase_ = VoicePhase::resting;
+  phase_ = Phase::idle;
   Q_EMIT askingChanged();
-  wasRecording_ = false;
   awaitedOutcomes_ = 0;
-  transcriptBefore_.clear();
   setChoices({});
   setPartialText({});
   setHeardText({});
@@ -105,12 +109,7 @@ std::shared_ptr<Zelvora> ZelvoraAssistant::makeFacade(const PlatformProvider& pr
     examples_ = commandExamples(*resolved.runtimeSpec, settings.locale);
     Q_EMIT examplesChanged();
   }
-  ZelvoraHooks hooks;
-  hooks.onTranscript = [self = QPointer<ZelvoraAssistant>(this)](const std::string& text) {
-    if (self) self->setHeardText(QString::fromStdString(text));
-  };
-  return std::make_shared<Zelvora>(std::move(platform), std::move(settings), std::move(spec),
-                                   std::move(hooks));
+  return std::make_shared<Zelvora>(std::move(platform), std::move(settings), std::move(spec));
 }
 
 void ZelvoraAssistant::hold(std::shared_ptr<Zelvora> facade) {
@@ -120,7 +119,9 @@ void ZelvoraAssistant::hold(std::shared_ptr<Zelvora> facade) {
   facade_->onAuditEvent = [this](const ZelvoraAuditEvent& event) {
     Q_EMIT auditEvent(auditValue(event));
   };
-  watching_ = facade_->objectWillChange().subscribe([this] { watch(); });
+  command_ = std::make_unique<VoiceCommand>(
+      *facade_, [this] { return tapClock_ ? tapClock_() : steadyNow(); });
+  watching_ = command_->changes().subscribe([this] { watch(); });
 }
 
 QStringList ZelvoraAssistant::examples() const {
@@ -148,13 +149,13 @@ std::function<void(float)> ZelvoraAssistant::levelListener(asio::any_io_executor
   const QPointer<ZelvoraAssistant> self(this);
   return [self, main = std::move(main)](float level) {
     asio::post(main, [self, level] {
-      if (self && self->phase_ == VoicePhase::listening) self->setAudioLevel(level);
+      if (self && self->phase_ == Phase::listening) self->setAudioLevel(level);
     });
   };
 }
 
 ZelvoraMicState::State ZelvoraAssistant::state() const {
-  if (phase_ == VoicePhase::listening) return ZelvoraMicState::Listening;
+  if (phase_ == Phase::listening) return ZelvoraMicState::Listening;
   return awaitedOutcomes_ > 0 ? ZelvoraMicState::Processing : ZelvoraMicState::Idle;
 }
 
@@ -168,14 +169,15 @@ void ZelvoraAssistant::route(const QString& text) {
 }
 
 void ZelvoraAssistant::tapMic() {
-  if (!facade_ || facade_->sttConfig().mode == ZelvoraSTTMode::disabled) return;
-  if (state() == ZelvoraMicState::Processing) return;
-  setMicrophoneMissing(false);
-  happen(VoiceEvent::tap);
+  if (command_ && state() != ZelvoraMicState::Processing) command_->tap();
 }
 
 void ZelvoraAssistant::stop() {
-  if (phase_ == VoicePhase::listening) happen(VoiceEvent::tap);
+  if (phase_ == Phase::listening) command_->stop();
+}
+
+void ZelvoraAssistant::cancel() {
+  if (command_) command_->cancel();
 }
 
 void ZelvoraAssistant::choose(const ChoiceValue& choice) {
@@ -187,49 +189,40 @@ void ZelvoraAssistant::choose(const ChoiceValue& choice) {
 
 void ZelvoraAssistant::dismissChoices() { setChoices({}); }
 
-/// Called after each change of what the recogniser shows.
+/// Called after each change of the spoken command.
 void ZelvoraAssistant::watch() {
-  const auto stt = facade_->stt();
-  if (!stt) return;
-  const QString error = QString::fromStdString(stt->errorMessage().value_or(""));
-  setError(error);
-  if (phase_ == VoicePhase::starting && !error.isEmpty()) {
-    setPermissionDenied(!stt->isAuthorized());
-    setMicrophoneMissing(stt->isAuthorized());
-  }
-  if (stt->isAuthorized()) setPermissionDenied(false);
-
-  const QString transcript = QString::fromStdString(stt->transcript());
-  const bool isRecording = stt->isRecording();
-  const bool wasRecording = std::exchange(wasRecording_, isRecording);
-  if (isRecording && !wasRecording) {
-    transcriptBefore_ = transcript;
-    setPartialText({});
-    setHeardText({});
-    happen(VoiceEvent::recordingBegan);
-  } else if (wasRecording && !isRecording) {
-    happen(VoiceEvent::recordingEnded);
-  } else if (!error.isEmpty()) {
-    happen(VoiceEvent::failed);
-  }
-  if (isRecording && transcript != transcriptBefore_) setPartialText(transcript);
-}
-
-void ZelvoraAssistant::happen(VoiceEvent event) {
-  const VoiceStep step = advance(phase_, event);
   const auto stateBefore = state();
-  const bool wasAsking = asking();
-  phase_ = step.phase;
-  if (step.order == VoiceStep::Order::start) facade_->startVoice();
-  if (step.order == VoiceStep::Order::stop) finish();
-  if (asking() != wasAsking) Q_EMIT askingChanged();
+  const Phase before = std::exchange(phase_, command_->phase());
+  if (phase_ == Phase::listening) setPartialText(QString::fromStdString(command_->partialText()));
+  if (phase_ == before) return;
+  if (phase_ == Phase::asking) {
+    setError({});
+    setMicrophoneMissing(false);
+  }
+  if (phase_ == Phase::listening) {
+    setHeardText({});
+    setPermissionDenied(false);
+  }
+  if (before == Phase::listening) setAudioLevel(0);
+  if (phase_ == Phase::processing) ++awaitedOutcomes_;
+  if (phase_ == Phase::idle && command_->lastOutcome())
+    takeSpoken(*command_->lastOutcome(), before);
+  if (asking() != (before == Phase::asking)) Q_EMIT askingChanged();
   if (state() != stateBefore) Q_EMIT stateChanged();
 }
 
-void ZelvoraAssistant::finish() {
-  ++awaitedOutcomes_;
-  setAudioLevel(0);
-  facade_->stopVoice();
+/// A result comes by `onResult` in a moment; here is what it does not carry.
+void ZelvoraAssistant::takeSpoken(const VoiceCommand::Outcome& outcome, Phase before) {
+  if (before == Phase::processing && !outcome.result)
+    awaitedOutcomes_ = std::max(0, awaitedOutcomes_ - 1);
+  setError(QString::fromStdString(outcome.problem));
+  if (before == Phase::asking && outcome.result)
+    setPermissionDenied(true);
+  else if (!outcome.result && !outcome.isCancelled)
+    setMicrophoneMissing(true);
+  const bool isUnclear = outcome.transcript.empty() && !outcome.heard.empty();
+  remember(QString::fromStdString(outcome.transcript));
+  setHeardText(QString::fromStdString(isUnclear ? outcome.heard : outcome.transcript), isUnclear);
 }
 
 void ZelvoraAssistant::deliver(const ZelvoraResult& result) {
@@ -276,9 +269,11 @@ void ZelvoraAssistant::setMicrophoneMissing(bool missing) {
   if (std::exchange(microphoneMissing_, missing) != missing) Q_EMIT microphoneMissingChanged();
 }
 
-void ZelvoraAssistant::setHeardText(const QString& text) {
-  if (!text.isEmpty()) remember(text);
-  if (std::exchange(heardText_, text) != text) Q_EMIT heardTextChanged();
+void ZelvoraAssistant::setHeardText(const QString& text, bool unclearly) {
+  if (heardText_ == text && heardUnclearly_ == unclearly) return;
+  heardText_ = text;
+  heardUnclearly_ = unclearly;
+  Q_EMIT heardTextChanged();
 }
 
 void ZelvoraAssistant::remember(const QString& command) {

@@ -15,13 +15,13 @@
 #include <ZelvoraSDK/ui/outcome_value.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 #include <ZelvoraSDK/ui/suggestions.h>
-#include <ZelvoraSDK/ui/voice_phase.h>
 #include <ZelvoraSDK/zelvora.h>
 
 namespace zelvora {
 
 /// The façade as an object that QML can watch: give it the folder of an application bundle and the
-/// name of its spec, or hand it a façade from C++. A capture that ends on its own is routed.
+/// name of its spec, or hand it a façade from C++. Its microphone is a VoiceCommand: a capture that
+/// ends on its own is routed, one that is interrupted is not.
 ///
 /// Another bundle, spec or locale makes another façade, once control is back in the event loop;
 /// what was under way then ends without an outcome. Where the QML engine was given no platform
@@ -42,6 +42,7 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   Q_PROPERTY(QString say READ say NOTIFY lastOutcomeChanged)
   Q_PROPERTY(QVariantList choices READ choices NOTIFY choicesChanged)
   Q_PROPERTY(QString heardText READ heardText NOTIFY heardTextChanged)
+  Q_PROPERTY(bool heardUnclearly READ heardUnclearly NOTIFY heardTextChanged)
   Q_PROPERTY(bool asking READ asking NOTIFY askingChanged)
   Q_PROPERTY(QString partialText READ partialText NOTIFY partialTextChanged)
   Q_PROPERTY(double audioLevel READ audioLevel NOTIFY audioLevelChanged)
@@ -58,6 +59,8 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   /// For a `MeteredAudioEngineFactory`: feeds `audioLevel`. Callable from any thread, also when the
   /// assistant is gone. `main` is the platform's main executor.
   [[nodiscard]] std::function<void(float level)> levelListener(asio::any_io_executor main);
+  /// Tells taps on the microphone apart; unset: the system's steady clock.
+  void setTapClock(std::function<Seconds()> now) { tapClock_ = std::move(now); }
 
   [[nodiscard]] const QString& bundle() const { return bundle_; }
   void setBundle(const QString& bundle);
@@ -77,9 +80,12 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
 
   [[nodiscard]] ZelvoraMicState::State state() const;
   /// Whether a start of listening waits for the microphone or for the user's permission.
-  [[nodiscard]] bool asking() const { return phase_ == VoicePhase::starting; }
-  /// What was understood of the last command when it was spoken; empty when it was typed.
+  [[nodiscard]] bool asking() const { return phase_ == VoiceCommand::Phase::asking; }
+  /// What was understood of the last command when it was spoken, routed or too unclear for that;
+  /// empty when it was typed.
   [[nodiscard]] const QString& heardText() const { return heardText_; }
+  /// Whether `heardText` was too unclear to be routed.
+  [[nodiscard]] bool heardUnclearly() const { return heardUnclearly_; }
   [[nodiscard]] const OutcomeValue& lastOutcome() const { return lastOutcome_; }
   [[nodiscard]] QString say() const { return lastOutcome_.say; }
   /// What the user may pick from; empty but for a time after an outcome that asks.
@@ -88,11 +94,11 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   [[nodiscard]] const QString& partialText() const { return partialText_; }
   /// How loud the microphone is, 1 for full scale; 0 while nothing is heard.
   [[nodiscard]] double audioLevel() const { return audioLevel_; }
-  /// What the recogniser complains of; empty when nothing.
+  /// What got in the way of the last spoken command; empty when nothing did.
   [[nodiscard]] const QString& error() const { return error_; }
   /// Whether the user, when asked last, refused the microphone.
   [[nodiscard]] bool permissionDenied() const { return permissionDenied_; }
-  /// Whether the last start failed although the user had allowed it.
+  /// Whether the last spoken command failed for want of a microphone that the user had allowed.
   [[nodiscard]] bool microphoneMissing() const { return microphoneMissing_; }
   /// The examples nearest to `text`, the nearest first.
   [[nodiscard]] Q_INVOKABLE QStringList suggest(const QString& text, int most) const;
@@ -100,10 +106,12 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   /// Routes a typed command.
   Q_INVOKABLE void route(const QString& text);
   /// Begins to listen, or stops and routes what was heard. Nothing happens while an outcome is
-  /// awaited.
+  /// awaited, nor at the second of two quick taps.
   Q_INVOKABLE void tapMic();
   /// Stops and routes what was heard, if it listens.
   Q_INVOKABLE void stop();
+  /// Ends the spoken command, which routes nothing.
+  Q_INVOKABLE void cancel();
   /// Counts the user's pick, so that it ranks higher the next time, and opens its screen.
   Q_INVOKABLE void choose(const zelvora::ChoiceValue& choice);
   /// Lets go of the choices without a pick.
@@ -143,11 +151,10 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   std::shared_ptr<Zelvora> makeFacade(const PlatformProvider& provider);
   void setError(const QString& error);
   void setMicrophoneMissing(bool missing);
-  void setHeardText(const QString& text);
+  void setHeardText(const QString& text, bool unclearly = false);
   void remember(const QString& command);
   void watch();
-  void happen(VoiceEvent event);
-  void finish();
+  void takeSpoken(const VoiceCommand::Outcome& outcome, VoiceCommand::Phase before);
   void deliver(const ZelvoraResult& result);
   void setChoices(const QVariantList& choices);
   void setPartialText(const QString& text);
@@ -164,10 +171,10 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   QStringList history_;
   ObservableObjectPublisher::Subscription watching_;
 
-  VoicePhase phase_ = VoicePhase::resting;
-  bool wasRecording_ = false;
+  std::function<Seconds()> tapClock_;
+  std::unique_ptr<VoiceCommand> command_;
+  VoiceCommand::Phase phase_ = VoiceCommand::Phase::idle;  ///< Of the command, as reported last.
   int awaitedOutcomes_ = 0;
-  QString transcriptBefore_;  ///< The recogniser keeps it until the first word of a new command.
 
   OutcomeValue lastOutcome_;
   QVariantList choices_;
@@ -177,6 +184,7 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   bool permissionDenied_ = false;
   bool microphoneMissing_ = false;
   QString heardText_;
+  bool heardUnclearly_ = false;
 };
 
 }  // namespace zelvora

@@ -108,9 +108,6 @@ QColor readableOn(QColor color, const QColor& ground, double least) {
 
 ZelvoraTheme::ZelvoraTheme(QObject* item) : QObject(item), item_(qobject_cast<QQuickItem*>(item)) {
   allThemes().append(this);
-  if (!item_) return;
-  connect(item_, &QQuickItem::windowChanged, this, [this] { watchAncestors(); });
-  watchAncestors();
 }
 
 ZelvoraTheme::~ZelvoraTheme() { allThemes().removeOne(this); }
@@ -118,10 +115,19 @@ ZelvoraTheme::~ZelvoraTheme() { allThemes().removeOne(this); }
 void ZelvoraTheme::joinAncestors() {
   if (!item_ || std::exchange(isFound_, true)) return;
   for (ZelvoraTheme* theme : QList<ZelvoraTheme*>(allThemes()))
-    if (theme != this && theme->item_ && item_->isAncestorOf(theme->item_)) theme->watchAncestors();
+    if (theme != this && theme->isWatching_ && item_->isAncestorOf(theme->item_))
+      theme->watchAncestors();
+}
+
+/// Nothing is watched for a theme that nobody reads.
+void ZelvoraTheme::beginToWatch() {
+  if (!item_ || std::exchange(isWatching_, true)) return;
+  connect(item_, &QQuickItem::windowChanged, this, [this] { watchAncestors(); });
+  watchTheWay();
 }
 
 const ZelvoraTheme* ZelvoraTheme::above() const {
+  const_cast<ZelvoraTheme*>(this)->beginToWatch();
   if (above_ || !item_) return above_;
   for (QQuickItem* at = item_->parentItem(); at && !above_; at = at->parentItem())
     above_ = qobject_cast<ZelvoraTheme*>(qmlAttachedPropertiesObject<ZelvoraTheme>(at, false));
@@ -129,6 +135,11 @@ const ZelvoraTheme* ZelvoraTheme::above() const {
 }
 
 void ZelvoraTheme::watchAncestors() {
+  watchTheWay();
+  refresh();
+}
+
+void ZelvoraTheme::watchTheWay() {
   for (const auto& connection : watched_) disconnect(connection);
   watched_.clear();
   above_ = nullptr;
@@ -143,7 +154,6 @@ void ZelvoraTheme::watchAncestors() {
     break;  // that one watches the rest of the way
   }
   watchStyle();
-  refresh();
 }
 
 void ZelvoraTheme::watchStyle() {
@@ -160,6 +170,7 @@ void ZelvoraTheme::refresh() {
 }
 
 const ThemeColors& ZelvoraTheme::colors() const {
+  const_cast<ZelvoraTheme*>(this)->beginToWatch();
   if (colors_) return *colors_;
   ThemeColors found = kLight;
   if (item_) {

@@ -132,7 +132,9 @@ class ZelvoraTheme : public QObject {
 
   [[nodiscard]] const ThemeColors& colors() const;
   [[nodiscard]] const ZelvoraTheme* above() const;
+  void beginToWatch();
   /// Watches the way up, on which a new parent or a new theme may appear.
+  void watchTheWay();
   void watchAncestors();
   void watchStyle();
   /// Lets the themes below, which may be older, find this one.
@@ -145,6 +147,7 @@ class ZelvoraTheme : public QObject {
   QList<QMetaObject::Connection> watched_;
   Values values_;
   mutable bool watchesPalette_ = false;
+  bool isWatching_ = false;
   bool isFound_ = false;  ///< By the themes below.
 };
 

@@ -68,7 +68,7 @@ TEST(ShopUtterances, EndAsTheTableSaysEachFromAFreshStart) {
     // What the device settles is settled without a request, and only that.
     EXPECT_EQ(application.network->requests().empty(), expected != "-") << text;
   }
-  EXPECT_EQ(rows, 274);
+  EXPECT_EQ(rows, 367);
 }
 
 }  // namespace

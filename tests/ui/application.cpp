@@ -3,20 +3,11 @@
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/executors.h>
-#include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/ui/platform_provider.h>
 
 namespace zelvora {
 namespace {
-
-/// What the device does not understand is not understood.
-class NoBackend final : public UrlSession {
- public:
-  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
-    throw Error("Test", 1, "I did not understand that");
-    co_return UrlResponse{};
-  }
-};
 
 /// Notes what is counted.
 class NotedDefaults final : public UserDefaults {
@@ -36,6 +27,10 @@ class NotedDefaults final : public UserDefaults {
 };
 
 }  // namespace
+
+std::function<Seconds()> tapsApart() {
+  return [now = Seconds{0}]() mutable { return now += Seconds{1}; };
+}
 
 class Application::QtExecutors final : public Executors {
  public:
@@ -61,7 +56,7 @@ Platform Application::platform() const {
           .log = standIns.journal,
           .defaults = std::make_shared<NotedDefaults>(standIns.journal),
           .bundle = bundle,
-          .urlSession = std::make_shared<NoBackend>(),
+          .urlSession = std::make_shared<NoNetworkSession>("I did not understand that"),
           .speech = standIns.platform()};
 }
 

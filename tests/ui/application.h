@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtQml/QQmlEngine>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,6 +11,9 @@
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora {
+
+/// A clock by which no two taps follow each other quickly.
+[[nodiscard]] std::function<Seconds()> tapsApart();
 
 /// What an assistant of a QML file stands on, in the test's hands: a bundle with the spec "shop",
 /// and the stand-ins of sound and speech.

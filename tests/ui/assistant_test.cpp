@@ -29,6 +29,7 @@ class Assistant : public ::testing::Test {
         {});
     assistant_.reset(qobject_cast<ZelvoraAssistant*>(component.create()));
     if (!assistant_) throw std::runtime_error(qPrintable(component.errorString()));
+    assistant_->setTapClock(tapsApart());
     listenTo(*assistant_);
     return *assistant_;
   }
@@ -129,15 +130,60 @@ TEST_F(Assistant, HearsACommandAndShowsHowItGoes) {
 TEST_F(Assistant, RoutesACaptureThatEndsByItselfOnce) {
   ZelvoraAssistant& assistant = make();
   beginListening(assistant);
-  standIns_.microphone->vanish(Error("Test", 7, "unplugged"));
+  standIns_.recognizer->say(
+      {.text = "open my cart", .segments = {{"open my cart", 0.9}}, .isFinal = true});
   await([&] { return !told_.empty(); });
-  EXPECT_EQ(assistant.error(), QStringLiteral("unplugged"));
   EXPECT_EQ(assistant.state(), ZelvoraMicState::Idle);
   assistant.stop();  // nothing listens
-  assistant.route(QStringLiteral("open my cart"));
+  assistant.route(QStringLiteral("show the spring promotion"));
   await([&] { return told_.size() > 1; });
-  EXPECT_THAT(told_, ElementsAre("unsupported : No speech detected",
-                                 "execute cart_screen tab=items: Navigating to: Cart"));
+  EXPECT_THAT(told_, ElementsAre("execute cart_screen tab=items: Navigating to: Cart",
+                                 "present promo_sheet: Navigating to: Promotion"));
+}
+
+TEST_F(Assistant, RoutesNothingOfWhatIsCutShort) {
+  ZelvoraAssistant& assistant = make();
+  beginListening(assistant);
+  standIns_.recognizer->say({.text = "open my cart"});
+  await([&] { return !assistant.partialText().isEmpty(); });
+  standIns_.microphone->vanish(Error("Test", 7, "unplugged"));
+  await([&] { return assistant.state() == ZelvoraMicState::Idle; });
+  EXPECT_EQ(assistant.error(), QStringLiteral("unplugged"));
+  EXPECT_TRUE(assistant.microphoneMissing());
+
+  beginListening(assistant);
+  EXPECT_FALSE(assistant.microphoneMissing());
+  EXPECT_EQ(assistant.error(), QString());
+  assistant.cancel();
+  EXPECT_EQ(assistant.state(), ZelvoraMicState::Idle);
+  EXPECT_EQ(assistant.error(), QString());
+  assistant.route(QStringLiteral("open my cart"));
+  await([&] { return !told_.empty(); });
+  EXPECT_THAT(told_, ElementsAre("execute cart_screen tab=items: Navigating to: Cart"));
+}
+
+TEST_F(Assistant, ShowsWhatItHeardTooBadlyToRoute) {
+  ZelvoraAssistant& assistant = make();
+  standIns_.recognizer->lateResult = {
+      .text = "open my card", .segments = {{"open my card", 0.4}}, .isFinal = true};
+  beginListening(assistant);
+  assistant.stop();
+  await([&] { return !told_.empty(); });
+  EXPECT_THAT(told_, ElementsAre("unsupported : No speech detected"));
+  EXPECT_EQ(assistant.heardText(), QStringLiteral("open my card"));
+  EXPECT_TRUE(assistant.heardUnclearly());
+  EXPECT_THAT(assistant.history(), IsEmpty()) << "it was no command";
+}
+
+TEST_F(Assistant, TakesADoubleTapForOne) {
+  ZelvoraAssistant& assistant = make();
+  assistant.setTapClock([] { return Seconds{100}; });
+  assistant.tapMic();
+  assistant.tapMic();
+  EXPECT_TRUE(assistant.asking());
+  await([&] { return assistant.state() == ZelvoraMicState::Listening; });
+  assistant.tapMic();
+  EXPECT_EQ(assistant.state(), ZelvoraMicState::Listening);
 }
 
 TEST_F(Assistant, TellsThatTheMicrophoneWasRefused) {
@@ -166,6 +212,8 @@ TEST_F(Assistant, StaysIdleWithoutAMicrophoneOrWhenSpeechIsDisabled) {
   application_.bundle->strings["ZelvoraSTTMode"] = "disabled";
   ZelvoraAssistant& mute = make();
   mute.tapMic();
+  await([&] { return !mute.error().isEmpty(); });
+  EXPECT_EQ(mute.error(), QStringLiteral("Speech recognition is switched off"));
   mute.route(QStringLiteral("open my cart"));
   await([&] { return !told_.empty(); });
   EXPECT_EQ(mute.state(), ZelvoraMicState::Idle);
@@ -179,6 +227,7 @@ TEST_F(Assistant, IsWiredToAButtonInTenLinesOfQml) {
   standIns_.recognizer->lateResult = {
       .text = "open my cart", .segments = {{"open my cart", 0.9}}, .isFinal = true};
   auto* assistant = window->findChild<ZelvoraAssistant*>();
+  assistant->setTapClock(tapsApart());
   auto* button = window->findChild<QObject*>(QStringLiteral("button"));
   QMetaObject::invokeMethod(button, "clicked");
   await([&] { return assistant->state() == ZelvoraMicState::Listening; });

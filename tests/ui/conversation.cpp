@@ -50,14 +50,16 @@ Conversation::Conversation(const ConversationLook& look)
       scene(std::make_unique<Scene>(pageOf(look), look.size,
                                     [this](QQmlEngine& engine) { application.provideTo(engine); })),
       assistant(scene->get("assistant").value<ZelvoraAssistant*>()),
-      surface(scene->get("surface").value<QQuickItem*>()) {}
+      surface(scene->get("surface").value<QQuickItem*>()) {
+  assistant->setTapClock(tapsApart());
+}
 
 Conversation::~Conversation() { scene.reset(); }
 
 const std::vector<std::string>& Conversation::states() {
-  static const std::vector<std::string> all{"rest",    "typing",       "listening",  "thinking",
-                                            "answer",  "heard",        "permission", "microphone",
-                                            "choices", "spoken answer"};
+  static const std::vector<std::string> all{"rest",       "typing",        "listening", "thinking",
+                                            "answer",     "spoken answer", "heard",     "unclear",
+                                            "permission", "microphone",    "choices"};
   return all;
 }
 
@@ -98,8 +100,9 @@ void Conversation::hear(const std::string& partial) {
 
 void Conversation::bring(const std::string& state) {
   auto& standIns = application.standIns;
-  const auto speak = [&](const std::string& words) {
-    standIns.recognizer->lateResult = {.text = words, .segments = {{words, 0.9}}, .isFinal = true};
+  const auto speak = [&](const std::string& words, float confidence = 0.9F) {
+    standIns.recognizer->lateResult = {
+        .text = words, .segments = {{words, confidence}}, .isFinal = true};
     listen();
     assistant->stop();
   };
@@ -117,6 +120,8 @@ void Conversation::bring(const std::string& state) {
     speak("open my cart");
   } else if (state == "heard") {
     speak("what is the weather on mars");
+  } else if (state == "unclear") {
+    speak("what is in my shopping card", 0.4F);
   } else if (state == "permission") {
     standIns.permissions->microphone = false;
     QMetaObject::invokeMethod(surface, "listen");
@@ -126,7 +131,7 @@ void Conversation::bring(const std::string& state) {
   } else if (state == "choices") {
     assistant->route(QStringLiteral("order"));
   }
-  await(state == "spoken answer" ? "answer" : state);
+  await(state == "spoken answer" ? "answer" : state == "unclear" ? "heard" : state);
   if (state == "choices") awaitFocus("row0");  // it has come up
 }
 

@@ -159,6 +159,7 @@ void read(QAccessibleInterface& face, std::vector<std::string>& lines) {
 }  // namespace
 
 std::string spokenItem(QQuickItem* item) {
+  QAccessible::setActive(true);  // a screen reader is switched on
   QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
   if (!face) return "nothing";
   return std::string(roleName(face->role())) + ": " + face->text(QAccessible::Name).toStdString();
@@ -173,6 +174,7 @@ std::vector<std::string> layoutFaults(const QQuickWindow& window) {
 }
 
 std::vector<std::string> reachFaults(QQuickWindow& window) {
+  QAccessible::setActive(true);  // a screen reader is switched on
   std::vector<std::string> faults;
   std::map<const QQuickItem*, QPointer<const QQuickItem>> wanted;  // null once it is gone
   eachShown(usablePart(window), [&](const QQuickItem& item) {
@@ -219,6 +221,7 @@ std::vector<std::string> reachFaults(QQuickWindow& window) {
 }
 
 std::vector<std::string> spokenPage(QQuickWindow& window) {
+  QAccessible::setActive(true);  // a screen reader is switched on
   std::vector<std::string> lines;
   QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&window);
   for (int child = 0; face && child < face->childCount(); ++child)

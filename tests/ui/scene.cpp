@@ -60,6 +60,7 @@ void Scene::tap(QPointF at) const {
 }
 
 Spoken spoken(QQuickItem* item) {
+  QAccessible::setActive(true);  // a screen reader is switched on
   QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
   // Qt hides an ignored item from the tree by not listing it below its parent.
   QAccessibleInterface* above = face ? face->parent() : nullptr;
@@ -68,6 +69,7 @@ Spoken spoken(QQuickItem* item) {
 }
 
 void pressByScreenReader(QQuickItem* item) {
+  QAccessible::setActive(true);
   QAccessible::queryAccessibleInterface(item)->actionInterface()->doAction(
       QAccessibleActionInterface::pressAction());
 }

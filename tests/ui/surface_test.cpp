@@ -87,6 +87,36 @@ TEST(Surface, LetsWhatWasHeardBeChangedAndSent) {
   EXPECT_EQ(talk.assistant->lastOutcome().screenId, "cart");
 }
 
+TEST(Surface, FollowsTheKeyboardThroughASpokenCommand) {
+  Conversation talk({});
+  talk.application.standIns.recognizer->lateResult = {
+      .text = "open my cart", .segments = {{"all", 0.9}}, .isFinal = true};
+  talk.scene->item("speak")->forceActiveFocus(Qt::TabFocusReason);
+  QTest::keyClick(talk.scene->window(), Qt::Key_Space);
+  talk.awaitFocus("stopListening");
+  QTest::keyClick(talk.scene->window(), Qt::Key_Escape);
+  talk.await("rest");
+  EXPECT_TRUE(talk.assistant->history().isEmpty()) << "what is given up is not routed";
+  talk.awaitFocus("speak");
+  QTest::keyClick(talk.scene->window(), Qt::Key_Space);
+  talk.awaitFocus("stopListening");
+  QTest::keyClick(talk.scene->window(), Qt::Key_Return);
+  talk.await("answer");
+  talk.awaitFocus("speak");
+}
+
+TEST(Surface, AsksBackAboutWhatWasHeardTooBadly) {
+  Conversation talk({});
+  talk.bring("unclear");
+  EXPECT_EQ(talk.scene->item("answer")->property("text"), "Did I hear that right?");
+  EXPECT_THAT(strings(talk.scene->get("replies")), ElementsAre("Did I hear that right?"));
+  EXPECT_EQ(talk.typed(), "what is in my shopping card");
+  EXPECT_EQ(talk.scene->item("phrase0")->property("text"), "what is in my shopping cart");
+  talk.scene->tap("phrase0");
+  talk.await("answer");
+  EXPECT_EQ(talk.assistant->lastOutcome().screenId, "cart");
+}
+
 TEST(Surface, RecallsEarlierCommandsAndSuggestsWhileTyping) {
   Conversation talk({});
   for (const char* command : {"open my cart", "opening hours"}) {

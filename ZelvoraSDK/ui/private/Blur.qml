@@ -8,7 +8,10 @@ Item {
 
     required property Plate plate
 
-    anchors.fill: parent
+    x: plate.ground.x
+    y: plate.ground.y
+    width: plate.ground.width
+    height: plate.ground.height
     z: -1
 
     ShaderEffectSource {

@@ -21,6 +21,7 @@ PlainButton {
     implicitHeight: Math.max(48, implicitContentHeight + topPadding + bottomPadding)
     // The list cuts off what stands out.
     focusMargin: 0
+    focusRadius: 12
     focusColor: theme.accentText
 
     background: Item {

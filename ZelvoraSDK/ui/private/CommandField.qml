@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zelvora.Private
 
 /// The surface at rest: a field for a command, and a button to speak it.
@@ -27,6 +26,10 @@ Item {
 
     function focusField() {
         field.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    function focusMic() {
+        mic.forceActiveFocus(Qt.TabFocusReason)
     }
 
     function leave() {
@@ -128,6 +131,8 @@ Item {
             onClicked: bar.submit()
         }
         RoundButton {
+            id: mic
+
             objectName: "speak"
             anchors.verticalCenter: parent.verticalCenter
             visible: bar.speaks

@@ -13,7 +13,7 @@ Rectangle {
     y: -manners.focusMargin
     width: button.width + 2 * manners.focusMargin
     height: button.height + 2 * manners.focusMargin
-    radius: manners.focusRadius + manners.focusMargin
+    radius: manners.focusRadius < 0 ? Math.min(width, height) / 2 : manners.focusRadius + manners.focusMargin
     color: "transparent"
-    border { width: 2; color: manners.focusColor }
+    border { width: 2; color: manners.focusColor.valid ? manners.focusColor : button.Theme.accent }
 }

@@ -13,6 +13,10 @@ Item {
 
     signal stopped()
 
+    function focusStop() {
+        stop.forceActiveFocus(Qt.TabFocusReason)
+    }
+
     implicitHeight: Math.min(column.implicitHeight + 32, mostHeight)
 
     Plate {

@@ -67,16 +67,21 @@ Item {
                 Item {
                     id: mark
 
-                    anchors { left: parent.left; verticalCenter: parent.verticalCenter }
+                    anchors.left: parent.left
+                    y: words.y + (words.firstLine - height) / 2
                     visible: notice.badge !== "" || notice.symbol !== ""
                     width: notice.badge !== "" || notice.symbol !== "" ? 24 : 0
                     height: 24
 
-                    BadgeImage {
-                        objectName: "answerBadge"
-                        anchors.fill: parent
-                        visible: notice.badge !== ""
-                        name: notice.badge || "badge_success"
+                    OnDemand {
+                        wanted: notice.badge !== ""
+                        component: Component {
+                            BadgeImage {
+                                objectName: "answerBadge"
+                                anchors.fill: parent
+                                name: notice.badge
+                            }
+                        }
                     }
                     Plate {
                         anchors.fill: parent
@@ -84,11 +89,13 @@ Item {
                         symbol: notice.symbol
                         symbolSize: 24
                         color: notice.theme.accentText
-                        icons: notice.theme.icons
+                        theme: notice.theme
                     }
                 }
                 Column {
                     id: words
+
+                    readonly property real firstLine: Math.min(heading.height, 20 * notice.theme.textScale)
 
                     anchors {
                         left: mark.right; leftMargin: mark.width > 0 ? 12 : 0
@@ -98,6 +105,8 @@ Item {
                     spacing: 2
 
                     Text {
+                        id: heading
+
                         objectName: "answer"
                         width: parent.width
                         visible: text !== ""
@@ -130,7 +139,8 @@ Item {
                     id: close
 
                     objectName: "closeAnswer"
-                    anchors { right: parent.right; rightMargin: -8; verticalCenter: parent.verticalCenter }
+                    anchors { right: parent.right; rightMargin: -8 }
+                    y: words.y + (words.firstLine - height) / 2
                     width: notice.closes ? 44 : 0
                     visible: notice.closes
                     theme: notice.theme
@@ -190,7 +200,7 @@ Item {
 
                         objectName: modelData.key
                         theme: notice.theme
-                        primary: index === 0
+                        primary: index === 0 && !modelData.quiet
                         text: modelData.text
                         onClicked: notice.acted(modelData.key)
                     }

@@ -11,14 +11,13 @@ PlainButton {
 
     implicitWidth: 44
     implicitHeight: 44
-    focusRadius: height / 2
     focusColor: filled ? theme.text : theme.accentText
 
     contentItem: Plate {
-        fill: button.filled ? button.theme.accent : "transparent"
+        fill: button.filled ? button.theme.accentText : "transparent"
         symbol: button.symbol
         symbolSize: 22
-        color: button.filled ? button.theme.onAccent : button.theme.accentText
-        icons: button.theme.icons
+        color: button.filled ? button.theme.surface : button.theme.accentText
+        theme: button.theme
     }
 }

@@ -10,11 +10,12 @@ PlainButton {
     objectName: "stop"
     text: qsTr("Stop")
     padding: 6
-    focusRadius: height / 2
-    focusColor: Theme.accent
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
 
     background: Plate {
-        fill: root.Theme.dark ? Qt.rgba(0.2, 0.2, 0.21, 0.64) : Qt.rgba(0.86, 0.86, 0.89, 0.64)
+        theme: root.Theme
+        material: Plate.UltraThin
         stroke: Qt.rgba(1, 1, 1, 0.18)
         backdrop: root.backdrop
     }
@@ -23,7 +24,6 @@ PlainButton {
         implicitHeight: 17
         symbol: "stop.fill"
         symbolSize: 17
-        color: root.Theme.text
-        icons: root.Theme.icons
+        theme: root.Theme
     }
 }

@@ -1,7 +1,8 @@
 import QtQuick
 import Zelvora.Private
 
-/// A button with words on the accent, or in it.
+/// A button with words on the accent, or in it. The accent is the one for words: what can be read on
+/// the surface lets the surface be read on it.
 PlainButton {
     id: button
 
@@ -16,13 +17,13 @@ PlainButton {
 
     background: Rectangle {
         radius: Math.min(height / 2, 22)
-        color: button.primary ? button.theme.accent : "transparent"
+        color: button.primary ? button.theme.accentText : "transparent"
         border { width: button.primary ? 0 : 1; color: button.theme.edge }
     }
     contentItem: Words {
         theme: button.theme
         text: button.text
-        color: button.primary ? button.theme.onAccent : button.theme.accentText
+        color: button.primary ? button.theme.surface : button.theme.accentText
         strong: true
         margin: 20
     }

@@ -1,11 +1,20 @@
 #include <ZelvoraSDK/ui/private/manners.h>
 
+#include <QtCore/QMetaMethod>
+#include <QtCore/QMetaProperty>
 #include <QtGui/QKeyEvent>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
+#include <QtQml/QQmlProperty>
 #include <algorithm>
 
 namespace zelvora {
+
+Manners::Manners(QObject* parent) : QObject(parent) {
+  QAccessible::installActivationObserver(this);
+}
+
+Manners::~Manners() { QAccessible::removeActivationObserver(this); }
 
 bool Manners::contains(const QPointF& point) const {
   const double sides = std::max(0.0, (44 - button_->width()) / 2);
@@ -19,7 +28,13 @@ void Manners::componentComplete() {
   if (!button_) return;
   button_->setContainmentMask(this);
   button_->installEventFilter(this);
-  connect(button_, SIGNAL(visualFocusChanged()), this, SLOT(showFocus()));
+  // Looked up once: a button is to cost little.
+  static const QMetaMethod showFocus =
+      staticMetaObject.method(staticMetaObject.indexOfMethod("showFocus()"));
+  const QMetaObject& kind = *button_->metaObject();
+  static const int visualFocus = kind.indexOfProperty("visualFocus");
+  connect(button_, kind.property(visualFocus).notifySignal(), this, showFocus);
+  if (QAccessible::isActive()) accessibilityActiveChanged(true);
 }
 
 bool Manners::eventFilter(QObject* watched, QEvent* event) {
@@ -27,8 +42,25 @@ bool Manners::eventFilter(QObject* watched, QEvent* event) {
   const auto* key = static_cast<QKeyEvent*>(event);
   if (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter) return false;
   event->accept();
-  if (!key->isAutoRepeat() && button_->isEnabled()) QMetaObject::invokeMethod(button_, "clicked");
+  if (!key->isAutoRepeat()) press();
   return true;
+}
+
+/// Only where a screen reader listens: what it needs costs as much as the button itself.
+void Manners::accessibilityActiveChanged(bool active) {
+  if (!active || voice_ || !button_) return;
+  const QQmlProperty name(button_, QStringLiteral("Accessible.name"), qmlContext(this));
+  voice_ = name.object();
+  if (!voice_) return;
+  connect(voice_, SIGNAL(pressAction()), this, SLOT(press()));
+  connect(button_, SIGNAL(textChanged()), this, SLOT(tellName()));
+  tellName();
+}
+
+void Manners::tellName() { voice_->setProperty("name", button_->property("text")); }
+
+void Manners::press() {
+  if (button_->isEnabled()) QMetaObject::invokeMethod(button_, "clicked");
 }
 
 void Manners::showFocus() {
@@ -56,14 +88,15 @@ void OnDemand::componentComplete() {
 }
 
 void OnDemand::settle() {
-  const bool stays = wanted_ && component_ && component_ == made_;
+  const bool isWanted = wanted_ && component_ && state_ == shownIn_;
+  const bool stays = isWanted && component_ == made_;
   if (item_ && !stays) {
     item_->setParentItem(nullptr);
     item_->deleteLater();
     item_ = nullptr;
     Q_EMIT itemChanged();
   }
-  if (!wanted_ || !component_ || item_) return;
+  if (!isWanted || item_) return;
   auto* holder = qobject_cast<QQuickItem*>(parent());
   QObject* object = component_->beginCreate(component_->creationContext());
   item_ = qobject_cast<QQuickItem*>(object);

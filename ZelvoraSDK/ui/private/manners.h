@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QPointF>
+#include <QtGui/QAccessible>
 #include <QtGui/QColor>
 #include <QtQml/QQmlParserStatus>
 #include <QtQml/QtQml>
@@ -9,18 +10,22 @@
 namespace zelvora {
 
 /// What every button of ours owes its user beyond a tap: Return and Enter press it, a finger
-/// reaches it within 44 points, and a ring shows the keyboard's focus. Set inside the button.
-class Manners : public QObject, public QQmlParserStatus {
+/// reaches it within 44 points, a ring shows the keyboard's focus, and a screen reader reads its
+/// text and presses it. Set inside the button.
+class Manners : public QObject, public QQmlParserStatus, public QAccessible::ActivationObserver {
   Q_OBJECT
   Q_INTERFACES(QQmlParserStatus)
   QML_ELEMENT
+  /// Of the ring; below 0: half the button's shorter side.
   Q_PROPERTY(double focusRadius MEMBER focusRadius_ NOTIFY changed)
   /// How far the ring stands out; below 0: how far it stands in.
   Q_PROPERTY(double focusMargin MEMBER focusMargin_ NOTIFY changed)
+  /// Unset: the theme's accent.
   Q_PROPERTY(QColor focusColor MEMBER focusColor_ NOTIFY changed)
 
  public:
-  using QObject::QObject;
+  explicit Manners(QObject* parent = nullptr);
+  ~Manners() override;
 
   /// Of the button's place, enlarged to what a finger needs.
   Q_INVOKABLE bool contains(const QPointF& point) const;
@@ -28,6 +33,7 @@ class Manners : public QObject, public QQmlParserStatus {
   void classBegin() override {}
   void componentComplete() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void accessibilityActiveChanged(bool active) override;
 
  Q_SIGNALS:
   void changed();
@@ -35,10 +41,13 @@ class Manners : public QObject, public QQmlParserStatus {
  private:
   /// Makes the ring when the focus comes by keyboard, and lets go of it.
   Q_SLOT void showFocus();
+  Q_SLOT void tellName();
+  Q_SLOT void press();
 
   QQuickItem* button_ = nullptr;
   QQuickItem* ring_ = nullptr;
-  double focusRadius_ = 12;
+  QObject* voice_ = nullptr;  ///< The button's `Accessible`.
+  double focusRadius_ = -1;
   double focusMargin_ = 3;
   QColor focusColor_;
 };
@@ -50,6 +59,9 @@ class OnDemand : public QObject, public QQmlParserStatus {
   Q_INTERFACES(QQmlParserStatus)
   QML_ELEMENT
   Q_PROPERTY(bool wanted MEMBER wanted_ NOTIFY changed)
+  /// With `shownIn`: it is wanted only while both are equal.
+  Q_PROPERTY(int state MEMBER state_ NOTIFY changed)
+  Q_PROPERTY(int shownIn MEMBER shownIn_ NOTIFY changed)
   Q_PROPERTY(QQmlComponent* component MEMBER component_ NOTIFY changed)
   Q_PROPERTY(QQuickItem* item READ item NOTIFY itemChanged)
 
@@ -68,7 +80,9 @@ class OnDemand : public QObject, public QQmlParserStatus {
  private:
   void settle();
 
-  bool wanted_ = false;
+  bool wanted_ = true;
+  int state_ = 0;
+  int shownIn_ = 0;
   QQmlComponent* component_ = nullptr;
   QQmlComponent* made_ = nullptr;  ///< What the item was made of.
   QQuickItem* item_ = nullptr;

@@ -43,11 +43,19 @@ const Made& kept(const QString& key, Make make) {
   return result;
 }
 
+QColor fillOf(Plate::Material material, bool dark) {
+  if (material == Plate::Thin)
+    return dark ? QColor::fromRgbF(0.2F, 0.2F, 0.21F, 0.8F)
+                : QColor::fromRgbF(0.98F, 0.98F, 0.99F, 0.8F);
+  return dark ? QColor::fromRgbF(0.2F, 0.2F, 0.21F, 0.64F)
+              : QColor::fromRgbF(0.86F, 0.86F, 0.89F, 0.64F);
+}
+
 /// The images of one plate: nine patches that share a texture, and the symbol.
 class PlateNode final : public QSGNode {
  public:
   explicit PlateNode(QQuickWindow& window) : window_(window) {
-    for (QSGNode* layer : {&surface_, &above_}) {
+    for (QSGTransformNode* layer : {&surface_, &above_}) {
       layer->setFlag(OwnedByParent, false);
       appendChildNode(layer);
     }
@@ -58,7 +66,7 @@ class PlateNode final : public QSGNode {
     removeAllChildNodes();
   }
 
-  void showPlate(const QString& key, const NinePatch& patch, QSizeF size, double scale) {
+  void showPlate(const QString& key, const NinePatch& patch, const QRectF& place, double scale) {
     if (key != plateKey_) {
       clearPlate();
       plateKey_ = key;
@@ -71,7 +79,7 @@ class PlateNode final : public QSGNode {
         surface_.appendChildNode(node);
       }
     }
-    layOut(patch, size, scale);
+    layOut(patch, place, scale);
   }
 
   void showSymbol(const QString& key, const QImage& image, const QRectF& place) {
@@ -102,9 +110,9 @@ class PlateNode final : public QSGNode {
   }
 
  private:
-  void layOut(const NinePatch& patch, QSizeF size, double scale) {
+  void layOut(const NinePatch& patch, const QRectF& place, double scale) {
     const double reach = patch.reach / scale;
-    const QRectF all(-reach, -reach, size.width() + 2 * reach, size.height() + 2 * reach);
+    const QRectF all = place.adjusted(-reach, -reach, reach, reach);
     const std::array<double, 4> fromX{0, 1.0 * patch.left, 1.0 * patch.image.width() - patch.left,
                                       1.0 * patch.image.width()};
     const std::array<double, 4> fromY{0, 1.0 * patch.top, 1.0 * patch.image.height() - patch.bottom,
@@ -125,8 +133,9 @@ class PlateNode final : public QSGNode {
   }
 
   QQuickWindow& window_;
-  QSGNode surface_;
-  QSGNode above_;
+  // The software renderer knows only of these where a node that comes later belongs.
+  QSGTransformNode surface_;
+  QSGTransformNode above_;
   QString plateKey_;
   QString symbolKey_;
   std::unique_ptr<QSGTexture> texture_;
@@ -138,7 +147,15 @@ class PlateNode final : public QSGNode {
 
 Plate::Plate(QQuickItem* parent) : QQuickItem(parent) {
   setFlag(ItemHasContents);
-  connect(this, &Plate::changed, this, [this] { update(); });
+  connect(this, &Plate::changed, this, &QQuickItem::polish);
+}
+
+void Plate::setTheme(ZelvoraTheme* theme) {
+  if (theme_ == theme) return;
+  if (theme_) disconnect(theme_, nullptr, this, nullptr);
+  theme_ = theme;
+  if (theme_) connect(theme_, &ZelvoraTheme::changed, this, &QQuickItem::polish);
+  Q_EMIT changed();
 }
 
 void Plate::setBackdrop(QQuickItem* backdrop) {
@@ -150,13 +167,16 @@ void Plate::setBackdrop(QQuickItem* backdrop) {
 
 void Plate::geometryChange(const QRectF& now, const QRectF& before) {
   QQuickItem::geometryChange(now, before);
-  if (now.size() != before.size()) update();
+  if (now.size() != before.size()) Q_EMIT changed();
 }
 
 void Plate::itemChange(ItemChange change, const ItemChangeData& value) {
   QQuickItem::itemChange(change, value);
   if (change == ItemDevicePixelRatioHasChanged) update();
-  if (change == ItemSceneChange && value.window) loadBlur();
+  if (change == ItemSceneChange && value.window) {
+    loadBlur();
+    polish();
+  }
 }
 
 /// Makes the blur behind the plate when there is something to blur and something to blur it with.
@@ -178,30 +198,43 @@ void Plate::loadBlur() {
   if (auto* item = qobject_cast<QQuickItem*>(blurItem_)) item->setParentItem(this);
 }
 
+/// The theme belongs to the main thread, and is read no sooner than there is something to draw.
+void Plate::updatePolish() {
+  if (theme_) {
+    if (material_ != None) materialFill_ = fillOf(material_, theme_->dark());
+    themeText_ = theme_->text();
+    icons_ = theme_->icons();
+  }
+  update();
+}
+
 QSGNode* Plate::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
   auto* painted = static_cast<PlateNode*>(node);
   if (!painted) painted = new PlateNode(*window());
   const double scale = window()->effectiveDevicePixelRatio();
-  const double most = std::min(width(), height()) / 2;
-  PlateLook look{
-      radius_ < 0 ? most : std::min(radius_, most), fill_, stroke_, blur_, offset_, strength_};
+  const QRectF place = ground();
+  const double most = std::min(place.width(), place.height()) / 2;
+  PlateLook look{radius_ < 0 ? most : std::min(radius_, most),
+                 material_ == None ? fill_ : materialFill_,
+                 stroke_,
+                 blur_,
+                 offset_,
+                 strength_};
   if (blurItem_) look.fill.setAlphaF(look.fill.alphaF() * 0.75F);
   if (most > 0 && (look.fill.alpha() > 0 || look.strength > 0)) {
-    const QString key = keyOf(look, height(), scale);
-    const NinePatch& patch = kept<NinePatch>(key, [&] { return drawPlate(look, height(), scale); });
-    painted->showPlate(key, patch, size(), scale);
+    const QString key = keyOf(look, place.height(), scale);
+    const NinePatch& patch =
+        kept<NinePatch>(key, [&] { return drawPlate(look, place.height(), scale); });
+    painted->showPlate(key, patch, place, scale);
   } else {
     painted->clearPlate();
   }
   const int side = static_cast<int>(std::lround(symbolSize_ * scale));
-  if (side > 0 && !symbol_.isEmpty()) {
-    const QString key = QStringLiteral("%1 %2 %3 %4")
-                            .arg(symbol_)
-                            .arg(color_.rgba())
-                            .arg(side)
-                            .arg(icons_.toString());
-    const QImage& image =
-        kept<QImage>(key, [&] { return drawSymbol(symbol_, color_, side, icons_); });
+  const QColor ink = color_.isValid() ? color_ : themeText_;
+  if (side > 0 && !symbol_.isEmpty() && ink.isValid()) {
+    const QString key =
+        QStringLiteral("%1 %2 %3 %4").arg(symbol_).arg(ink.rgba()).arg(side).arg(icons_.toString());
+    const QImage& image = kept<QImage>(key, [&] { return drawSymbol(symbol_, ink, side, icons_); });
     const double points = side / scale;
     const auto snapped = [scale](double value) { return std::round(value * scale) / scale; };
     painted->showSymbol(

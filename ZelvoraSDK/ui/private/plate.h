@@ -6,6 +6,8 @@
 #include <QtGui/QImage>
 #include <QtQuick/QQuickItem>
 
+#include <ZelvoraSDK/ui/zelvora_theme.h>
+
 namespace zelvora {
 
 /// A rounded, translucent surface with a border, a shadow around it and a symbol in its middle: all
@@ -17,6 +19,10 @@ namespace zelvora {
 class Plate : public QQuickItem {
   Q_OBJECT
   QML_ELEMENT
+  /// What the plate follows where no colour of its own is set; null for none.
+  Q_PROPERTY(zelvora::ZelvoraTheme* theme READ theme WRITE setTheme NOTIFY changed)
+  /// A translucent surface in the theme's light or dark, in place of `fill`.
+  Q_PROPERTY(Material material MEMBER material_ NOTIFY changed)
   /// Of the corners; below 0: half the shorter side.
   Q_PROPERTY(double radius MEMBER radius_ NOTIFY changed)
   Q_PROPERTY(QColor fill MEMBER fill_ NOTIFY changed)
@@ -26,23 +32,32 @@ class Plate : public QQuickItem {
   Q_PROPERTY(double strength MEMBER strength_ NOTIFY changed)  ///< Of the shadow; 0 for none.
   /// Of a built-in symbol, or of a file in `icons`; empty for none.
   Q_PROPERTY(QString symbol MEMBER symbol_ NOTIFY changed)
-  Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)  ///< Of the symbol.
+  /// Of the symbol; unset: the theme's text.
+  Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
   Q_PROPERTY(double symbolSize MEMBER symbolSize_ NOTIFY changed)
-  /// A folder with symbols of the application's own; empty for the built-in ones.
-  Q_PROPERTY(QUrl icons MEMBER icons_ NOTIFY changed)
+  /// Where the surface lies, in the item's coordinates.
+  Q_PROPERTY(QRectF ground READ ground NOTIFY changed)
   /// The item behind, of which a blur is made where the renderer has shaders. No ancestor.
   Q_PROPERTY(QQuickItem* backdrop READ backdrop WRITE setBackdrop NOTIFY changed)
 
  public:
+  enum Material { None, Thin, UltraThin };
+  Q_ENUM(Material)
+
   explicit Plate(QQuickItem* parent = nullptr);
 
+  [[nodiscard]] ZelvoraTheme* theme() const { return theme_; }
+  void setTheme(ZelvoraTheme* theme);
   [[nodiscard]] QQuickItem* backdrop() const { return backdrop_; }
   void setBackdrop(QQuickItem* backdrop);
+
+  [[nodiscard]] virtual QRectF ground() const { return {0, 0, width(), height()}; }
 
  Q_SIGNALS:
   void changed();
 
  protected:
+  void updatePolish() override;
   QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
   void geometryChange(const QRectF& now, const QRectF& before) override;
   void itemChange(ItemChange change, const ItemChangeData& value) override;
@@ -50,6 +65,8 @@ class Plate : public QQuickItem {
  private:
   void loadBlur();
 
+  QPointer<ZelvoraTheme> theme_;
+  Material material_ = None;
   double radius_ = -1;
   QColor fill_ = Qt::transparent;
   QColor stroke_ = Qt::transparent;
@@ -57,8 +74,11 @@ class Plate : public QQuickItem {
   double offset_ = 0;
   double strength_ = 0;
   QString symbol_;
-  QColor color_ = Qt::black;
+  QColor color_;
   double symbolSize_ = 0;
+  // What the theme says, read in the main thread.
+  QColor materialFill_;
+  QColor themeText_;
   QUrl icons_;
   QPointer<QQuickItem> backdrop_;
   QPointer<QObject> blurItem_;

@@ -40,6 +40,10 @@
 <context>
     <name>ZelvoraCommandSurface</name>
     <message>
+        <source>Did I hear that right?</source>
+        <translation>Habe ich das richtig verstanden?</translation>
+    </message>
+    <message>
         <source>Where would you like to go?</source>
         <translation>Wohin möchtest du?</translation>
     </message>

@@ -40,6 +40,10 @@
 <context>
     <name>ZelvoraCommandSurface</name>
     <message>
+        <source>Did I hear that right?</source>
+        <translation>שמעתי נכון?</translation>
+    </message>
+    <message>
         <source>Where would you like to go?</source>
         <translation>לאן תרצו להגיע?</translation>
     </message>

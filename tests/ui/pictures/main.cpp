@@ -33,7 +33,7 @@ void drawStates(const QDir& folder) {
       const bool moves = state == "listening";
       std::optional<AnimationClock> clock;
       if (moves) clock.emplace();
-      Conversation talk({.size = {360, 520},
+      Conversation talk({.size = {360, 600},
                          .dark = dark,
                          .more = moves ? "ZelvoraTheme.reducedMotion: false" : ""});
       talk.bring(state);
@@ -42,7 +42,9 @@ void drawStates(const QDir& folder) {
         talk.application.standIns.microphone->play(std::vector<float>(512, level));
         clock->pass(40, 20);
       }
-      for (int turns = 0; turns < 20; ++turns) QCoreApplication::processEvents();
+      // What is thought about is answered as soon as events are processed.
+      for (int turns = 0; turns < 20 && state != "thinking"; ++turns)
+        QCoreApplication::processEvents();
       const QString name = QStringLiteral("surface-%1-%2.png")
                                .arg(QString::fromStdString(state).replace(u' ', u'-'),
                                     QLatin1String(dark ? "dark" : "light"));
