@@ -27,7 +27,8 @@ foreach(file IN LISTS files)
   list(APPEND includes ${included})
   string(REGEX REPLACE "^ZelvoraSDK/" "" header ${file})
   # The adapters and the views have public headers of their own: all that are in no private folder.
-  if(header IN_LIST zelvora_public_headers OR file MATCHES "^ZelvoraSDK/(adapters|ui)/([a-z]+/)?[^/]+\\.h$")
+  if(header IN_LIST zelvora_public_headers
+     OR (file MATCHES "^ZelvoraSDK/(adapters|ui)/.*\\.h$" AND NOT file MATCHES "/private/"))
     foreach(other IN LISTS included)
       if(NOT other IN_LIST zelvora_public_headers AND (other MATCHES "/private/"
          OR NOT other MATCHES "^(adapters|ui)/"))

@@ -4,6 +4,7 @@
 
 #include <boost/asio/thread_pool.hpp>
 
+#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #include <tests/support/sound_files.h>
 #include <tests/support/temporary_folder.h>
