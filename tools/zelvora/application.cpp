@@ -166,13 +166,6 @@ std::string onOneLine(std::string_view line) {
   return std::string(firstCharacters(shown, columns > kSpare ? columns - kSpare : 1)) + "…";
 }
 
-/// The screen or presentation; empty when the outcome opens none.
-std::string openedBy(const ZelvoraResult& result) {
-  if (const auto* execute = std::get_if<ZelvoraExecute>(&result)) return execute->screenId;
-  const auto* present = std::get_if<ZelvoraPresent>(&result);
-  return present ? present->presentationId : "";
-}
-
 }  // namespace
 
 void addCommonOptions(Command& command, CommonOptions& options) {
@@ -353,17 +346,13 @@ Application::Application(const CommonOptions& options)
 }
 
 void Application::enableSpeech(const Hearing& hearing) {
-  const auto spec = std::make_shared<const PreparedSpec>(spec_);
-  platform_.speech =
-      hostSpeech({.vocabulary = recognitionVocabulary(spec_, settings_.locale),
-                  .model = hearing.model,
-                  .modelAlone = hearing.modelAlone,
-                  .openedBy =
-                      [spec, locale = settings_.locale](const std::string& text) {
-                        return openedBy(explain(text, *spec, locale, Timestamp{}).result);
-                      },
-                  .soundFile = hearing.soundFile},
-                 *platform_.executors);
+  platform_.speech = hostSpeech(
+      {.vocabulary = recognitionVocabulary(spec_, settings_.locale),
+       .model = hearing.model,
+       .modelAlone = hearing.modelAlone,
+       .openedBy = openedBy(std::make_shared<const PreparedSpec>(spec_), settings_.locale),
+       .soundFile = hearing.soundFile},
+      *platform_.executors);
 }
 
 Zelvora& Application::facade() {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
+#include <variant>
 
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
@@ -187,6 +189,16 @@ Explanation explain(const std::string& text, const PreparedSpec& spec, const std
   explanation.result = std::move(answer.result);
   explanation.tasks = spec.tasks()->rank(explanation.normalized);
   return explanation;
+}
+
+std::function<std::string(const std::string& text)> openedBy(
+    std::shared_ptr<const PreparedSpec> spec, std::string locale) {
+  return [known = std::move(spec), where = std::move(locale)](const std::string& text) {
+    const ZelvoraResult result = explain(text, *known, where, Timestamp{}).result;
+    if (const auto* execute = std::get_if<ZelvoraExecute>(&result)) return execute->screenId;
+    const auto* present = std::get_if<ZelvoraPresent>(&result);
+    return present ? present->presentationId : std::string();
+  };
 }
 
 std::string explanationLine(const Explanation& explanation) {

@@ -17,7 +17,7 @@ namespace zelvora {
 class CombinedRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// What a transcript opens, and nothing when it opens nothing. Called on threads of the
-  /// recognisers', one call at a time; must not throw.
+  /// recognisers'; must not throw.
   using OpenedBy = std::function<std::string(const std::string& text)>;
 
   /// Without `openedBy` a transcript leads to its own words. No factory may be null.

@@ -28,12 +28,12 @@ std::shared_ptr<AudioEngineFactory> microphone(const HostSpeechOptions& options,
 std::shared_ptr<SpeechRecognizerFactory> withModel(const HostSpeechOptions& options) {
 #ifdef ZELVORA_HAS_SHERPA
   auto model = std::make_shared<SherpaRecognizerFactory>(SherpaModel{.folder = *options.model},
-                                                         options.vocabulary);
+                                                         options.vocabulary, options.openedBy);
   model->preload();
   if (options.modelAlone) return model;
   return std::make_shared<CombinedRecognizerFactory>(
-      std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary), std::move(model),
-      options.openedBy);
+      std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, options.openedBy),
+      std::move(model), options.openedBy);
 #else
   throw Error("ZelvoraHost", 2,
               options.model->string() + ": this build has no recogniser that takes a model");
@@ -43,7 +43,7 @@ std::shared_ptr<SpeechRecognizerFactory> withModel(const HostSpeechOptions& opti
 std::shared_ptr<SpeechRecognizerFactory> recognizers(const HostSpeechOptions& options) {
   if (options.recognizers) return options.recognizers;
   if (options.model) return withModel(options);
-  return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary);
+  return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, options.openedBy);
 }
 
 }  // namespace

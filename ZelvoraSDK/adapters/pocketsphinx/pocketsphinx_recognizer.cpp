@@ -19,10 +19,13 @@ bool isUsEnglish(const std::string& locale) {
 
 }  // namespace
 
-PocketsphinxRecognizerFactory::PocketsphinxRecognizerFactory(std::vector<std::string> vocabulary)
-    : thread_(std::make_shared<audio::DecoderThread>([phrases = std::move(vocabulary)] {
-        return std::make_unique<sphinx::Decoder>(phrases);
-      })) {}
+PocketsphinxRecognizerFactory::PocketsphinxRecognizerFactory(
+    std::vector<std::string> vocabulary,
+    std::function<std::string(const std::string& text)> openedBy)
+    : thread_(std::make_shared<audio::DecoderThread>(
+          [phrases = std::move(vocabulary), opened = std::move(openedBy)] {
+            return std::make_unique<sphinx::Decoder>(phrases, opened);
+          })) {}
 
 std::unique_ptr<SpeechRecognizer> PocketsphinxRecognizerFactory::makeRecognizer(
     const std::string& locale) {
@@ -33,6 +36,10 @@ std::unique_ptr<SpeechRecognizer> PocketsphinxRecognizerFactory::makeRecognizer(
 
 void PocketsphinxRecognizerFactory::preload() {
   thread_->queue().wait([thread = thread_] { thread->decoder(); });
+}
+
+void PocketsphinxRecognizerFactory::catchUp() {
+  thread_->queue().wait([] {});
 }
 
 }  // namespace zelvora

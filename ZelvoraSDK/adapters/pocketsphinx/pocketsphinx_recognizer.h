@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,12 +24,19 @@ class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// `vocabulary` holds phrases that users are likely to say, names of brands included; those in
   /// another script than Latin or with digits are passed over. Without any the stock model is used.
-  explicit PocketsphinxRecognizerFactory(std::vector<std::string> vocabulary = {});
+  /// What a transcript opens (nothing: an empty string) tells how sure to be of it; `openedBy` is
+  /// called on the recogniser's thread and must not throw.
+  explicit PocketsphinxRecognizerFactory(
+      std::vector<std::string> vocabulary = {},
+      std::function<std::string(const std::string& text)> openedBy = {});
 
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
 
   /// Returns when the decoder is loaded. Throws Error when its model can't be read.
   void preload();
+  /// Returns when all sound that tasks were given has been understood and reported: for recordings
+  /// that are heard faster than they were spoken.
+  void catchUp();
 
  private:
   std::shared_ptr<audio::DecoderThread> thread_;

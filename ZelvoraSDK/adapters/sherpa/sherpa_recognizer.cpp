@@ -19,12 +19,13 @@ std::string plain(const std::string& locale) {
 
 }  // namespace
 
-SherpaRecognizerFactory::SherpaRecognizerFactory(SherpaModel model,
-                                                 std::vector<std::string> vocabulary) {
+SherpaRecognizerFactory::SherpaRecognizerFactory(
+    SherpaModel model, std::vector<std::string> vocabulary,
+    std::function<std::string(const std::string& text)> openedBy) {
   for (const std::string& locale : model.locales) locales_.push_back(plain(locale));
   thread_ = std::make_shared<audio::DecoderThread>(
-      [which = std::move(model), phrases = std::move(vocabulary)] {
-        return std::make_unique<sherpa::Transducer>(which, phrases);
+      [which = std::move(model), phrases = std::move(vocabulary), opened = std::move(openedBy)] {
+        return std::make_unique<sherpa::Transducer>(which, phrases, opened);
       });
 }
 

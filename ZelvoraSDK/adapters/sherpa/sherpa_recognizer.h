@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -35,7 +36,11 @@ struct SherpaModel {
 /// "ZelvoraSpeechRecognizer".
 class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
  public:
-  explicit SherpaRecognizerFactory(SherpaModel model, std::vector<std::string> vocabulary = {});
+  /// What a transcript opens (nothing: an empty string) tells how sure to be of it; `openedBy` is
+  /// called on the recogniser's thread and must not throw.
+  explicit SherpaRecognizerFactory(
+      SherpaModel model, std::vector<std::string> vocabulary = {},
+      std::function<std::string(const std::string& text)> openedBy = {});
 
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include <ZelvoraSDK/adapters/audio/combined_recognizer.h>
 #include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 
@@ -32,11 +34,12 @@ TEST(Confidence, MovesWordsToAMeanAndKeepsTheirRank) {
     }
 }
 
-SpeechResult judged(const std::vector<SpeechSegment>& decoded) {
+SpeechResult judged(const std::vector<SpeechSegment>& decoded,
+                    const std::vector<Sentence>& alternatives = {}, OpenedBy openedBy = {}) {
   const TranscriptJudge judge(
-      {"open my cart", "track my order", "gift cards", "show me the stores"}, &pronunciation,
-      kSphinxWeights);
-  return judge.judge(decoded, &pronunciation);
+      {"open my cart", "track my order", "gift cards", "show me the stores", "stores"},
+      &pronunciation, kSphinxWeights, std::move(openedBy));
+  return judge.judge({decoded, alternatives}, &pronunciation);
 }
 
 TEST(Confidence, IsHighForCommandsAndLowForOtherSentences) {
@@ -55,11 +58,38 @@ TEST(Confidence, IsHighForCommandsAndLowForOtherSentences) {
 
 TEST(Confidence, StaysTheDecodersOwnWithoutAVocabulary) {
   const SpeechResult result = TranscriptJudge().judge(
-      std::vector<SpeechSegment>{{"hello", 0.25}, {"there", 0.75}}, &pronunciation);
+      {.words = {{"hello", 0.25}, {"there", 0.75}}, .alternatives = {{"hello", "where"}}},
+      &pronunciation);
   EXPECT_EQ(result.text, "hello there");
   EXPECT_EQ(result.segments[0].confidence, 0.25);
   EXPECT_TRUE(judged({}).segments.empty());
   EXPECT_TRUE(judged({}).isFinal);
+}
+
+TEST(Confidence, TakesAnAlternativeThatIsAWholePhrase) {
+  const std::vector<SpeechSegment> built{{"built", 0.0}, {"in", 0.1}, {"my", 1.0}, {"cart", 0.9}};
+  const auto text = [](const std::vector<SpeechSegment>& decoded,
+                       const std::vector<Sentence>& alternatives) {
+    return judged(decoded, alternatives).text;
+  };
+  EXPECT_EQ(text(built, {{"but", "my", "cart"}, {"open", "my", "cart"}, {"gift", "cards"}}),
+            "open my cart");
+  EXPECT_EQ(text({{"gift", 0.4}, {"cards", 0.4}}, {{"open", "my", "cart"}}), "gift cards")
+      << "a phrase is kept";
+  EXPECT_EQ(text({{"the", 0.9}, {"captain", 0.9}}, {{"stores"}}), "the captain")
+      << "one word is no reason";
+  EXPECT_GT(meanOf(judged(built, {{"open", "my", "cart"}}).segments), 0.65);
+}
+
+TEST(Confidence, IsLowerForWhatOpensNothing) {
+  const auto confidence = [](const std::vector<SpeechSegment>& words, const char* opened) {
+    return meanOf(judged(words, {}, [opened](const std::string&) { return opened; }).segments);
+  };
+  const std::vector<SpeechSegment> words{{"track", 0.8}, {"my", 0.9}, {"cart", 0.9}};
+  EXPECT_LT(confidence(words, ""), confidence(words, "cart"));
+  EXPECT_EQ(confidence(words, "cart"), meanOf(judged(words).segments)) << "where nobody can tell";
+  EXPECT_GT(confidence({{"open", 0.9}, {"my", 0.9}, {"cart", 0.9}}, ""), 0.65)
+      << "it may lead to choices";
 }
 
 Opinion opinion(const char* text, double confidence, const char* opens) {

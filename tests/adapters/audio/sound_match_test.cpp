@@ -74,6 +74,28 @@ TEST(SoundMatch, ReplacesWhatAlmostSoundsLikeAPhraseInItsPlace) {
   for (const auto& row : rows) EXPECT_EQ(matched(vocabulary, row.heard), row.expected) << row.name;
 }
 
+TEST(SoundMatch, TakesADoubtfulTranscriptForThePhraseThatItSoundsLike) {
+  const SoundVocabulary vocabulary(
+      spokenSentences({"show me the product details", "where is the nearest store",
+                       "order the same again", "show my orders", "show my order", "setting",
+                       "past orders"}),
+      &pronunciation);
+  const struct {
+    const char* name;
+    const char* heard;
+    const char* expected;
+  } rows[] = {{"the whole of it", "show:0.5 you:0.3 the:0.3 product:0.5 beat:0.1 i:0.1",
+               "show me the product details"},
+              {"a believed one stays", "where is the new resettled", "where is the new resettled"},
+              {"two phrases alike", "show:0.4 by:0.3 orders:0.4", "show by orders"},
+              {"a short one", "cha:0.1 store:0.1 does:0.1", "cha store does"},
+              {"unlike all", "the:0.4 ice:0.2 on:0.3 the:0.4 lake:0.2", "the ice on the lake"}};
+  for (const auto& row : rows) EXPECT_EQ(matched(vocabulary, row.heard), row.expected) << row.name;
+  EXPECT_TRUE(vocabulary.isPhrase({"order", "the", "same", "again"}));
+  EXPECT_FALSE(vocabulary.isPhrase({"order", "the", "same"}));
+  EXPECT_FALSE(vocabulary.isPhrase({}));
+}
+
 TEST(SoundMatch, MeasuresHowCloseATranscriptIsToThePhrases) {
   const SoundVocabulary vocabulary = coffee();
   const auto closeness = [&](const char* text) {

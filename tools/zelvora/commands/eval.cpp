@@ -5,10 +5,12 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/facade/transcript_decision.h>
 
 #include "../application.h"
 #include "../commands.h"
@@ -16,6 +18,7 @@
 #include "../evaluation/labelled.h"
 #include "../evaluation/output_file.h"
 #include "../evaluation/progress.h"
+#include "../evaluation/recordings.h"
 #include "../evaluation/report.h"
 
 namespace zelvora::tool {
@@ -30,10 +33,13 @@ struct EvalOptions {
   std::optional<std::filesystem::path> compare;
   std::optional<std::filesystem::path> html;
   int threads = 0;  ///< 0: one a core.
+  bool audio = false;
 };
 
 /// One spec with what came of the utterances on it.
 struct Evaluated {
+  std::vector<LabelledUtterance> utterances;  ///< As they were routed.
+  std::optional<SpeechFigures> speech;        ///< Of recordings.
   std::vector<Judged> judged;
   Evaluation evaluation;
 };
@@ -59,22 +65,55 @@ ZelvoraResult askBackend(Application& application, const std::string& text,
   return outcome;
 }
 
-Evaluated evaluate(const std::vector<LabelledUtterance>& utterances, const PreparedSpec& spec,
-                   const EvalOptions& options, Application* backend) {
+/// Puts what was heard in the place of the recordings: nothing where it is not believed.
+void hearRecordings(Evaluated& run, const StoredSpec& spec, const EvalOptions& options,
+                    double minimumConfidence) {
+#ifdef ZELVORA_SPEECH
+  std::vector<HeardRecording> heard;
+  {
+    ProgressBar bar("listening");
+    heard =
+        hearAll(run.utterances, spec, threadsFor(options), [&](double share) { bar.show(share); });
+  }
+  run.speech = figuresOf(run.utterances, heard);
+  for (std::size_t i = 0; i < heard.size(); ++i) {
+    const auto decision =
+        judgeLocal({.transcript = heard[i].transcript, .confidence = heard[i].confidence},
+                   minimumConfidence, ZelvoraSTTMode::localOnly);
+    const auto* use = std::get_if<UseTranscript>(&decision);
+    LabelledUtterance& utterance = run.utterances[i];
+    utterance.recording = std::exchange(utterance.text, use ? use->transcript : "");
+  }
+#else
+  static_cast<void>(run);
+  static_cast<void>(spec);
+  static_cast<void>(options);
+  static_cast<void>(minimumConfidence);
+  throw UsageError("--audio: this build can't hear");
+#endif
+}
+
+Evaluated evaluate(std::vector<LabelledUtterance> all, const StoredSpec& stored,
+                   const EvalOptions& options, Application& application, bool asksBackend) {
+  Evaluated run;
+  run.utterances = std::move(all);
+  if (options.audio)
+    hearRecordings(run, stored, options, minimumLocalConfidence(*application.platform().bundle));
+  const std::vector<LabelledUtterance>& utterances = run.utterances;
+  const PreparedSpec spec(stored);
   std::vector<ZelvoraResult> results;
   {
     ProgressBar bar("evaluating");
     results =
         answerAll(utterances, spec, threadsFor(options), [&](double share) { bar.show(share); });
-    if (backend)
+    if (asksBackend)
       for (std::size_t i = 0; i < results.size(); ++i) {
         bar.show(static_cast<double>(i) / static_cast<double>(results.size()));
-        if (std::holds_alternative<ZelvoraUnsupported>(results[i]))
-          results[i] = askBackend(*backend, utterances[i].text, utterances[i].locale);
+        if (std::holds_alternative<ZelvoraUnsupported>(results[i]) && !utterances[i].text.empty())
+          results[i] = askBackend(application, utterances[i].text, utterances[i].locale);
       }
   }
   const Judge judge(spec);
-  Evaluated run;
   for (std::size_t i = 0; i < results.size(); ++i)
     run.judged.push_back(judge.judge(utterances[i], results[i]));
   run.evaluation = count(utterances, run.judged, judge.taskIds());
@@ -106,6 +145,15 @@ std::string summaryOf(const Counts& it, const Style& style) {
   text += countLine("opened something", it.outOfScopeOpened, it.outOfScope);
   text += countLine("choices", it.outOfScopeChoices, it.outOfScope);
   return text + countLine("nothing, as is right", it.outOfScopeMissed, it.outOfScope);
+}
+
+std::string speechOf(const std::optional<SpeechFigures>& it, const Style& style) {
+  if (!it || it->references == 0) return {};
+  std::string text =
+      style.strong(std::to_string(it->references) + " recordings with a reference") + "\n";
+  text += "  " + padded("word errors", 28) + "        " + percent(it->wordErrorRate()) + " of " +
+          std::to_string(it->words) + " words\n";
+  return text + countLine("word for word", it->exact, it->references);
 }
 
 std::string troubleOf(const Evaluation& it, const Style& style) {
@@ -153,8 +201,7 @@ std::vector<std::size_t> changedIn(const Evaluated& before, const Evaluated& aft
   return changed;
 }
 
-std::string changesOf(const std::vector<LabelledUtterance>& utterances, const Evaluated& before,
-                      const Evaluated& after, const Style& style) {
+std::string changesOf(const Evaluated& before, const Evaluated& after, const Style& style) {
   std::string better;
   std::string worse;
   std::string same;
@@ -162,7 +209,7 @@ std::string changesOf(const std::vector<LabelledUtterance>& utterances, const Ev
     const int change = worthOf(after.judged[i].verdict) - worthOf(before.judged[i].verdict);
     (change > 0   ? better
      : change < 0 ? worse
-                  : same) += "  " + style.text(utterances[i].text) + ": " +
+                  : same) += "  " + style.text(before.utterances[i].name()) + ": " +
                              style.text(before.judged[i].outcome) + " -> " +
                              style.text(after.judged[i].outcome) + "\n";
   }
@@ -173,17 +220,24 @@ std::string changesOf(const std::vector<LabelledUtterance>& utterances, const Ev
   return text.empty() ? "nothing changed\n" : text;
 }
 
-std::string jsonOf(const std::vector<LabelledUtterance>& utterances, const Evaluated& run,
-                   const std::optional<Evaluated>& compared) {
+void writeMembers(JsonWriter& out, const Evaluated& run) {
+  writeMembers(out, run.evaluation);
+  if (!run.speech) return;
+  out.member("wordErrorRate", run.speech->wordErrorRate());
+  out.member("exact", run.speech->exact);
+}
+
+std::string jsonOf(const Evaluated& run, const std::optional<Evaluated>& compared) {
   return jsonObject([&](JsonWriter& out) {
-    writeMembers(out, run.evaluation);
+    writeMembers(out, run);
     if (!compared) return;
-    out.member("compared", compared->evaluation);
+    out.key("compared");
+    out.object([&](JsonWriter& members) { writeMembers(members, *compared); });
     out.key("changed");
     out.beginArray();
     for (const std::size_t i : changedIn(run, *compared))
       out.object([&](JsonWriter& change) {
-        change.member("text", utterances[i].text);
+        change.member("text", run.utterances[i].name());
         change.member("before", run.judged[i].outcome);
         change.member("after", compared->judged[i].outcome);
       });
@@ -214,29 +268,33 @@ bool meetsLimits(const Counts& it, const EvalOptions& options) {
 int runEval(const EvalOptions& options, Output& out) {
   Application application(options.common);
   const PreparedSpec spec(application.spec());
-  const LabelRules rules{.taskIds = Judge(spec).taskIds(), .locale = application.settings().locale};
+  const LabelRules rules{.taskIds = Judge(spec).taskIds(),
+                         .locale = application.settings().locale,
+                         .areRecordings = options.audio};
   const std::vector<LabelledUtterance> utterances = readLabelled(options.files, rules);
-  const Evaluated run =
-      evaluate(utterances, spec, options, options.common.baseURL ? &application : nullptr);
+  const Evaluated run = evaluate(utterances, application.spec(), options, application,
+                                 options.common.baseURL.has_value());
   std::optional<Evaluated> compared;
   if (options.compare)
-    compared = evaluate(utterances, PreparedSpec(specInFile(*options.compare)), options, nullptr);
+    compared = evaluate(utterances, specInFile(*options.compare), options, application, false);
 
   if (options.html)
     writeOutputFile(*options.html, htmlReport({.title = application.specFile().filename().string(),
-                                               .utterances = utterances,
+                                               .utterances = run.utterances,
                                                .judged = run.judged,
                                                .evaluation = run.evaluation,
-                                               .spec = spec}));
+                                               .spec = spec,
+                                               .speech = run.speech}));
   if (options.common.json) {
-    out.jsonLine(jsonOf(utterances, run, compared));
+    out.jsonLine(jsonOf(run, compared));
   } else {
     const Style style = Style::forOutput();
-    out.write(summaryOf(run.evaluation, style) + troubleOf(run.evaluation, style));
+    out.write(summaryOf(run.evaluation, style) + speechOf(run.speech, style) +
+              troubleOf(run.evaluation, style));
     if (compared)
       out.write("\n" + style.strong("on " + style.text(options.compare->string())) + "\n" +
-                summaryOf(compared->evaluation, style) +
-                changesOf(utterances, run, *compared, style));
+                summaryOf(compared->evaluation, style) + speechOf(compared->speech, style) +
+                changesOf(run, *compared, style));
     out.flush();
   }
   return meetsLimits(run.evaluation, options) ? kAnswered : kAnswerIsNo;
@@ -258,7 +316,11 @@ Command evalCommand() {
           "FILE is UTF-8 text, a line an utterance: `UTTERANCE<TAB>EXPECTED[<TAB>LOCALE]`. "
           "EXPECTED is a task id, several joined by `|` (any of them is right), `?` before them "
           "(choices that contain all of them are right too), or `-` for an utterance out of "
-          "scope. Blank lines and lines that begin with `# ` are skipped.\n\nEach utterance has "
+          "scope. Blank lines and lines that begin with `# ` are skipped.\n\nWith `--audio` the "
+          "utterance is the name of a sound file, relative to FILE, and a fourth column may hold "
+          "what is said in it. What this system's recogniser hears is routed when it is sure "
+          "enough of it, and missed otherwise; how many words it gets wrong is counted "
+          "before that.\n\nEach utterance has "
           "a fresh memory and no learning. What the device does not settle is missed, or goes to "
           "the backend with `--base-url`. The exit status is 1 when a limit given is not met.",
       .operands = {
@@ -287,9 +349,12 @@ Command evalCommand() {
                              .meaning = "write a report to read in a browser",
                              .take = into(options->html),
                              .completes = Completes::files});
+  command.options.push_back({.name = "--audio",
+                             .meaning = "the utterances are sound files, to be heard",
+                             .take = into(options->audio)});
   command.options.push_back({.name = "--threads",
                              .value = "N",
-                             .meaning = "how many threads route; the figures are the same",
+                             .meaning = "how many threads work; the figures are the same",
                              .otherwise = "one a core",
                              .take = into(options->threads, 1, 1024)});
   command.run = [options](Output& out) { return runEval(*options, out); };

@@ -41,11 +41,13 @@ class LabelReader {
       at = end + 1;
     }
     if (cells.size() < 2) fail("no tab between the utterance and what is expected");
-    if (cells.size() > 3) fail("more than 3 columns");
+    const std::size_t most = rules_.areRecordings ? 4 : 3;
+    if (cells.size() > most) fail("more than " + std::to_string(most) + " columns");
     utterance.text = std::string(cells[0]);
     readExpected(cells[1], utterance);
     utterance.locale =
         cells.size() > 2 && !cells[2].empty() ? std::string(cells[2]) : rules_.locale;
+    if (cells.size() > 3 && !isBlank(cells[3])) utterance.reference = std::string(cells[3]);
     read_.push_back(std::move(utterance));
   }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,19 +10,26 @@ namespace zelvora::tool {
 
 /// An utterance and what is right for it.
 struct LabelledUtterance {
-  std::string text;
+  std::string text;                   ///< The name of the sound file, until somebody has heard it.
+  std::string recording;              ///< That name, once `text` is what was heard.
   std::vector<std::string> expected;  ///< Task ids, any of which is right; none: out of scope.
   bool areChoicesRight = false;       ///< Choices that contain all of them are right too.
   std::string locale;
+  std::optional<std::string> reference;  ///< What is said in a recording, where that is known.
   std::filesystem::path file;
   std::size_t line = 0;
 
   [[nodiscard]] bool isInScope() const { return !expected.empty(); }
+  /// What its file calls it.
+  [[nodiscard]] const std::string& name() const { return recording.empty() ? text : recording; }
 };
 
 struct LabelRules {
   std::vector<std::string> taskIds;
   std::string locale;  ///< Of lines without one.
+  /// The utterances are the names of sound files, relative to the file that names them, and a
+  /// fourth column may hold what is said in them.
+  bool areRecordings = false;
 };
 
 /// Reads files of lines `UTTERANCE<TAB>EXPECTED[<TAB>LOCALE]`, one after the other.

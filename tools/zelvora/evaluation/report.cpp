@@ -63,6 +63,15 @@ std::string tiles(const Evaluation& it) {
          tile("wrong", "out of scope, and yet opened", it.outOfScopeOpened, it.outOfScope);
 }
 
+/// How near the transcripts of recordings are to what was said.
+std::string speechTiles(const std::optional<SpeechFigures>& it) {
+  if (!it || it->references == 0) return {};
+  return "<li class=\"tile wrong\"><strong>" + percentText(it->wordErrorRate()) +
+         "</strong><span>words heard wrong</span><small>" + std::to_string(it->errors) +
+         " errors in " + std::to_string(it->words) + " words</small></li>" +
+         tile("right", "recordings heard word for word", it->exact, it->references);
+}
+
 std::string shares(const Evaluation& it) {
   return stackedBar("In scope", {{"right", "right", it.right},
                                  {"choices with the right task", "with", it.choicesWith},
@@ -312,6 +321,7 @@ std::string worst(const ReportInput& input) {
       expected += (expected.empty() ? "" : " or ") + id;
     html += "<details data-verdict=\"" + name + "\"><summary><i class=\"badge " + kind + "\">" +
             name + "</i><q>" + escapedHtml(utterance.text) + "</q><span>" +
+            (utterance.recording.empty() ? "" : escapedHtml(utterance.recording) + ": ") +
             escapedHtml(input.judged[i].outcome) +
             (expected.empty() ? "" : "; expected " + escapedHtml(expected)) +
             "</span></summary><div class=\"points\">" + breakdown(input, utterance) +
@@ -345,7 +355,7 @@ std::string htmlReport(const ReportInput& input) {
       {"COUNTS", std::to_string(input.evaluation.inScope) + " utterances in scope, " +
                      std::to_string(input.evaluation.outOfScope) + " out of scope, " +
                      std::to_string(input.evaluation.tasks.size()) + " tasks"},
-      {"TILES", tiles(input.evaluation)},
+      {"TILES", tiles(input.evaluation) + speechTiles(input.speech)},
       {"SHARES", shares(input.evaluation)},
       {"SWEEP", sweep(input)},
       {"HISTOGRAMS", histograms(input)},

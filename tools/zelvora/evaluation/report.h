@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,7 @@
 
 #include "evaluation.h"
 #include "labelled.h"
+#include "recordings.h"
 
 namespace zelvora::tool {
 
@@ -18,6 +20,7 @@ struct ReportInput {
   const std::vector<Judged>& judged;
   const Evaluation& evaluation;
   const PreparedSpec& spec;
+  std::optional<SpeechFigures> speech;  ///< Of recordings.
 };
 
 /// One HTML file that needs nothing else: no network, and no script to be read. The markup around

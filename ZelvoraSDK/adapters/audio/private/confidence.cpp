@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 #include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 
@@ -22,16 +23,25 @@ std::string joined(std::span<const SpeechSegment> words) {
   return text;
 }
 
-}  // namespace
-
-Evidence evidenceOf(std::span<const SpeechSegment> decoded, const Closeness& closeness) {
-  return {1,
-          meanConfidence(decoded),
-          closeness.inContext,
-          closeness.changed,
-          closeness.strange,
-          closeness.run};
+Sentence textsOf(std::span<const SpeechSegment> words) {
+  Sentence texts;
+  for (const SpeechSegment& word : words) texts.push_back(word.text);
+  return texts;
 }
+
+/// The words of an alternative, with the confidences of the decoded ones: their own, or else the
+/// mean of all.
+std::vector<SpeechSegment> believedAs(const Sentence& alternative,
+                                      std::span<const SpeechSegment> decoded) {
+  std::vector<SpeechSegment> words;
+  for (const std::string& text : alternative) {
+    const auto known = std::ranges::find(decoded, text, &SpeechSegment::text);
+    words.push_back({text, known == decoded.end() ? meanConfidence(decoded) : known->confidence});
+  }
+  return words;
+}
+
+}  // namespace
 
 double estimate(const Evidence& evidence, const Weights& weights) {
   const double sum = std::inner_product(evidence.begin(), evidence.end(), weights.begin(), 0.0);
@@ -52,15 +62,18 @@ void setMeanConfidence(std::vector<SpeechSegment>& words, double mean) {
 }
 
 TranscriptJudge::TranscriptJudge(const std::vector<std::string>& phrases,
-                                 const Pronounce& pronounce, const Weights& weights)
-    : vocabulary_(spokenSentences(phrases), pronounce), weights_(weights) {}
+                                 const Pronounce& pronounce, const Weights& weights,
+                                 OpenedBy openedBy)
+    : vocabulary_(spokenSentences(phrases), pronounce),
+      weights_(weights),
+      openedBy_(std::move(openedBy)) {}
 
-SpeechResult TranscriptJudge::judge(std::span<const SpeechSegment> decoded,
-                                    const Pronounce& pronounce) const {
-  SpeechResult result{.segments = {decoded.begin(), decoded.end()}, .isFinal = true};
-  if (!decoded.empty() && !vocabulary_.isEmpty()) {
-    SoundMatch match = vocabulary_.match(decoded, pronounce);
-    const double chance = estimate(evidenceOf(decoded, match.closeness), weights_);
+SpeechResult TranscriptJudge::judge(const Decoded& decoded, const Pronounce& pronounce) const {
+  SpeechResult result{.segments = decoded.words, .isFinal = true};
+  if (!decoded.words.empty() && !vocabulary_.isEmpty()) {
+    const std::vector<SpeechSegment> words = likeliest(decoded);
+    SoundMatch match = vocabulary_.match(words, pronounce);
+    const double chance = estimate(evidenceOf(words, match), weights_);
     result.segments = std::move(match.words);
     setMeanConfidence(result.segments, chance);
   }
@@ -68,9 +81,30 @@ SpeechResult TranscriptJudge::judge(std::span<const SpeechSegment> decoded,
   return result;
 }
 
-Evidence TranscriptJudge::evidence(std::span<const SpeechSegment> decoded,
-                                   const Pronounce& pronounce) const {
-  return evidenceOf(decoded, vocabulary_.match(decoded, pronounce).closeness);
+Evidence TranscriptJudge::evidence(const Decoded& decoded, const Pronounce& pronounce) const {
+  const std::vector<SpeechSegment> words = likeliest(decoded);
+  return evidenceOf(words, vocabulary_.match(words, pronounce));
+}
+
+std::vector<SpeechSegment> TranscriptJudge::likeliest(const Decoded& decoded) const {
+  if (vocabulary_.isPhrase(textsOf(decoded.words))) return decoded.words;
+  // One word of a phrase is found in many sentences that are not about the application.
+  const auto found = std::ranges::find_if(decoded.alternatives, [&](const Sentence& words) {
+    return words.size() > 1 && vocabulary_.isPhrase(words);
+  });
+  return found == decoded.alternatives.end() ? decoded.words : believedAs(*found, decoded.words);
+}
+
+Evidence TranscriptJudge::evidenceOf(std::span<const SpeechSegment> decoded,
+                                     const SoundMatch& match) const {
+  const bool opensNothing = openedBy_ && openedBy_(joined(match.words)).empty();
+  return {1,
+          meanConfidence(decoded),
+          match.closeness.inContext,
+          match.closeness.changed,
+          match.closeness.strange,
+          match.closeness.run,
+          opensNothing ? 1.0 : 0.0};
 }
 
 }  // namespace zelvora::audio

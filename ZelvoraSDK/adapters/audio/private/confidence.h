@@ -1,52 +1,70 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include <ZelvoraSDK/adapters/audio/private/sound_match.h>
+#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::audio {
 
 /// What the estimate is made of, in the order of the weights: 1, the mean confidence of the decoded
-/// words, and the closeness of the transcript to the vocabulary.
-using Evidence = std::array<double, 6>;
+/// words, the closeness of the transcript to the vocabulary, and whether it opens nothing (1 or 0).
+using Evidence = std::array<double, 7>;
 /// Of a logistic regression, fitted by benchmarks/voice/fit_confidence.py.
-using Weights = std::array<double, 6>;
+using Weights = std::array<double, 7>;
+
+/// The weight of a transcript that opens nothing. Set, not fitted: people mostly say what opens
+/// something, so such a transcript is doubted, yet one that leads to choices must stay believed.
+inline constexpr double kOpensNothing = -1;
 
 /// For PocketSphinx's posteriors.
-inline constexpr Weights kSphinxWeights{-0.24, -0.02, 2.12, -0.10, -1.36, 0.75};
+inline constexpr Weights kSphinxWeights{-0.24, -0.02, 2.12, -0.10, -1.36, 0.75, kOpensNothing};
 /// For the token probabilities of a transducer.
-inline constexpr Weights kTransducerWeights{-3.06, 0.67, 3.47, 1.09, -1.37, 0.97};
+inline constexpr Weights kTransducerWeights{-3.06, 0.67, 3.47, 1.09, -1.37, 0.97, kOpensNothing};
 
-[[nodiscard]] Evidence evidenceOf(std::span<const SpeechSegment> decoded,
-                                  const Closeness& closeness);
 /// The chance that routing the transcript leads where routing the spoken words would. Pure.
 [[nodiscard]] double estimate(const Evidence& evidence, const Weights& weights);
 /// Moves the confidences of `words` so that their mean is `mean`; each stays in [0, 1] and keeps
 /// its rank. Pure.
 void setMeanConfidence(std::vector<SpeechSegment>& words, double mean);
 
+/// What a transcript opens at once; empty when it opens nothing.
+using OpenedBy = std::function<std::string(const std::string& text)>;
+
+/// What an engine made of an utterance.
+struct Decoded {
+  std::vector<SpeechSegment> words;
+  std::vector<Sentence> alternatives;  ///< What else it may have been, the likeliest first.
+};
+
 /// From what an engine decoded to what the application is given. Immutable once made.
 class TranscriptJudge {
  public:
   TranscriptJudge() = default;
-  /// Without phrases a transcript stays as it was decoded, its confidences included.
+  /// Without phrases a transcript stays as it was decoded, its confidences included. Without
+  /// `openedBy` every transcript counts as one that opens something.
   TranscriptJudge(const std::vector<std::string>& phrases, const Pronounce& pronounce,
-                  const Weights& weights);
+                  const Weights& weights, OpenedBy openedBy = {});
 
-  [[nodiscard]] SpeechResult judge(std::span<const SpeechSegment> decoded,
-                                   const Pronounce& pronounce) const;
+  /// An alternative that is a whole phrase is taken for what was said.
+  [[nodiscard]] SpeechResult judge(const Decoded& decoded, const Pronounce& pronounce) const;
 
   /// What the confidence of that result is estimated from.
-  [[nodiscard]] Evidence evidence(std::span<const SpeechSegment> decoded,
-                                  const Pronounce& pronounce) const;
+  [[nodiscard]] Evidence evidence(const Decoded& decoded, const Pronounce& pronounce) const;
 
  private:
+  [[nodiscard]] std::vector<SpeechSegment> likeliest(const Decoded& decoded) const;
+  [[nodiscard]] Evidence evidenceOf(std::span<const SpeechSegment> decoded,
+                                    const SoundMatch& match) const;
+
   SoundVocabulary vocabulary_;
   Weights weights_{};
+  OpenedBy openedBy_;
 };
 
 }  // namespace zelvora::audio

@@ -62,7 +62,7 @@ constexpr std::array kSounds{
     Sound{"Z", consonant, 0.35F, 0.5F},
     Sound{"ZH", consonant, 0.5F, 0.5F},
 };
-constexpr std::size_t kPhones = kSounds.size();
+static_assert(kSounds.size() == kPhones);
 
 /// Glides and the vowels that they turn into.
 struct Glide {
@@ -125,10 +125,16 @@ std::vector<Phone> phonesOf(std::string_view names) {
 float distance(Phone a, Phone b) { return table()[a][b]; }
 
 float dropCost(Phone phone) {
-  return std::ranges::find(kWeak, kSounds[phone].name) != kWeak.end() ? 0.45F : 0.65F;
+  static const std::array<float, kPhones> all = [] {
+    std::array<float, kPhones> made{};
+    for (std::size_t i = 0; i < kPhones; ++i)
+      made[i] = std::ranges::find(kWeak, kSounds[i].name) != kWeak.end() ? 0.45F : 0.65F;
+    return made;
+  }();
+  return all[phone];
 }
 
-float distance(std::span<const Phone> a, std::span<const Phone> b) {
+float distance(std::span<const Phone> a, std::span<const Phone> b, float limit) {
   std::vector<float> row(b.size() + 1);
   for (std::size_t j = 0; j < b.size(); ++j) row[j + 1] = row[j] + dropCost(b[j]);
   for (const Phone phone : a) {
@@ -139,6 +145,7 @@ float distance(std::span<const Phone> a, std::span<const Phone> b) {
       diagonal = row[j + 1];
       row[j + 1] = std::min({changed, diagonal + dropCost(phone), row[j] + dropCost(b[j])});
     }
+    if (std::ranges::min(row) >= limit) break;
   }
   return row.back();
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace zelvora::audio {
@@ -31,6 +32,12 @@ constexpr std::size_t kLongestSound = 14;
 constexpr std::size_t kMostExtra = 3;
 /// As many phones in a row say all that a run can say.
 constexpr double kLongRun = 12;
+/// A transcript that is doubted as a whole may be a whole phrase when no more of its phones differ,
+constexpr float kMostUnlikePhrase = 0.3F;
+/// when any other phrase differs by this much more,
+constexpr float kPhraseLead = 0.05F;
+/// and when the phrase has this many words: anything sounds a little like a short one.
+constexpr std::size_t kLeastPhraseWords = 3;
 /// A word this short is part of its neighbours: "a" in "golf a", which was "coffee".
 constexpr std::size_t kShortWord = 2;
 
@@ -51,6 +58,7 @@ class MatchSearch {
   }
 
   [[nodiscard]] SoundMatch best() {
+    if (const auto phrase = wholePhrase()) return describe(*phrase);
     walk();
     return describe(bestPath());
   }
@@ -118,16 +126,28 @@ class MatchSearch {
   }
 
   void findReplacements(std::size_t at, std::size_t count) {
-    search_ = {.at = at, .words = count, .mostUnlike = mostUnlike(at, count), .sound = {}};
+    search_.at = at;
+    search_.words = count;
+    search_.mostUnlike = mostUnlike(at, count);
+    search_.sound.clear();
     if (search_.mostUnlike <= 0) return;
     for (std::size_t i = at; i < at + count; ++i)
       for (const Phone phone : phones_[i])
         // Two words that share a phone at their border share it in speech, too.
         if (search_.sound.empty() || search_.sound.back() != phone) search_.sound.push_back(phone);
+    preparePrices();
     Row row{};
-    for (std::size_t j = 0; j < search_.sound.size(); ++j)
-      row[j + 1] = row[j] + dropCost(search_.sound[j]);
+    for (std::size_t j = 0; j < search_.sound.size(); ++j) row[j + 1] = row[j] + search_.dropped[j];
     descend(0, 0, row);
+  }
+
+  /// Looked up once, because every node of the tree asks for all of them.
+  void preparePrices() {
+    for (std::size_t j = 0; j < search_.sound.size(); ++j) {
+      search_.dropped[j] = dropCost(search_.sound[j]);
+      for (std::size_t phone = 0; phone < kPhones; ++phone)
+        search_.changed[phone][j] = distance(static_cast<Phone>(phone), search_.sound[j]);
+    }
   }
 
   /// Down the tree of phones, a row of the table of distances a node.
@@ -142,11 +162,12 @@ class MatchSearch {
     for (int child = nodeAt(node).child; child >= 0; child = nodeAt(child).sibling) {
       const Phone phone = nodeAt(child).phone;
       const float dropped = dropCost(phone);
+      const auto& changed = search_.changed[phone];
       Row next{};
       next[0] = row[0] + dropped;
       for (std::size_t j = 0; j < sound.size(); ++j)
-        next[j + 1] = std::min({row[j] + distance(phone, sound[j]), row[j + 1] + dropped,
-                                next[j] + dropCost(sound[j])});
+        next[j + 1] =
+            std::min({row[j] + changed[j], row[j + 1] + dropped, next[j] + search_.dropped[j]});
       if (isHopeful(next, depth + 1)) descend(child, depth + 1, next);
     }
   }
@@ -214,6 +235,50 @@ class MatchSearch {
     return path;
   }
 
+  /// One word of the transcript after the match.
+  struct Matched {
+    int id = 0;
+    double phones = 0;
+    double confidence = 0;
+    bool isChanged = false;
+  };
+
+  /// A phrase that all of the transcript sounds like.
+  struct Likeness {
+    const std::vector<int>* phrase = nullptr;  ///< Its words.
+    float unlike = kMostUnlikePhrase;
+  };
+
+  [[nodiscard]] std::optional<Likeness> wholePhrase() const {
+    if (heard_.empty() || meanConfidence(0, heard_.size()) >= kDoubtful) return std::nullopt;
+    std::vector<Phone> sound;
+    for (const auto& word : phones_) sound.insert(sound.end(), word.begin(), word.end());
+    Likeness best;
+    float second = kMostUnlikePhrase + kPhraseLead;
+    for (const auto& [known, words] : vocabulary_.phrases_) {
+      const auto longest = static_cast<float>(std::max(sound.size(), known.size()));
+      const float unlike = distance(sound, known, second * longest) / longest;
+      if (unlike >= second) continue;
+      if (unlike > best.unlike) {
+        second = unlike;
+        continue;
+      }
+      if (best.phrase) second = best.unlike;
+      best = {.phrase = &words, .unlike = unlike};
+    }
+    if (!best.phrase || second - best.unlike < kPhraseLead) return std::nullopt;
+    return best;
+  }
+
+  [[nodiscard]] SoundMatch describe(const Likeness& likeness) const {
+    const double confidence = meanConfidence(0, heard_.size()) * (1 - likeness.unlike);
+    SoundMatch match;
+    std::vector<Matched> words;
+    for (const int id : *likeness.phrase) addChanged(id, confidence, match, words);
+    match.closeness = closenessOf(words);
+    return match;
+  }
+
   [[nodiscard]] SoundMatch describe(const Path& path) const {
     SoundMatch match;
     std::vector<Matched> words;
@@ -227,17 +292,20 @@ class MatchSearch {
       }
       const auto& gram = gramAt(step->gram);
       const double confidence = meanConfidence(at, step->words) * (1 - step->unlike);
-      for (const int id : std::span(gram.words).first(gram.size)) {
-        const auto index = static_cast<std::size_t>(id);
-        match.words.push_back({vocabulary_.words_[index], confidence});
-        words.push_back({.id = id,
-                         .phones = static_cast<double>(vocabulary_.phoneCounts_[index]),
-                         .confidence = confidence,
-                         .isChanged = true});
-      }
+      for (const int id : std::span(gram.words).first(gram.size))
+        addChanged(id, confidence, match, words);
     }
     match.closeness = closenessOf(words);
     return match;
+  }
+
+  void addChanged(int id, double confidence, SoundMatch& match, std::vector<Matched>& words) const {
+    const auto index = static_cast<std::size_t>(id);
+    match.words.push_back({vocabulary_.words_[index], confidence});
+    words.push_back({.id = id,
+                     .phones = static_cast<double>(vocabulary_.phoneCounts_[index]),
+                     .confidence = confidence,
+                     .isChanged = true});
   }
 
   [[nodiscard]] double meanConfidence(std::size_t at, std::size_t count) const {
@@ -245,14 +313,6 @@ class MatchSearch {
     for (std::size_t i = at; i < at + count; ++i) sum += heard_[i].confidence;
     return sum / static_cast<double>(count);
   }
-
-  /// One word of the transcript after the match.
-  struct Matched {
-    int id = 0;
-    double phones = 0;
-    double confidence = 0;
-    bool isChanged = false;
-  };
 
   [[nodiscard]] Closeness closenessOf(const std::vector<Matched>& words) const {
     Closeness close;
@@ -290,6 +350,8 @@ class MatchSearch {
     std::size_t words = 0;
     float mostUnlike = 0;
     std::vector<Phone> sound;
+    std::array<float, kLongestSound> dropped{};  ///< What it costs to drop each of them.
+    std::array<std::array<float, kLongestSound>, kPhones> changed{};  ///< Or to hear another one.
   };
 
   const SoundVocabulary& vocabulary_;
@@ -318,6 +380,7 @@ SoundVocabulary::SoundVocabulary(const std::vector<Sentence>& sentences, const P
       ids.push_back(entry->second);
     }
     if (ids.empty()) continue;
+    addPhrase(ids, phones);
     neighbours_.insert(pairOf(kEdge, ids.front()));
     neighbours_.insert(pairOf(ids.back(), kEdge));
     for (std::size_t at = 0; at + 1 < ids.size(); ++at)
@@ -333,6 +396,23 @@ SoundVocabulary::SoundVocabulary(const std::vector<Sentence>& sentences, const P
 SoundMatch SoundVocabulary::match(std::span<const SpeechSegment> heard,
                                   const Pronounce& pronounce) const {
   return MatchSearch(*this, heard, pronounce).best();
+}
+
+bool SoundVocabulary::isPhrase(const Sentence& words) const {
+  std::vector<int> ids;
+  for (const std::string& word : words) ids.push_back(idOf(word));
+  return phraseWords_.contains(ids);
+}
+
+void SoundVocabulary::addPhrase(const std::vector<int>& words,
+                                const std::vector<std::vector<Phone>>& phones) {
+  if (!phraseWords_.insert(words).second || words.size() < kLeastPhraseWords) return;
+  std::vector<Phone> sound;
+  for (const int word : words) {
+    const auto& more = phones[static_cast<std::size_t>(word)];
+    sound.insert(sound.end(), more.begin(), more.end());
+  }
+  phrases_.try_emplace(std::move(sound), words);
 }
 
 void SoundVocabulary::addGram(std::span<const int> words,

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <set>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -42,10 +44,14 @@ class SoundVocabulary {
   /// Takes some 10 ms for a thousand phrases.
   SoundVocabulary(const std::vector<Sentence>& sentences, const Pronounce& pronounce);
 
-  /// Replaces what sounds almost like a phrase by that phrase, where its neighbours make the phrase
-  /// likely and the transcript as a whole is about the application. Words of the vocabulary stay.
+  /// Replaces what sounds almost like a part of a phrase by that part, where its neighbours make it
+  /// likely and the transcript as a whole is about the application. A doubtful transcript that
+  /// sounds more like one whole phrase than like any other becomes that phrase.
   [[nodiscard]] SoundMatch match(std::span<const SpeechSegment> heard,
                                  const Pronounce& pronounce) const;
+
+  /// Whether these are all the words of a phrase.
+  [[nodiscard]] bool isPhrase(const Sentence& words) const;
 
   [[nodiscard]] bool isEmpty() const { return grams_.empty(); }
 
@@ -70,6 +76,7 @@ class SoundVocabulary {
     int gram = -1;  ///< The first one that sounds like the way to here.
   };
 
+  void addPhrase(const std::vector<int>& words, const std::vector<std::vector<Phone>>& phones);
   void addGram(std::span<const int> words, const std::vector<std::vector<Phone>>& phones);
   int childOf(int node, Phone phone);
   [[nodiscard]] int idOf(const std::string& word) const;
@@ -82,6 +89,9 @@ class SoundVocabulary {
   std::unordered_set<std::uint64_t> neighbours_;
   std::vector<Node> nodes_ = std::vector<Node>(1);  ///< The first one is the root.
   std::vector<Gram> grams_;
+  std::set<std::vector<int>> phraseWords_;
+  /// The words of phrases that are long enough to be known by their sound.
+  std::map<std::vector<Phone>, std::vector<int>> phrases_;
 };
 
 }  // namespace zelvora::audio

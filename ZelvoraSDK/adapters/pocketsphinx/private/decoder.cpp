@@ -15,11 +15,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 #include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 #include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/text.h>
 
 namespace zelvora::sphinx {
 namespace {
@@ -145,6 +147,23 @@ std::string withoutVariant(std::string_view word) {
   return std::string(word.substr(0, word.find('(')));
 }
 
+/// The likeliest transcripts, which the library keeps without confidences.
+std::vector<Sentence> alternativesOf(ps_decoder_t* decoder) {
+  constexpr std::size_t kAlternatives = 10;
+  std::vector<Sentence> all;
+  for (ps_nbest_t* at = ps_nbest(decoder); at && (at = ps_nbest_next(at));) {
+    int32 score = 0;
+    const char* const text = ps_nbest_hyp(at, &score);
+    Sentence& words = all.emplace_back();
+    for (const std::string_view word : splitWords(text ? text : ""))
+      if (isWord(word)) words.push_back(withoutVariant(word));
+    if (all.size() < kAlternatives) continue;
+    ps_nbest_free(at);
+    break;
+  }
+  return all;
+}
+
 void addWord(SpeechResult& result, std::string word) {
   result.text += (result.text.empty() ? "" : " ") + word;
   result.segments.push_back({std::move(word), 0});
@@ -175,7 +194,7 @@ bool Decoder::isInstalled() {
          std::filesystem::exists(kDictionary, ignored);
 }
 
-Decoder::Decoder(const std::vector<std::string>& vocabulary) {
+Decoder::Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy) {
   const PlainNumbers plainNumbers;
   // The library ends the process over some files that are missing.
   if (isInstalled()) decoder_.reset(decoderWithoutSearch());
@@ -187,8 +206,8 @@ Decoder::Decoder(const std::vector<std::string>& vocabulary) {
   if (!model) throw cannotRead("language model");
   if (!sentences.empty()) model = mixedModel(decoder, model, sentences);
   judge_ = audio::TranscriptJudge(
-      vocabulary, [this](const std::string& word) { return phonesOf(word); },
-      audio::kSphinxWeights);
+      vocabulary, [this](const std::string& word) { return phonesOf(word); }, audio::kSphinxWeights,
+      std::move(openedBy));
   if (ps_set_lm(decoder, kSearch, model.get()) < 0 || ps_set_search(decoder, kSearch) < 0)
     throw cannotRead("language model");
 }
@@ -219,26 +238,28 @@ SpeechResult Decoder::partialResult() const {
 
 SpeechResult Decoder::end() { return judged(decoded()); }
 
-std::vector<SpeechSegment> Decoder::decoded() {
-  std::vector<SpeechSegment> words;
-  if (!isRunning_) return words;
+audio::Decoded Decoder::decoded() {
+  if (!isRunning_) return {};
   isRunning_ = false;
   ps_end_utt(decoder_.get());
   logmath_t* const logs = ps_get_logmath(decoder_.get());
+  audio::Decoded decoded;
   for (ps_seg_t* at = ps_seg_iter(decoder_.get()); at; at = ps_seg_next(at)) {
     if (!isWord(ps_seg_word(at))) continue;
     const int32 certainty = ps_seg_prob(at, nullptr, nullptr, nullptr);
     // Rounded logarithms come out a little above 1.
-    words.push_back({withoutVariant(ps_seg_word(at)), std::min(1.0, logmath_exp(logs, certainty))});
+    decoded.words.push_back(
+        {withoutVariant(ps_seg_word(at)), std::min(1.0, logmath_exp(logs, certainty))});
   }
-  return words;
+  decoded.alternatives = alternativesOf(decoder_.get());
+  return decoded;
 }
 
-SpeechResult Decoder::judged(const std::vector<SpeechSegment>& decoded) const {
+SpeechResult Decoder::judged(const audio::Decoded& decoded) const {
   return judge_.judge(decoded, [this](const std::string& word) { return phonesOf(word); });
 }
 
-audio::Evidence Decoder::evidence(const std::vector<SpeechSegment>& decoded) const {
+audio::Evidence Decoder::evidence(const audio::Decoded& decoded) const {
   return judge_.evidence(decoded, [this](const std::string& word) { return phonesOf(word); });
 }
 

@@ -17,7 +17,7 @@ namespace zelvora::sphinx {
 class Decoder final : public audio::StreamDecoder {
  public:
   /// Takes half a second. Throws Error when a model can't be read.
-  explicit Decoder(const std::vector<std::string>& vocabulary);
+  explicit Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy = {});
 
   [[nodiscard]] static bool isInstalled();
 
@@ -25,12 +25,12 @@ class Decoder final : public audio::StreamDecoder {
   void hear(std::span<const std::int16_t> sound) override;
   [[nodiscard]] SpeechResult partialResult() const override;
   SpeechResult end() override;
-  /// Ends the utterance; the words as the library decoded them, with its own confidences.
-  std::vector<SpeechSegment> decoded();
+  /// Ends the utterance; what the library made of it, with its own confidences.
+  audio::Decoded decoded();
   /// What the application is given for them.
-  [[nodiscard]] SpeechResult judged(const std::vector<SpeechSegment>& decoded) const;
+  [[nodiscard]] SpeechResult judged(const audio::Decoded& decoded) const;
   /// What the confidence of that is estimated from.
-  [[nodiscard]] audio::Evidence evidence(const std::vector<SpeechSegment>& decoded) const;
+  [[nodiscard]] audio::Evidence evidence(const audio::Decoded& decoded) const;
 
  private:
   struct Free {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 #include <ZelvoraSDK/adapters/audio/private/resampler.h>
@@ -107,14 +108,16 @@ void Transducer::Free::operator()(const SherpaOnnxOnlineStream* stream) const {
   SherpaOnnxDestroyOnlineStream(stream);
 }
 
-Transducer::Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary) {
+Transducer::Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary,
+                       audio::OpenedBy openedBy) {
   const ModelFiles files = modelFilesIn(model.folder);
   tryModel(model.folder);
   recognizer_.reset(load(files, hotwordsOf(vocabulary), model.hotwordsScore));
   if (!recognizer_)
     throw Error("ZelvoraSpeechRecognizer", 5,
                 "The speech model can't be used: " + model.folder.string() + " was refused");
-  judge_ = audio::TranscriptJudge(vocabulary, &pronounced, audio::kTransducerWeights);
+  judge_ = audio::TranscriptJudge(vocabulary, &pronounced, audio::kTransducerWeights,
+                                  std::move(openedBy));
 }
 
 void Transducer::begin() { stream_.reset(SherpaOnnxCreateOnlineStream(recognizer_.get())); }
@@ -151,19 +154,19 @@ SpeechResult Transducer::partialResult() const {
   return result;
 }
 
-std::vector<SpeechSegment> Transducer::decoded() {
+audio::Decoded Transducer::decoded() {
   if (!stream_) return {};
   accept(std::vector<float>(kLookAhead));
-  std::vector<SpeechSegment> found = words();
+  audio::Decoded found{.words = words(), .alternatives = {}};
   stream_.reset();
   return found;
 }
 
-SpeechResult Transducer::judged(const std::vector<SpeechSegment>& decoded) const {
+SpeechResult Transducer::judged(const audio::Decoded& decoded) const {
   return judge_.judge(decoded, &pronounced);
 }
 
-audio::Evidence Transducer::evidence(const std::vector<SpeechSegment>& decoded) const {
+audio::Evidence Transducer::evidence(const audio::Decoded& decoded) const {
   return judge_.evidence(decoded, &pronounced);
 }
 

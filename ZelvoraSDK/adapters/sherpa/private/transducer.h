@@ -27,18 +27,19 @@ namespace zelvora::sherpa {
 class Transducer final : public audio::StreamDecoder {
  public:
   /// Checks the model first. Throws Error with the reason when it is bad.
-  Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary);
+  Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary,
+             audio::OpenedBy openedBy = {});
 
   void begin() override;
   void hear(std::span<const std::int16_t> sound) override;
   [[nodiscard]] SpeechResult partialResult() const override;
   SpeechResult end() override;
-  /// Ends the utterance; the words as the model decoded them.
-  std::vector<SpeechSegment> decoded();
+  /// Ends the utterance; what the model made of it.
+  audio::Decoded decoded();
   /// What the application is given for them.
-  [[nodiscard]] SpeechResult judged(const std::vector<SpeechSegment>& decoded) const;
+  [[nodiscard]] SpeechResult judged(const audio::Decoded& decoded) const;
   /// What the confidence of that is estimated from.
-  [[nodiscard]] audio::Evidence evidence(const std::vector<SpeechSegment>& decoded) const;
+  [[nodiscard]] audio::Evidence evidence(const audio::Decoded& decoded) const;
 
  private:
   struct Free {
