@@ -221,6 +221,7 @@ Item {
             id: notice
 
             readonly property real room: root.height - root.safeTop - stack.anchors.bottomMargin - barPlace.height - 20
+            readonly property bool asksBack: root.mode === "heard" && (root.assistant?.heardUnclearly ?? false)
             readonly property real hintHeight: implicitHeight + stack.spacing
             readonly property bool hasFocus: {
                 for (let at = Window.activeFocusItem; at; at = at.parent)
@@ -236,9 +237,9 @@ Item {
             plain: root.hints.length > 0
             closes: root.mode === "answer" || root.mode === "heard" || root.mode === "permission" || root.mode === "microphone"
             badge: root.mode === "answer" ? "badge_success"
-                 : root.mode === "heard" ? "badge_failure" : ""
+                 : root.mode === "heard" && !asksBack ? "badge_failure" : ""
             symbol: root.mode === "permission" || root.mode === "microphone" ? "mic.slash"
-                  : root.mode === "asking" ? "mic.fill" : ""
+                  : root.mode === "asking" || asksBack ? "mic.fill" : ""
             title: {
                 switch (root.mode) {
                 case "answer":
@@ -421,10 +422,12 @@ Item {
         background: Rectangle {
             radius: 28
             color: root.ZelvoraTheme.background
+            // By night it would not stand out from what lies dimmed behind it.
+            border { width: root.ZelvoraTheme.dark ? 1 : 0; color: Qt.rgba(1, 1, 1, 0.16) }
 
             // The lower corners are square, at the edge of the screen.
             Rectangle {
-                anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: parent.border.width }
                 height: parent.radius
                 color: parent.color
             }

@@ -51,65 +51,72 @@ QColor fillOf(Plate::Material material, bool dark) {
               : QColor::fromRgbF(0.86F, 0.86F, 0.89F, 0.64F);
 }
 
-/// The images of one plate: nine patches that share a texture, and the symbol.
+/// The images of one plate: nine patches that share a texture, and the symbol. All nodes are there
+/// from the beginning: the software renderer draws what comes later at the window's corner.
 class PlateNode final : public QSGNode {
  public:
   explicit PlateNode(QQuickWindow& window) : window_(window) {
-    for (QSGTransformNode* layer : {&surface_, &above_}) {
-      layer->setFlag(OwnedByParent, false);
-      appendChildNode(layer);
-    }
+    QImage clear(1, 1, QImage::Format_ARGB32_Premultiplied);
+    clear.fill(Qt::transparent);
+    nothing_.reset(window.createTextureFromImage(clear));
+    for (QSGImageNode*& node : patches_) node = appendImage();
+    symbol_ = appendImage();
   }
   ~PlateNode() override {
-    clearPlate();
-    clearSymbol();
-    removeAllChildNodes();
+    // The nodes first: they name the textures.
+    while (QSGNode* node = firstChild()) {
+      removeChildNode(node);
+      delete node;
+    }
   }
 
   void showPlate(const QString& key, const NinePatch& patch, const QRectF& place, double scale) {
     if (key != plateKey_) {
-      clearPlate();
       plateKey_ = key;
-      texture_.reset(window_.createTextureFromImage(patch.image));
-      for (QSGImageNode*& node : patches_) {
-        node = window_.createImageNode();
-        node->setTexture(texture_.get());
-        node->setOwnsTexture(false);
-        node->setFiltering(QSGTexture::Linear);
-        surface_.appendChildNode(node);
-      }
+      std::unique_ptr<QSGTexture> fresh(window_.createTextureFromImage(patch.image));
+      for (QSGImageNode* node : patches_) node->setTexture(fresh.get());
+      plateTexture_ = std::move(fresh);
     }
     layOut(patch, place, scale);
   }
 
   void showSymbol(const QString& key, const QImage& image, const QRectF& place) {
     if (key != symbolKey_) {
-      clearSymbol();
       symbolKey_ = key;
-      symbol_ = window_.createImageNode();
-      symbol_->setTexture(window_.createTextureFromImage(image));
-      symbol_->setOwnsTexture(true);
-      symbol_->setFiltering(QSGTexture::Linear);
-      above_.appendChildNode(symbol_);
+      std::unique_ptr<QSGTexture> fresh(window_.createTextureFromImage(image));
+      symbol_->setTexture(fresh.get());
+      symbolTexture_ = std::move(fresh);
     }
     symbol_->setRect(place);
+    symbol_->setSourceRect(QRectF(QPointF(), image.size()));
   }
 
   void clearPlate() {
     plateKey_.clear();
-    for (QSGImageNode*& node : patches_) {
-      delete node;
-      node = nullptr;
-    }
-    texture_.reset();
+    for (QSGImageNode* node : patches_) clear(*node);
+    plateTexture_.reset();
   }
   void clearSymbol() {
     symbolKey_.clear();
-    delete symbol_;
-    symbol_ = nullptr;
+    clear(*symbol_);
+    symbolTexture_.reset();
   }
 
  private:
+  QSGImageNode* appendImage() {
+    QSGImageNode* node = window_.createImageNode();
+    node->setFlag(OwnedByParent, false);
+    node->setOwnsTexture(false);
+    node->setFiltering(QSGTexture::Linear);
+    clear(*node);
+    appendChildNode(node);
+    return node;
+  }
+  void clear(QSGImageNode& node) {
+    node.setTexture(nothing_.get());
+    node.setRect(QRectF());
+    node.setSourceRect(QRectF(0, 0, 1, 1));
+  }
   void layOut(const NinePatch& patch, const QRectF& place, double scale) {
     const double reach = patch.reach / scale;
     const QRectF all = place.adjusted(-reach, -reach, reach, reach);
@@ -133,12 +140,11 @@ class PlateNode final : public QSGNode {
   }
 
   QQuickWindow& window_;
-  // The software renderer knows only of these where a node that comes later belongs.
-  QSGTransformNode surface_;
-  QSGTransformNode above_;
   QString plateKey_;
   QString symbolKey_;
-  std::unique_ptr<QSGTexture> texture_;
+  std::unique_ptr<QSGTexture> nothing_;
+  std::unique_ptr<QSGTexture> plateTexture_;
+  std::unique_ptr<QSGTexture> symbolTexture_;
   std::array<QSGImageNode*, 9> patches_{};
   QSGImageNode* symbol_ = nullptr;
 };
