@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/async/main_loop.h>
 #include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/spec/json_value.h>
 
+#include "test_main_loop.h"
 #include "tests/support/memory_bundle.h"
 #include "tests/support/memory_defaults.h"
 #include "tests/support/recording_url_session.h"
@@ -45,7 +45,7 @@ class SharedLog final : public LogSink {
 /// A main loop that the test runs, and a pool of its own.
 class TestExecutors final : public Executors {
  public:
-  TestExecutors(MainLoop& mainLoop, std::size_t threads)
+  TestExecutors(TestMainLoop& mainLoop, std::size_t threads)
       : loop(mainLoop), main_(mainLoop.executor()), pool_(threads) {}
   asio::any_io_executor main() override { return main_; }
   asio::any_io_executor background() override { return pool_.executor(); }
@@ -53,7 +53,7 @@ class TestExecutors final : public Executors {
   /// Waits for what is running; nothing runs afterwards.
   void endBackground() { pool_.stop(); }
 
-  MainLoop& loop;
+  TestMainLoop& loop;
 
  private:
   asio::any_io_executor main_;
@@ -62,7 +62,7 @@ class TestExecutors final : public Executors {
 
 /// Everything that a façade asks of its platform, in the test's hands.
 struct TestApplication {
-  std::unique_ptr<MainLoop> mainLoop = std::make_unique<MainLoop>();
+  std::unique_ptr<TestMainLoop> mainLoop = std::make_unique<TestMainLoop>();
   std::shared_ptr<TestExecutors> executors = std::make_shared<TestExecutors>(*mainLoop, 2);
   std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
   std::shared_ptr<SharedLog> log = std::make_shared<SharedLog>();

@@ -6,6 +6,7 @@
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <condition_variable>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -34,17 +35,29 @@ class PortCalls {
   using Visit = std::function<void(std::size_t number, const std::string& call)>;
 
   /// Called before each call of a port, on its thread, with the call's number from 1 and its name.
+  /// Null for nothing. Waits until the visit before is not running any more, so that one may use
+  /// what the test owns; not to be called inside a visit.
   void onCall(Visit visit) {
-    const std::lock_guard lock(mutex_);
-    visit_ = std::make_shared<const Visit>(std::move(visit));
+    std::unique_lock lock(mutex_);
+    visit_ = visit ? std::make_shared<const Visit>(std::move(visit)) : nullptr;
+    visitEnded_.wait(lock, [this] { return visiting_ == 0; });
+  }
+  /// Calls `act` inside the `number`th call.
+  void at(std::size_t number, std::function<void()> act) {
+    onCall([number, act = std::move(act)](std::size_t now, const std::string& /*call*/) {
+      if (now == number) act();
+    });
   }
   /// For the stand-ins: throws what the visit throws.
   void enter(const std::string& call) {
     std::unique_lock lock(mutex_);
     const std::size_t number = ++count_;
+    if (!visit_) return;
+    ++visiting_;
+    const std::shared_ptr<void> atEnd(nullptr, [this](void*) { endVisit(); });
     const auto visit = visit_;
     lock.unlock();
-    if (visit && *visit) (*visit)(number, call);
+    (*visit)(number, call);
   }
   [[nodiscard]] std::size_t count() const {
     const std::lock_guard lock(mutex_);
@@ -52,8 +65,16 @@ class PortCalls {
   }
 
  private:
+  void endVisit() {
+    const std::lock_guard lock(mutex_);
+    --visiting_;
+    visitEnded_.notify_all();
+  }
+
   mutable std::mutex mutex_;
+  std::condition_variable visitEnded_;
   std::size_t count_ = 0;
+  std::size_t visiting_ = 0;
   std::shared_ptr<const Visit> visit_;
 };
 
