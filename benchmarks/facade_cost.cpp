@@ -13,11 +13,10 @@
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/facade/zelvora.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
+#include <ZelvoraSDK/testing/system.h>
 #include <benchmarks/heap_use.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/workload.h>
-#include <tests/support/memory_bundle.h>
-#include <tests/support/memory_defaults.h>
 
 namespace zelvora::bench {
 namespace {

@@ -7,7 +7,7 @@ include(CMakePackageConfigHelpers)
 install(DIRECTORY ZelvoraSDK DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT devel
   FILES_MATCHING PATTERN *.h PATTERN private EXCLUDE)
 
-set(zelvora_components core)
+set(zelvora_components core testing)
 if(ZELVORA_BUILD_HOST)
   list(APPEND zelvora_components host)
   if(ZELVORA_SPEECH)

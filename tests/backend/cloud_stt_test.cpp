@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/error.h>
-#include <tests/support/recording_url_session.h>
+#include <ZelvoraSDK/testing/network.h>
 #include <tests/support/run_to_end.h>
 
 namespace zelvora {

@@ -58,7 +58,7 @@ class Command {
     facade->onAuditEvent = [this](const ZelvoraAuditEvent&) { entered(); };
   }
 
-  MainLoop& loop() { return application_.executors->loop; }
+  testing::TestMainLoop& loop() { return *application_.mainLoop; }
 
   /// Starts it and runs the main loop until it ends, is released, or ten seconds are over.
   void run() {

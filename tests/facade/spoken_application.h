@@ -1,7 +1,5 @@
 #pragma once
 
-#include <boost/asio/steady_timer.hpp>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -38,23 +36,9 @@ struct SpokenApplication : TestApplication {
     return facadeOn(speakingPlatform());
   }
 
-  /// Runs the main loop until `isDone()`, at most `bound`; whether it is done.
-  bool runUntil(const std::function<bool()>& isDone,
-                std::chrono::seconds bound = std::chrono::seconds(10)) const {
-    const auto end = std::chrono::steady_clock::now() + bound;
-    asio::steady_timer timer(executors->loop.executor());
-    bool done = false;
-    std::function<void()> look = [&] {
-      done = isDone();
-      if (done || std::chrono::steady_clock::now() > end) return executors->loop.stop();
-      timer.expires_after(std::chrono::milliseconds(1));
-      timer.async_wait([&](const boost::system::error_code& error) {
-        if (!error) look();
-      });
-    };
-    asio::post(executors->loop.executor(), [&] { look(); });
-    executors->loop.run();
-    return done;
+  /// Runs the main loop until `isDone()`; false after ten seconds.
+  bool runUntil(const std::function<bool()>& isDone) const {
+    return testing::runUntil(*mainLoop, isDone);
   }
   /// Runs what is queued, and what that queues in its turn, a few times over.
   void settle() const {

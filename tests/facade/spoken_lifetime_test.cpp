@@ -478,14 +478,14 @@ TEST_F(SpokenCapture, IsWithdrawnWhileTheUserIsAsked) {
   ports_.permissions->hesitate();
   facade_->startVoice();
   facade_->startVoice();
-  ASSERT_TRUE(application_.runUntil([&] { return !ports_.permissions->asked.empty(); }));
+  ASSERT_TRUE(application_.runUntil([&] { return !ports_.permissions->asked().empty(); }));
   facade_->stopVoice();
   ASSERT_TRUE(waitForResults(1));
   ports_.permissions->decide();
   application_.settle();
   EXPECT_THAT(results_, ::testing::ElementsAre(kNothing_));
   EXPECT_FALSE(ports_.microphone->isOn());
-  EXPECT_THAT(ports_.permissions->asked, ::testing::ElementsAre("speech", "microphone"))
+  EXPECT_THAT(ports_.permissions->asked(), ::testing::ElementsAre("speech", "microphone"))
       << "two starts are one";
 }
 

@@ -12,7 +12,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/platform.h>
-#include <tests/support/speech_stand_ins.h>
+#include <ZelvoraSDK/testing/speech.h>
 
 namespace zelvora::testing {
 
