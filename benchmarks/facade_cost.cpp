@@ -12,12 +12,11 @@
 
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
+#include <ZelvoraSDK/testing/system.h>
 #include <ZelvoraSDK/zelvora.h>
 #include <benchmarks/heap_use.h>
 #include <benchmarks/timing.h>
 #include <benchmarks/workload.h>
-#include <tests/support/memory_bundle.h>
-#include <tests/support/memory_defaults.h>
 
 namespace zelvora::bench {
 namespace {

@@ -1,5 +1,6 @@
 #include <ZelvoraSDK/zelvora.h>
 
+#include <string_view>
 #include <utility>
 
 #include <ZelvoraSDK/async/coroutine.h>
@@ -27,6 +28,29 @@ const Platform& requirePorts(const Platform& platform) {
                                                 {"bundle", platform.bundle != nullptr}};
   for (const auto& [name, isThere] : ports)
     if (!isThere) fatalError(std::string("a required port is missing: ") + name);
+  return platform;
+}
+
+/// The application's log, where a sink that throws changes nothing of what happens.
+class QuietLog final : public LogSink {
+ public:
+  explicit QuietLog(std::shared_ptr<LogSink> log) : log_(std::move(log)) {}
+
+  void write(std::string_view line) override {
+    try {
+      log_->write(line);
+    } catch (...) {
+      // There is no better place to say so.
+    }
+  }
+
+ private:
+  std::shared_ptr<LogSink> log_;
+};
+
+Platform withQuietLog(Platform platform) {
+  requirePorts(platform);
+  platform.log = std::make_shared<QuietLog>(std::move(platform.log));
   return platform;
 }
 
@@ -67,7 +91,7 @@ std::shared_ptr<const Lazy<PreparedSpec>> prepare(const StoredSpec& spec,
                                                   const std::shared_ptr<LogSink>& log) {
   return std::make_shared<const Lazy<PreparedSpec>>([spec, log] {
     PreparedSpec prepared(spec);
-    if (const auto line = prepared.resolved().libraryLine()) writeQuietly(*log, *line);
+    if (const auto line = prepared.resolved().libraryLine()) log->write(*line);
     return prepared;
   });
 }
@@ -88,7 +112,7 @@ void ZelvoraCall::cancel() {
 
 Zelvora::Core::Core(Platform thePlatform, ZelvoraSettings theSettings, StoredSpec storedSpec,
                     ZelvoraHooks hooks)
-    : platform(requirePorts(thePlatform)),
+    : platform(withQuietLog(std::move(thePlatform))),
       settings(std::move(theSettings)),
       mainExecutor(platform.executors->main()),
       accessToken(tokensFor(settings, hooks)),
@@ -144,7 +168,7 @@ asio::awaitable<ZelvoraResult> Zelvora::Core::routeReported(std::shared_ptr<Core
     result = ZelvoraUnsupported{describeFailure(std::current_exception())};
   }
   if (!within->isClosed())
-    writeQuietly(*core->platform.log, "🧩 PIPELINE REACHED result=" + describe(result));
+    core->platform.log->write("🧩 PIPELINE REACHED result=" + describe(result));
   co_return result;
 }
 

@@ -15,8 +15,8 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/outcome/diagnostics.h>
-#include <tests/support/recording_log.h>
-#include <tests/support/recording_url_session.h>
+#include <ZelvoraSDK/testing/network.h>
+#include <ZelvoraSDK/testing/system.h>
 #include <tests/support/run_to_end.h>
 
 namespace zelvora {
@@ -58,7 +58,7 @@ TEST_F(ClientTest, TellsAndCountsAnInterpretationBeforeItIsSent) {
   auto ended =
       asio::co_spawn(pool.executor(), failureOf(client->interpret(query)), asio::use_future);
   ASSERT_TRUE(session->waitForRequests(1));
-  EXPECT_EQ(log->lines, std::vector<std::string>{"☁️ CLOUD INTERPRET CALLED text='hi'"});
+  EXPECT_EQ(log->lines(), std::vector<std::string>{"☁️ CLOUD INTERPRET CALLED text='hi'"});
   EXPECT_EQ(cloudCalls(), 1);
 
   session->fail(Error("Transport", 7, "down"));
@@ -71,7 +71,7 @@ TEST_F(ClientTest, NeitherSendsNorTellsOfASpecThatCannotBeWritten) {
   const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
   EXPECT_THROW(runToEnd(client->interpret(query)), Error);
   EXPECT_TRUE(session->requests().empty());
-  EXPECT_TRUE(log->lines.empty());
+  EXPECT_TRUE(log->lines().empty());
   EXPECT_EQ(cloudCalls(), 0);
 }
 
@@ -80,7 +80,7 @@ TEST_F(ClientTest, ReadsTheOtherTwoAnswersWithoutTellingOrCounting) {
   session->answer(200, R"({"intent":"none"})");
   EXPECT_EQ(runToEnd(client->semanticResolve({})).matches.at(0).taskId, "a");
   EXPECT_EQ(runToEnd(client->semanticCatalogResolve({})).intent, "none");
-  EXPECT_TRUE(log->lines.empty());
+  EXPECT_TRUE(log->lines().empty());
   EXPECT_EQ(cloudCalls(), 0);
 }
 
@@ -105,7 +105,7 @@ TEST_F(ClientTest, SendsNothingToAnAddressThatCannotBeUsed) {
     EXPECT_THROW(runToEnd(refusing.semanticCatalogResolve({.query = "hi"})), Error);
   }
   EXPECT_TRUE(session->requests().empty());
-  EXPECT_TRUE(log->lines.empty());
+  EXPECT_TRUE(log->lines().empty());
   EXPECT_EQ(cloudCalls(), 0);
 }
 

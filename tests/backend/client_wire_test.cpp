@@ -11,7 +11,7 @@
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/backend/client.h>
 #include <ZelvoraSDK/base/error.h>
-#include <tests/support/recording_log.h>
+#include <ZelvoraSDK/testing/system.h>
 #include <tests/support/scripted_server.h>
 
 namespace zelvora {

@@ -9,7 +9,7 @@
 
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
-#include <tests/support/recording_url_session.h>
+#include <ZelvoraSDK/testing/network.h>
 #include <tests/support/run_to_end.h>
 
 namespace zelvora {

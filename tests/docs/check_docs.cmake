@@ -22,7 +22,7 @@ foreach(page IN ITEMS README.md CONTRIBUTING.md CHANGELOG.md SECURITY.md LISTS p
 endforeach()
 
 # What these pages show must stand, word for word, in the example that is compiled.
-foreach(page IN ITEMS porting lifetimes)
+foreach(page IN ITEMS porting lifetimes testing)
   file(READ ${ROOT}/docs/${page}.md rest)
   file(GLOB sources ${ROOT}/examples/${page}/*.h ${ROOT}/examples/${page}/*.cpp)
   set(example "")

@@ -140,11 +140,11 @@ std::vector<ZelvoraResult> outcomesOf(const TestApplication& application, const 
   std::vector<ZelvoraResult> outcomes;
   zelvora.onResult = [&](ZelvoraResult result) {
     outcomes.push_back(std::move(result));
-    application.executors->loop.stop();
+    application.mainLoop->stop();
   };
   for (const char* text : {"what about jazz", ""}) {
     zelvora.routeAndCallback(text);
-    application.executors->loop.run();
+    application.mainLoop->run();
   }
   return outcomes;
 }

@@ -25,12 +25,12 @@ namespace zelvora {
 namespace {
 
 using testing::AnsweringSession;
-using testing::PortWatch;
+using testing::PortCalls;
 using testing::smallSpec;
 using testing::TestApplication;
 
-asio::awaitable<std::string> tokenFrom(std::shared_ptr<PortWatch> watch) {
-  watch->called();
+asio::awaitable<std::string> tokenFrom(std::shared_ptr<PortCalls> calls) {
+  calls->enter("access token");
   co_return "a-token-of-the-application";
 }
 
@@ -43,11 +43,11 @@ class Command {
   Command(Kind kind, bool watchesExecutors) : kind_(kind) {
     application_.settings.sttConfig = ZelvoraSTTConfig::hybrid();
     Platform ports = application_.platform();
-    ports.clock = std::make_shared<testing::WatchedClock>(watch, ports.clock);
-    ports.log = std::make_shared<testing::WatchedLog>(watch);
-    ports.defaults = std::make_shared<testing::WatchedDefaults>(watch);
+    ports.clock = std::make_shared<testing::WatchedClock>(calls, ports.clock);
+    ports.log = std::make_shared<testing::WatchedLog>(calls);
+    ports.defaults = std::make_shared<testing::WatchedDefaults>(calls);
     if (watchesExecutors)
-      ports.executors = std::make_shared<testing::WatchedExecutors>(watch, ports.executors);
+      ports.executors = std::make_shared<testing::WatchedExecutors>(calls, ports.executors);
     ports.urlSession = session;
     const std::string spec = smallSpec("", R"("context":{"enabled":true,"memory":{}},)");
     facade = std::make_unique<Zelvora>(
@@ -58,7 +58,7 @@ class Command {
     facade->onAuditEvent = [this](const ZelvoraAuditEvent&) { entered(); };
   }
 
-  MainLoop& loop() { return application_.executors->loop; }
+  testing::TestMainLoop& loop() { return *application_.mainLoop; }
 
   /// Starts it and runs the main loop until it ends, is released, or ten seconds are over.
   void run() {
@@ -87,8 +87,8 @@ class Command {
     stopLater();
   }
 
-  std::shared_ptr<PortWatch> watch = std::make_shared<PortWatch>();
-  std::shared_ptr<AnsweringSession> session = std::make_shared<AnsweringSession>(watch);
+  std::shared_ptr<PortCalls> calls = std::make_shared<PortCalls>();
+  std::shared_ptr<AnsweringSession> session = std::make_shared<AnsweringSession>(calls);
   std::unique_ptr<Zelvora> facade;
   std::atomic<bool> isReleased = false;
   std::atomic<bool> isOver = false;
@@ -137,7 +137,7 @@ class Command {
   }
   asio::awaitable<std::string> enteredToken() {
     entered();
-    return tokenFrom(watch);
+    return tokenFrom(calls);
   }
   void end(ZelvoraResult result) {
     entered();
@@ -161,17 +161,17 @@ constexpr std::pair<Kind, const char*> kKinds[] = {{Kind::typed, "typed"},
 enum class Where { inTheCall, onMain, onAnotherThread };
 
 /// Releases the façade at the `number`th call of a port; false when the command ended before.
-bool releaseAt(int number, Where where, Kind kind) {
+bool releaseAt(std::size_t number, Where where, Kind kind) {
   Command command(kind, true);
   std::thread other;
-  command.watch->at(number, [&] {
+  command.calls->at(number, [&] {
     if (where == Where::inTheCall) return command.release();
     if (where == Where::onMain)
       return asio::post(command.loop().executor(), [&] { command.release(); });
     other = std::thread([&] { command.release(); });
   });
   command.run();
-  const bool wasReached = command.watch->calls() >= number;
+  const bool wasReached = command.calls->count() >= number;
   const bool endedFirst = command.outcomes == 1;
   command.settle(other);
   EXPECT_EQ(command.enteredAfterRelease, 0);
@@ -185,10 +185,10 @@ bool releaseAt(int number, Where where, Kind kind) {
 }
 
 TEST(EveryStep, MayBeTheLastOfTheFacade) {
-  int largest = 0;
+  std::size_t largest = 0;
   for (const auto& [kind, name] : kKinds) {
     for (const Where where : {Where::inTheCall, Where::onMain, Where::onAnotherThread}) {
-      int number = 1;
+      std::size_t number = 1;
       while (releaseAt(number, where, kind) && !HasFailure()) ++number;
       ASSERT_FALSE(HasFailure()) << name << ", released at call " << number << ", where "
                                  << static_cast<int>(where);
@@ -196,21 +196,21 @@ TEST(EveryStep, MayBeTheLastOfTheFacade) {
     }
   }
   std::cout << "releases after up to " << largest << " calls of ports\n";
-  EXPECT_GE(largest, 10);
+  EXPECT_GE(largest, 10U);
 }
 
 enum class Fault { throws, isLate, neverAnswers };
 
 /// Lets the `number`th call of a port go wrong; false when the command ended before.
-bool failAt(int number, Fault fault, Kind kind) {
+bool failAt(std::size_t number, Fault fault, Kind kind) {
   Command command(kind, false);
-  command.watch->at(number, [&] {
+  command.calls->at(number, [&] {
     if (fault == Fault::throws) throw Error("Test", 7, "the port broke");
     if (fault == Fault::isLate) std::this_thread::sleep_for(std::chrono::milliseconds(2));
     if (fault == Fault::neverAnswers) command.session->isDeaf = true;
   });
   command.run();
-  const bool wasReached = command.watch->calls() >= number;
+  const bool wasReached = command.calls->count() >= number;
   std::thread none;
   command.settle(none);
   const bool failed = !command.failure.empty();
@@ -221,11 +221,11 @@ bool failAt(int number, Fault fault, Kind kind) {
 TEST(EveryStep, MayFailAndStillEndsInOneOutcome) {
   for (const auto& [kind, name] : kKinds) {
     for (const Fault fault : {Fault::throws, Fault::isLate, Fault::neverAnswers}) {
-      int number = 1;
+      std::size_t number = 1;
       while (failAt(number, fault, kind) && !HasFailure()) ++number;
       ASSERT_FALSE(HasFailure()) << name << ", fault " << static_cast<int>(fault) << " at call "
                                  << number;
-      EXPECT_GE(number, 5) << name;
+      EXPECT_GE(number, 5U) << name;
     }
   }
 }

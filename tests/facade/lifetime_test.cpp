@@ -25,7 +25,7 @@ TEST(Lifetime, OverlappingCallsDeliverOnceEach) {
   int delivered = 0;
   zelvora->onResult = [&](const ZelvoraResult& result) {
     EXPECT_TRUE(std::holds_alternative<ZelvoraExecute>(result));
-    if (++delivered == kThreads * kCallsEach) application.executors->loop.stop();
+    if (++delivered == kThreads * kCallsEach) application.mainLoop->stop();
   };
   std::vector<std::thread> threads;
   for (int i = 0; i < kThreads; ++i) {
@@ -33,7 +33,7 @@ TEST(Lifetime, OverlappingCallsDeliverOnceEach) {
       for (int call = 0; call < kCallsEach; ++call) zelvora->routeAndCallback("open my cart");
     });
   }
-  application.executors->loop.run();
+  application.mainLoop->run();
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(delivered, kThreads * kCallsEach);
 }
@@ -59,10 +59,10 @@ TEST(Lifetime, MayBeReleasedInItsOwnCallback) {
   auto zelvora = application.facade(smallSpec());
   zelvora->onResult = [&](const ZelvoraResult&) {
     zelvora.reset();
-    application.executors->loop.stop();
+    application.mainLoop->stop();
   };
   zelvora->routeAndCallback("open my cart");
-  application.executors->loop.run();
+  application.mainLoop->run();
   EXPECT_EQ(zelvora, nullptr);
 }
 

@@ -1,11 +1,7 @@
 #pragma once
 
-#include <atomic>
-#include <boost/asio/steady_timer.hpp>
-#include <chrono>
 #include <functional>
 #include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -13,73 +9,42 @@
 #include <ZelvoraSDK/zelvora.h>
 #include <tests/facade/small_spec.h>
 #include <tests/facade/test_application.h>
+#include <tests/facade/watched_ports.h>
 #include <tests/speech/engine_fixture.h>
 
 namespace zelvora::testing {
 
-/// The network of a test, whose requests are counted among the calls of the ports.
-class CountedUrlSession final : public UrlSession {
- public:
-  CountedUrlSession(std::shared_ptr<UrlSession> inner, std::shared_ptr<Journal> journal)
-      : inner_(std::move(inner)), journal_(std::move(journal)) {}
-
-  asio::awaitable<UrlResponse> send(UrlRequest request) override {
-    journal_->calls.enter("send request");
-    ++sent_;
-    return inner_->send(std::move(request));
-  }
-  [[nodiscard]] int sent() const { return sent_; }
-
- private:
-  std::shared_ptr<UrlSession> inner_;
-  std::shared_ptr<Journal> journal_;
-  std::atomic<int> sent_ = 0;
-};
-
-/// The log of a test, whose lines are counted among the calls of the ports.
-class CountedLog final : public LogSink {
- public:
-  explicit CountedLog(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}
-  void write(std::string_view line) override {
-    journal_->calls.enter("log");
-    journal_->note(std::string(line));
-  }
-
- private:
-  std::shared_ptr<Journal> journal_;
-};
-
-/// An application with ears, in the test's hands.
+/// An application with ears, in the test's hands. Every call of a port is counted.
 struct SpokenApplication : TestApplication {
   SpeechStandIns standIns;
-  std::shared_ptr<CountedUrlSession> countedNetwork =
-      std::make_shared<CountedUrlSession>(network, standIns.journal);
+  SharedCalls calls{standIns.journal, &standIns.journal->calls};
+  std::shared_ptr<AnsweringSession> backend = std::make_shared<AnsweringSession>(calls);
 
-  [[nodiscard]] std::shared_ptr<Zelvora> speakingFacade(ZelvoraHooks hooks = {}) const {
+  [[nodiscard]] Platform speakingPlatform() const {
     Platform ports = platform();
-    ports.log = std::make_shared<CountedLog>(standIns.journal);
-    ports.urlSession = countedNetwork;
+    ports.clock = std::make_shared<WatchedClock>(calls, ports.clock);
+    ports.log = std::make_shared<WatchedLog>(calls);
+    ports.defaults = std::make_shared<WatchedDefaults>(calls);
+    ports.urlSession = backend;
     ports.speech = standIns.platform();
+    return ports;
+  }
+  [[nodiscard]] std::shared_ptr<Zelvora> facadeOn(Platform ports, ZelvoraHooks hooks = {}) const {
     AnyEncodable spec(JSONValue::from(parseJson(smallSpec()).root()));
     return std::make_shared<Zelvora>(std::move(ports), settings, std::move(spec), std::move(hooks));
   }
+  [[nodiscard]] std::shared_ptr<Zelvora> speakingFacade() const {
+    return facadeOn(speakingPlatform());
+  }
 
-  /// Runs the main loop until `isDone()`, at most ten seconds; whether it is done.
+  /// Runs the main loop until `isDone()`; false after ten seconds.
   bool runUntil(const std::function<bool()>& isDone) const {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    asio::steady_timer timer(executors->loop.executor());
-    bool done = false;
-    std::function<void()> look = [&] {
-      done = isDone();
-      if (done || std::chrono::steady_clock::now() > end) return executors->loop.stop();
-      timer.expires_after(std::chrono::milliseconds(1));
-      timer.async_wait([&](const boost::system::error_code& error) {
-        if (!error) look();
-      });
-    };
-    asio::post(executors->loop.executor(), [&] { look(); });
-    executors->loop.run();
-    return done;
+    return testing::runUntil(*mainLoop, isDone);
+  }
+  /// Runs what is queued, and what that queues in its turn, a few times over.
+  void settle() const {
+    for (int rounds = 0; rounds < 5; ++rounds)
+      runUntil([passes = 0]() mutable { return ++passes > 3; });
   }
 
   /// One loud buffer.

@@ -1,70 +1,24 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/testing/test_platform.h>
 #include <ZelvoraSDK/zelvora.h>
 
-#include "tests/support/memory_bundle.h"
-#include "tests/support/memory_defaults.h"
-#include "tests/support/recording_url_session.h"
+#include "test_main_loop.h"
 
 namespace zelvora::testing {
 
-/// A clock that the test moves.
-class ManualClock final : public Clock {
- public:
-  Timestamp time{Seconds{1000}};
-  Timestamp now() override { return time; }
-};
-
-/// Keeps the lines of several threads.
-class SharedLog final : public LogSink {
- public:
-  void write(std::string_view line) override {
-    const std::lock_guard lock(mutex_);
-    lines_.emplace_back(line);
-  }
-  [[nodiscard]] std::vector<std::string> lines() const {
-    const std::lock_guard lock(mutex_);
-    return lines_;
-  }
-
- private:
-  mutable std::mutex mutex_;
-  std::vector<std::string> lines_;
-};
-
-/// A main loop that the test runs, and a pool of its own.
-class TestExecutors final : public Executors {
- public:
-  TestExecutors(MainLoop& mainLoop, std::size_t threads)
-      : loop(mainLoop), main_(mainLoop.executor()), pool_(threads) {}
-  asio::any_io_executor main() override { return main_; }
-  asio::any_io_executor background() override { return pool_.executor(); }
-
-  /// Waits for what is running; nothing runs afterwards.
-  void endBackground() { pool_.stop(); }
-
-  MainLoop& loop;
-
- private:
-  asio::any_io_executor main_;
-  WorkerPool pool_;
-};
-
 /// Everything that a façade asks of its platform, in the test's hands.
 struct TestApplication {
-  std::unique_ptr<MainLoop> mainLoop = std::make_unique<MainLoop>();
-  std::shared_ptr<TestExecutors> executors = std::make_shared<TestExecutors>(*mainLoop, 2);
+  std::unique_ptr<TestMainLoop> mainLoop = std::make_unique<TestMainLoop>();
+  std::shared_ptr<TestExecutors> executors = std::make_shared<TestExecutors>(mainLoop->executor());
   std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
-  std::shared_ptr<SharedLog> log = std::make_shared<SharedLog>();
+  std::shared_ptr<RecordingLog> log = std::make_shared<RecordingLog>();
   std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
   std::shared_ptr<MemoryBundle> bundle = std::make_shared<MemoryBundle>();
   std::shared_ptr<RecordingUrlSession> network = std::make_shared<RecordingUrlSession>();
@@ -94,10 +48,10 @@ struct TestApplication {
     ZelvoraResult outcome;
     zelvora.onResult = [&](ZelvoraResult result) {
       outcome = std::move(result);
-      executors->loop.stop();
+      mainLoop->stop();
     };
     zelvora.routeAndCallback(text);
-    executors->loop.run();
+    mainLoop->run();
     return outcome;
   }
 };

@@ -66,7 +66,7 @@ TEST(TextPipeline, PrefersTheLocalesOwnStopwords) {
 
 TEST(TextPipeline, RaisesChoicesThatWerePickedBefore) {
   TestApplication application;
-  application.defaults->values["zelvora.learn.shop-key.cart_screen"] = 9;
+  application.defaults->set("zelvora.learn.shop-key.cart_screen", 9);
   const auto zelvora = application.facade(smallSpec());
   const ZelvoraResult result = application.routeAndWait(*zelvora, "open orders");
   const auto* offer = std::get_if<ZelvoraShowChoices>(&result);
@@ -107,7 +107,7 @@ TEST(TextPipeline, FollowsUpOnTheLastScreen) {
     TestApplication application;
     const auto zelvora = application.facade(smallSpec("", context));
     application.routeAndWait(*zelvora, "open my cart");
-    application.clock->time += later;
+    application.clock->pass(later);
     application.network->answer(500, "");
     application.routeAndWait(*zelvora, "there my");
     return application.network->requests().empty();
@@ -181,11 +181,11 @@ TEST(TextPipeline, RemembersSemanticAnswersForTheirTimeToLive) {
   const auto zelvora = application.facade(smallSpec(R"("semantic_cache_ttl_seconds":30,)"));
   application.network->answer(200, R"({"matches":[{"taskId":"orders","confidence":0.9}]})");
   application.routeAndWait(*zelvora, "what did I buy");
-  application.clock->time += Seconds{30};
+  application.clock->pass(Seconds{30});
   application.routeAndWait(*zelvora, "What did I buy?");
   EXPECT_EQ(endpointsAsked(application).size(), 1u);
 
-  application.clock->time += Seconds{1};
+  application.clock->pass(Seconds{1});
   application.network->answer(200, R"({"matches":[{"taskId":"orders","confidence":0.9}]})");
   application.routeAndWait(*zelvora, "what did I buy");
   EXPECT_EQ(endpointsAsked(application).size(), 2u);

@@ -204,7 +204,7 @@ TEST_F(SpokenCommandTest, KeepsTheCauseOfAMissingMicrophone) {
 TEST_F(SpokenCommandTest, WithdrawsAStartThatStillAsks) {
   ports_.permissions->hesitate();
   tap();
-  ASSERT_TRUE(application_.runUntil([&] { return !ports_.permissions->asked.empty(); }));
+  ASSERT_TRUE(application_.runUntil([&] { return !ports_.permissions->asked().empty(); }));
   command_->cancel();
   ports_.permissions->decide();
   settle();

@@ -10,9 +10,9 @@
 
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/spec/json_value.h>
+#include <ZelvoraSDK/testing/system.h>
 #include <tests/facade/small_spec.h>
 #include <tests/speech/engine_fixture.h>
-#include <tests/support/memory_bundle.h>
 
 namespace zelvora {
 namespace {
@@ -171,7 +171,7 @@ TEST_F(VoicePipelineTest, TakesTheRecordingOfACaptureThatEndedByItself) {
   const auto voice = pipeline(ZelvoraSTTMode::cloudOnly);
   startVoice(*voice);
   lab_.standIns.microphone->play(std::vector<float>(1024, 0.5F));
-  lab_.standIns.time->pass(Seconds{6}, [&] { settle(*voice); });
+  lab_.time->pass(Seconds{6}, [&] { settle(*voice); });
   settle(*voice);
   ASSERT_FALSE(voice->recognizer()->isRecording());
   EXPECT_THAT(takeEvents(), ElementsAre()) << "it does not route by itself";
@@ -196,7 +196,7 @@ TEST_F(VoicePipelineTest, ListensOnlyWithPermissionAndWhenSwitchedOn) {
   startVoice(*voice);
   startVoice(*voice);
   EXPECT_TRUE(voice->recognizer()->isRecording());
-  EXPECT_EQ(lab_.standIns.permissions->asked.size(), 4U) << "asks again, but not when granted";
+  EXPECT_EQ(lab_.standIns.permissions->asked().size(), 4U) << "asks again, but not when granted";
 
   const auto disabled = pipeline(ZelvoraSTTMode::disabled);
   startVoice(*disabled);

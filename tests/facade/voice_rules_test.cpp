@@ -4,7 +4,7 @@
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/facade/transcript_decision.h>
-#include <tests/support/memory_bundle.h>
+#include <ZelvoraSDK/testing/system.h>
 
 namespace zelvora {
 namespace {

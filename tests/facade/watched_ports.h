@@ -12,33 +12,18 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform.h>
+#include <ZelvoraSDK/testing/speech.h>
 
 namespace zelvora::testing {
 
-/// Sees every call of every port, and does something at one of them.
-class PortWatch {
- public:
-  /// `act` runs inside the `number`th call, counted from 1, on whatever thread that comes.
-  void at(int number, std::function<void()> act) {
-    number_ = number;
-    act_ = std::move(act);
-  }
-  void called() {
-    if (++calls_ == number_) act_();
-  }
-  [[nodiscard]] int calls() const { return calls_; }
-
- private:
-  std::atomic<int> calls_ = 0;
-  int number_ = 0;
-  std::function<void()> act_;
-};
+/// Ports whose calls are counted.
+using SharedCalls = std::shared_ptr<PortCalls>;
 
 /// A backend that answers each endpoint at once: no semantic match, an empty catalogue, an
 /// interpretation that opens a screen, a transcript.
 class AnsweringSession final : public UrlSession {
  public:
-  explicit AnsweringSession(std::shared_ptr<PortWatch> watch) : watch_(std::move(watch)) {}
+  explicit AnsweringSession(SharedCalls calls) : calls_(std::move(calls)) {}
 
   /// While it is set, a request waits for its time-out, which comes a thousand times faster.
   std::atomic<bool> isDeaf = false;
@@ -46,7 +31,7 @@ class AnsweringSession final : public UrlSession {
 
   asio::awaitable<UrlResponse> send(UrlRequest request) override {
     ++requests;
-    watch_->called();
+    calls_->enter("send request");
     return isDeaf ? timeOut(request.timeout) : answer(std::move(request.url));
   }
 
@@ -66,64 +51,64 @@ class AnsweringSession final : public UrlSession {
     throw Error("Test", 28, "the request timed out");
   }
 
-  std::shared_ptr<PortWatch> watch_;
+  SharedCalls calls_;
 };
 
 class WatchedClock final : public Clock {
  public:
-  WatchedClock(std::shared_ptr<PortWatch> watch, std::shared_ptr<Clock> clock)
-      : watch_(std::move(watch)), clock_(std::move(clock)) {}
+  WatchedClock(SharedCalls calls, std::shared_ptr<Clock> clock)
+      : calls_(std::move(calls)), clock_(std::move(clock)) {}
   Timestamp now() override {
-    watch_->called();
+    calls_->enter("clock");
     return clock_->now();
   }
 
  private:
-  std::shared_ptr<PortWatch> watch_;
+  SharedCalls calls_;
   std::shared_ptr<Clock> clock_;
 };
 
 class WatchedLog final : public LogSink {
  public:
-  explicit WatchedLog(std::shared_ptr<PortWatch> watch) : watch_(std::move(watch)) {}
-  void write(std::string_view /*line*/) override { watch_->called(); }
+  explicit WatchedLog(SharedCalls calls) : calls_(std::move(calls)) {}
+  void write(std::string_view /*line*/) override { calls_->enter("log"); }
 
  private:
-  std::shared_ptr<PortWatch> watch_;
+  SharedCalls calls_;
 };
 
 class WatchedDefaults final : public UserDefaults {
  public:
-  explicit WatchedDefaults(std::shared_ptr<PortWatch> watch) : watch_(std::move(watch)) {}
+  explicit WatchedDefaults(SharedCalls calls) : calls_(std::move(calls)) {}
   std::int64_t integer(const std::string& /*key*/) override {
-    watch_->called();
+    calls_->enter("read defaults");
     return 0;
   }
   std::int64_t increment(const std::string& /*key*/) override {
-    watch_->called();
+    calls_->enter("write defaults");
     return 1;
   }
-  void removeAll(const std::string& /*prefix*/) override { watch_->called(); }
+  void removeAll(const std::string& /*prefix*/) override { calls_->enter("erase defaults"); }
 
  private:
-  std::shared_ptr<PortWatch> watch_;
+  SharedCalls calls_;
 };
 
 class WatchedExecutors final : public Executors {
  public:
-  WatchedExecutors(std::shared_ptr<PortWatch> watch, std::shared_ptr<Executors> executors)
-      : watch_(std::move(watch)), executors_(std::move(executors)) {}
+  WatchedExecutors(SharedCalls calls, std::shared_ptr<Executors> executors)
+      : calls_(std::move(calls)), executors_(std::move(executors)) {}
   asio::any_io_executor main() override {
-    watch_->called();
+    calls_->enter("main executor");
     return executors_->main();
   }
   asio::any_io_executor background() override {
-    watch_->called();
+    calls_->enter("background executor");
     return executors_->background();
   }
 
  private:
-  std::shared_ptr<PortWatch> watch_;
+  SharedCalls calls_;
   std::shared_ptr<Executors> executors_;
 };
 

@@ -29,10 +29,10 @@ struct SpeakingApplication : testing::TestApplication {
     ZelvoraRouteResponse answer;
     zelvora.routeAudio(std::move(audio), std::nullopt, [&](ZelvoraRouteResponse response) {
       answer = std::move(response);
-      executors->loop.stop();
+      mainLoop->stop();
     });
     meanwhile();
-    executors->loop.run();
+    mainLoop->run();
     return answer;
   }
 };
@@ -49,7 +49,7 @@ TEST(ZelvoraVoice, OpensTheScreenThatWasAskedFor) {
   zelvora->onAuditEvent = [&](const ZelvoraAuditEvent& event) { events.push_back(event); };
   zelvora->onResult = [&](const ZelvoraResult& result) {
     outcome = result;
-    application.executors->loop.stop();
+    application.mainLoop->stop();
   };
   bool stopped = false;
   const auto watching = zelvora->objectWillChange().subscribe([&] {
@@ -59,7 +59,7 @@ TEST(ZelvoraVoice, OpensTheScreenThatWasAskedFor) {
   });
   EXPECT_EQ(zelvora->stt(), nullptr);
   zelvora->startVoice();
-  application.executors->loop.run();
+  application.mainLoop->run();
   EXPECT_EQ(outcome, kCart);
   EXPECT_THAT(events, ElementsAre(LocalSTTUsed{12}));
   EXPECT_EQ(zelvora->lastRecordedAudio().value().size(), 4096U);
@@ -82,7 +82,7 @@ TEST(ZelvoraVoice, RoutesAudioThroughTheCloud) {
   const auto answer = application.routeAudioAndWait(*zelvora, AudioData(9), [&] {
     ASSERT_TRUE(application.network->waitForRequests(1));
     EXPECT_EQ(application.network->requests()[0].url, "https://backend.test/api/stt");
-    application.clock->time += Seconds{0.25};
+    application.clock->pass(Seconds{0.25});
     application.network->answer(200, R"({"text":"open my cart"})");
   });
   EXPECT_EQ(answer, (ZelvoraRouteResponse{kCart, true, {{0.25}}}));
@@ -97,10 +97,10 @@ TEST(ZelvoraVoice, ReleasedWhileItListensItSaysNothing) {
     if (!zelvora || !zelvora->stt()->isRecording()) return;
     zelvora->stopVoice();
     zelvora.reset();
-    application.executors->loop.stop();
+    application.mainLoop->stop();
   });
   zelvora->startVoice();
-  application.executors->loop.run();
+  application.mainLoop->run();
   const auto other = application.facade(testing::smallSpec());
   application.routeAndWait(*other, "open my cart");
   EXPECT_FALSE(told);

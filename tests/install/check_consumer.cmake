@@ -9,7 +9,7 @@ function(run)
 endfunction()
 
 file(REMOVE_RECURSE ${WORK})
-file(COPY ${ROOT}/examples/hello ${ROOT}/examples/porting DESTINATION ${WORK}/sources/examples)
+file(COPY ${ROOT}/examples/hello ${ROOT}/examples/porting ${ROOT}/examples/testing DESTINATION ${WORK}/sources/examples)
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${CMAKE_CURRENT_LIST_DIR}/consumer -B ${WORK}/build
     -DPARTS=${PARTS} -DSOURCES=${WORK}/sources -DVIEWS=${CMAKE_CURRENT_LIST_DIR}/views.cpp
     -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_STANDARD=${STANDARD}
@@ -18,6 +18,7 @@ run(${CMAKE_COMMAND} --build ${WORK}/build --target ${PROGRAMS})
 
 set(says_porting "screenId: \"parcel\"")
 set(says_hello "execute\\(screenId: \"basket\"")
+set(says_shop_test "PASSED")
 set(says_views_linked "^Say it\n$")
 set(says_views_imported "^Say it\n$")
 set(takes_porting ${ROOT}/examples/shop)

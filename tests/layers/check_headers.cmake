@@ -26,12 +26,12 @@ foreach(file IN LISTS files)
   string(REGEX REPLACE "[^;<]*<ZelvoraSDK/([^>]+)>[^;]*" "\\1" included "${lines}")
   list(APPEND includes ${included})
   string(REGEX REPLACE "^ZelvoraSDK/" "" header ${file})
-  # The adapters and the views have public headers of their own: all that are in no private folder.
+  # The adapters, the views and the stand-ins have public headers of their own: all that are in no private folder.
   if(header IN_LIST zelvora_public_headers
-     OR (file MATCHES "^ZelvoraSDK/(adapters|ui)/.*\\.h$" AND NOT file MATCHES "/private/"))
+     OR (file MATCHES "^ZelvoraSDK/(adapters|testing|ui)/.*\\.h$" AND NOT file MATCHES "/private/"))
     foreach(other IN LISTS included)
       if(NOT other IN_LIST zelvora_public_headers AND (other MATCHES "/private/"
-         OR NOT other MATCHES "^(adapters|ui)/"))
+         OR NOT other MATCHES "^(adapters|testing|ui)/"))
         message(SEND_ERROR "${file} is public and may not include <ZelvoraSDK/${other}>")
       endif()
     endforeach()

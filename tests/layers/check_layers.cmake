@@ -5,7 +5,7 @@ cmake_minimum_required(VERSION 3.25)
 
 # What the files of each layer may include besides their own folder and the standard library:
 # other layers by name, libraries by the beginning of the include.
-set(layers      base async platform outcome spec routing backend speech facade workbench)
+set(layers      base async platform outcome spec routing backend speech facade workbench testing)
 set(base        boost/ utf8proc.h)
 set(async       base boost/)
 set(platform    base async boost/)
@@ -16,6 +16,7 @@ set(backend     base async platform outcome spec routing boost/)
 set(speech      base async platform boost/)
 set(facade      base async platform outcome spec routing backend speech boost/)
 set(workbench   base outcome spec routing facade boost/)
+set(testing     base async platform boost/)
 set(ui          base async platform outcome spec routing backend speech facade boost/ Q)
 # What several recognisers share stands in a folder of its own.
 set(adapter     base async platform boost/ ZelvoraSDK/adapters/audio/)

@@ -5,8 +5,7 @@
 
 #include <limits>
 
-#include <tests/support/memory_defaults.h>
-#include <tests/support/recording_log.h>
+#include <ZelvoraSDK/testing/system.h>
 
 namespace zelvora {
 namespace {
@@ -69,32 +68,32 @@ TEST_F(LearningStoreTest, CountsUnderTheDocumentedKeys) {
   EXPECT_EQ(store_.recordChoice("shop", "cart"), 1);
   EXPECT_EQ(store_.recordChoice("shop", "cart"), 2);
   EXPECT_EQ(store_.recordChoice("Shop", " cart"), 1);
-  EXPECT_EQ(defaults_->values,
+  EXPECT_EQ(defaults_->values(),
             (std::map<std::string, std::int64_t>{{"zelvora.learn.shop.cart", 2},
                                                  {"zelvora.learn.Shop. cart", 1}}));
 }
 
 TEST_F(LearningStoreTest, BoostsByTheCountsOfTheApplication) {
-  defaults_->values = {{"zelvora.learn.shop.cart", 5},
-                       {"zelvora.learn.shop.__no_screen__", 3},
-                       {"zelvora.learn.other.orders", 5}};
+  defaults_->set("zelvora.learn.shop.cart", 5);
+  defaults_->set("zelvora.learn.shop.__no_screen__", 3);
+  defaults_->set("zelvora.learn.other.orders", 5);
   ZelvoraChoice screenless = choice("none", 0.6);
   screenless.screenId = std::nullopt;
   const auto choices =
       store_.boost("shop", {choice("orders", 0.7), choice("cart", 0.6), screenless});
   EXPECT_THAT(taskIds(choices), ElementsAre("cart", "orders", "none"));
   EXPECT_DOUBLE_EQ(choices[2].confidence, 0.69);
-  EXPECT_TRUE(log_->lines.empty());
+  EXPECT_TRUE(log_->lines().empty());
 }
 
 TEST_F(LearningStoreTest, GoesOnWithoutItsStore) {
-  defaults_->values = {{"zelvora.learn.shop.cart", 5}};
-  defaults_->fails = true;
+  defaults_->set("zelvora.learn.shop.cart", 5);
+  defaults_->breakDown();
   EXPECT_THAT(taskIds(store_.boost("shop", {choice("cart", 0.6), choice("orders", 0.7)})),
               ElementsAre("orders", "cart"));
-  EXPECT_EQ(defaults_->calls, 1);  // a store that blocks is not asked for each choice
+  EXPECT_EQ(defaults_->calls(), 1);  // a store that blocks is not asked for each choice
   EXPECT_EQ(store_.recordChoice("shop", "cart"), std::nullopt);
-  EXPECT_THAT(log_->lines,
+  EXPECT_THAT(log_->lines(),
               ElementsAre("[Zelvora][Learning] counts read as 0: the store is broken",
                           "[Zelvora][Learning] choice not counted: the store is broken"));
 }

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include <tests/support/recording_log.h>
+#include <ZelvoraSDK/testing/system.h>
 
 namespace zelvora {
 namespace {
@@ -202,7 +202,7 @@ TEST(LocalRouter, FollowsTheActionOfATask) {
     const auto log = std::make_shared<RecordingLog>();
     const ZelvoraResult result =
         ZelvoraLocalRouter(log).route("open cart now", CompiledTasks({task}));
-    EXPECT_EQ(log->lines, std::vector<std::string>{row.line}) << row.name;
+    EXPECT_EQ(log->lines(), std::vector<std::string>{row.line}) << row.name;
     std::visit(
         [&](const auto& hit) {
           if constexpr (requires { hit.taskId; }) {
@@ -229,9 +229,9 @@ TEST(LocalRouter, ReadsASpecAndTellsNothingOfAMiss) {
   const ZelvoraLocalRouter router(log);
   EXPECT_TRUE(std::holds_alternative<ZelvoraShowChoices>(router.route("open cart", OneTask())));
   EXPECT_EQ(router.route("weather", OneTask()), kNothingMatched);
-  EXPECT_TRUE(log->lines.empty());
+  EXPECT_TRUE(log->lines().empty());
   EXPECT_TRUE(std::holds_alternative<ZelvoraExecute>(router.route("open cart now", OneTask())));
-  EXPECT_EQ(log->lines.size(), 1u);
+  EXPECT_EQ(log->lines().size(), 1u);
   EXPECT_EQ(router.stopwords().size(), 27u);
 }
 

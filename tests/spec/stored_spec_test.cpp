@@ -4,7 +4,7 @@
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/spec/json_value.h>
-#include <tests/support/memory_bundle.h>
+#include <ZelvoraSDK/testing/system.h>
 
 #include <gtest/gtest.h>
 

@@ -51,7 +51,7 @@ TEST_F(EngineUnderStress, StandsCallsInRandomOrderFromManyThreads) {
     while (!over) {
       lab_.standIns.microphone->play(kVoice);
       lab_.standIns.recognizer->say(heard("and", {0.5}));
-      lab_.standIns.time->pass(Seconds{0.3}, [] {});
+      lab_.time->pass(Seconds{0.3}, [] {});
     }
   });
   std::vector<std::thread> callers;

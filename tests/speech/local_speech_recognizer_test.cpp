@@ -79,12 +79,14 @@ TEST_F(LocalSpeechRecognizer, AsksForSpeechThenForTheMicrophone) {
        "Speech permission not granted"},
   };
   for (const auto& row : rows) {
-    lab_.standIns.permissions->asked.clear();
+    const auto before = lab_.standIns.permissions->asked().size();
     lab_.standIns.permissions->speech = row.speech;
     lab_.standIns.permissions->microphone = row.microphone;
     recognizer_->reset();
     authorize();
-    EXPECT_EQ(lab_.standIns.permissions->asked, row.asked) << row.name;
+    auto asked = lab_.standIns.permissions->asked();
+    asked.erase(asked.begin(), asked.begin() + static_cast<std::ptrdiff_t>(before));
+    EXPECT_EQ(asked, row.asked) << row.name;
     EXPECT_EQ(recognizer_->isAuthorized(), row.authorized) << row.name;
     EXPECT_EQ(recognizer_->errorMessage(), row.message) << row.name;
   }
@@ -149,6 +151,49 @@ TEST_F(LocalSpeechRecognizer, HandsTheRecordingToEveryWaiterAndOnceToATaker) {
   EXPECT_EQ(begin(std::move(notYetAwaited)).get().value().size(), 4096U);
   EXPECT_EQ(recognizer_->takeRecordedAudioData().value().size(), 4096U);
   EXPECT_EQ(recognizer_->takeRecordedAudioData(), std::nullopt);
+}
+
+TEST_F(LocalSpeechRecognizer, ForgetsACaptureThatIsResetWhileItRuns) {
+  authorize();
+  record();
+  lab_.standIns.recognizer->say(heard("open", {}));
+  lab_.standIns.recognizer->lateResult = heard("open my cart", {0.9}, true);
+  recognizer_->reset();
+  settle();
+  settle();
+  EXPECT_EQ(recognizer_->transcript(), "");
+  EXPECT_EQ(recognizer_->bestTranscript(), "");
+  EXPECT_EQ(recognizer_->bestTranscriptConfidence(), std::nullopt);
+  EXPECT_EQ(begin(recognizer_->endCapture(Seconds{60})).get(), std::nullopt);
+}
+
+TEST_F(LocalSpeechRecognizer, HandsOverOneOutcomeForEachCapture) {
+  authorize();
+  record();
+  lab_.standIns.recognizer->lateResult = heard("open my cart", {0.9}, true);
+  auto outcome = begin(recognizer_->endCapture(Seconds{60}));
+  settle();
+  settle();
+  const auto first = outcome.get();
+  ASSERT_TRUE(first.has_value());
+  EXPECT_EQ(first->transcript, "open my cart");
+  EXPECT_EQ(first->confidence, 0.9);
+  EXPECT_EQ(first->recording.value().size(), 4096U);
+  EXPECT_EQ(first->end.kind, CaptureEnd::Kind::stopped);
+  EXPECT_EQ(begin(recognizer_->endCapture(Seconds{60})).get(), std::nullopt) << "only once";
+
+  lab_.standIns.recognizer->lateResult.reset();
+  recognizer_->start();
+  settle();
+  lab_.standIns.microphone->vanish(Error("Test", 1, "unplugged"));
+  settle();
+  settle();
+  const auto second = begin(recognizer_->endCapture(Seconds{60})).get();
+  ASSERT_TRUE(second.has_value()) << "a capture that ended on its own is there at once";
+  EXPECT_EQ(second->transcript, "") << "nothing of the first one";
+  EXPECT_EQ(second->recording, std::nullopt) << "not a single frame";
+  EXPECT_EQ(second->end, (CaptureEnd{CaptureEnd::Kind::interrupted, "unplugged"}));
+  EXPECT_GT(second->number, first->number);
 }
 
 TEST_F(LocalSpeechRecognizer, GivesUpWaitingForTheRecording) {

@@ -55,7 +55,7 @@ class SpeechEngine : public ::testing::Test {
   /// Passes time; keep away from the limits themselves, where the sum of the ticks' doubles
   /// decides.
   void pass(Seconds duration) {
-    lab_.standIns.time->pass(duration, [this] { settle(); });
+    lab_.time->pass(duration, [this] { settle(); });
   }
 
   testing::SpeechLab lab_;

@@ -6,8 +6,8 @@
 #include <string>
 
 #include <ZelvoraSDK/platform.h>
-#include <tests/support/memory_bundle.h>
-#include <tests/support/speech_stand_ins.h>
+#include <ZelvoraSDK/testing/speech.h>
+#include <ZelvoraSDK/testing/system.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora {

@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include <ZelvoraSDK/async/call_scope.h>
@@ -65,7 +64,7 @@ class Zelvora::Core {
   static std::shared_ptr<VoicePipeline> makeVoice(const std::shared_ptr<Core>& core,
                                                   std::weak_ptr<Callbacks> callbacks);
 
-  Platform platform;
+  Platform platform;  ///< Its log never throws.
   ZelvoraSettings settings;
   asio::any_io_executor mainExecutor;  ///< For the end, when no port is asked any more.
   AccessTokenProvider accessToken;
@@ -98,19 +97,10 @@ std::function<void(Value)> Zelvora::Core::onMain(Scope within,
   };
 }
 
-/// Writes a line where a sink that throws must not change what happens.
-inline void writeQuietly(LogSink& log, std::string_view line) {
-  try {
-    log.write(line);
-  } catch (...) {
-    // There is no better place to say so.
-  }
-}
-
 /// What escapes from a task that nobody waits for can only be written to the log.
 inline auto logFailure(std::shared_ptr<LogSink> log) {
   return [log = std::move(log)](const std::exception_ptr& failure) {
-    writeQuietly(*log, "[Zelvora] background work failed: " + describeFailure(failure));
+    log->write("[Zelvora] background work failed: " + describeFailure(failure));
   };
 }
 

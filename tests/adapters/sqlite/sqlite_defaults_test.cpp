@@ -19,8 +19,8 @@
 
 #include <ZelvoraSDK/adapters/sqlite/private/store_file.h>
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/testing/system.h>
 #include <tests/support/child_process.h>
-#include <tests/support/recording_log.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora {
@@ -228,8 +228,8 @@ TEST_F(SqliteDefaultsTest, BeginsADamagedFileAnewWithOneLine) {
   EXPECT_EQ(modeOf(file_), 0600u);
   for (const char* part : {"-wal", "-shm", "-journal"})
     EXPECT_NE(bytesOf(file_.string() + part), "old");
-  EXPECT_THAT(log->lines, ::testing::ElementsAre(
-                              AllOf(HasSubstr(damaged), HasSubstr("file is not a database"))));
+  EXPECT_THAT(log->lines(), ::testing::ElementsAre(
+                                AllOf(HasSubstr(damaged), HasSubstr("file is not a database"))));
 
   // Past the first page, which is read when the file is opened.
   std::fstream(file_, std::ios::in | std::ios::out).seekp(4096) << std::string(4096, '?');
@@ -237,7 +237,7 @@ TEST_F(SqliteDefaultsTest, BeginsADamagedFileAnewWithOneLine) {
   EXPECT_EQ(later.integer("k"), 0);
   EXPECT_EQ(later.increment("k"), 1);
   EXPECT_EQ(defaults.increment("k"), 2);
-  EXPECT_EQ(log->lines.size(), 2U);
+  EXPECT_EQ(log->lines().size(), 2U);
   EXPECT_EQ(bytesOf(damaged).size(), std::filesystem::file_size(file_));
 }
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/testing/speech.h>
 #include <ZelvoraSDK/ui/zelvora_assistant.h>
 #include <examples/shop/app/shop_application.h>
 #include <tests/support/sound_server.h>
-#include <tests/support/speech_stand_ins.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora::shop {

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/file.h>
+#include <ZelvoraSDK/testing/speech.h>
 #include <ZelvoraSDK/ui/choice_value.h>
 #include <examples/shop/app/tour.h>
 #include <tests/examples/shop/shop_app.h>
 #include <tests/support/sound_files.h>
-#include <tests/support/speech_stand_ins.h>
 #include <tests/support/synthetic_voice.h>
 
 namespace zelvora::shop {
