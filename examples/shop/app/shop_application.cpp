@@ -31,7 +31,8 @@ HostOptions hostOptions(const ShopOptions& options) {
   return {.bundle = options.bundle,
           .dataFolder = options.dataFolder,
           .log = options.log,
-          .speech = HostSpeechOptions{.vocabulary = phrasesToExpect(bundle)}};
+          .speech = HostSpeechOptions{.vocabulary = phrasesToExpect(bundle),
+                                      .permissions = options.permissions}};
 }
 
 /// The shop has no backend: what the device does not understand is not understood.

@@ -19,6 +19,8 @@ struct ShopOptions {
   /// Where the customer's picks are counted.
   std::filesystem::path dataFolder = HostOptions::userDataFolder();
   std::shared_ptr<LogSink> log = std::make_shared<StandardOutputLogSink>();
+  /// Whether the customer lets the shop listen.
+  std::shared_ptr<Permissions> permissions = std::make_shared<GrantedPermissions>();
 };
 
 /// The shop in a window that is not shown yet. Main thread only; needs a QGuiApplication.

@@ -30,7 +30,7 @@ constexpr std::array kStops{
     Stop{"cart", "open my cart"},
     Stop{"checkout", "go to checkout"},
     Stop{"orders", "show me my orders"},
-    Stop{"choices", "orders"},
+    Stop{"choices", "orders", true},
     Stop{"tracking", "where is my package"},
     Stop{"order-again", "buy it again"},
     Stop{"search", "search for a product"},
@@ -68,7 +68,9 @@ void say(ZelvoraAssistant& assistant, const QString& command) {
 }
 
 void paint(ShopApplication& application, const std::filesystem::path& file) {
-  QCoreApplication::processEvents();
+  // What comes up has come up by then.
+  const QDeadlineTimer moving(std::chrono::milliseconds(60));
+  while (!moving.hasExpired()) QCoreApplication::processEvents();
   const QImage picture = application.window().grabWindow();
   if (!picture.save(QString::fromStdString(file.string())))
     throw Error("Shop", 4, "can't write " + file.string());

@@ -98,6 +98,7 @@ TEST_F(Everybody, ReachesEverythingByTab) {
     for (const char* language : {"en", "he"}) {
       look(size, language, ++looks % 2 + 1.0, false);
       for (const QString& screenId : screens) {
+        SCOPED_TRACE(screenId.toStdString());
         QMetaObject::invokeMethod(&app_.shop(), "startAgain");
         open(screenId);
         (void)app_.window().grabWindow();
@@ -232,6 +233,29 @@ TEST_F(Everybody, ChangesWhatWasHeardAndSendsIt) {
   for (const char letter : std::string("open my cart")) QTest::keyClick(&app_.window(), letter);
   press(Qt::Key_Return);
   await([&] { return screen() == "basket"; });
+}
+
+TEST_F(Everybody, GoesOnWithoutTheMicrophoneThatWasRefused) {
+  permissions_->microphone = false;
+  tabTo("button: Speak a command");
+  press(Qt::Key_Space);
+  await([&] { return app_.shop().property("mode") == QStringLiteral("permission"); });
+  EXPECT_THAT(spokenPage(app_.window()),
+              Contains("alert: The microphone is switched off for this app"));
+  tabTo("button: Type instead");
+  press(Qt::Key_Return);
+  for (const char letter : std::string("open my cart")) QTest::keyClick(&app_.window(), letter);
+  press(Qt::Key_Return);
+  await([&] { return screen() == "basket"; });
+  EXPECT_TRUE(states_.empty() || states_.front() != ZelvoraMicState::Listening);
+
+  permissions_->microphone = true;
+  tabTo("button: Speak a command");
+  press(Qt::Key_Space);
+  await([&] { return assistant().state() == ZelvoraMicState::Listening; });
+  press(Qt::Key_Escape);
+  EXPECT_EQ(assistant().state(), ZelvoraMicState::Idle) << "Escape gives a command up";
+  EXPECT_EQ(screen(), "basket");
 }
 
 TEST_F(Everybody, SpeaksTheLanguageThatIsChosen) {

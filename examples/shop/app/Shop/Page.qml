@@ -27,5 +27,16 @@ Flickable {
         y: 4
         width: Math.min(page.width - 2 * Theme.margin, page.widest)
         spacing: 16
+        onWidthChanged: spread()
+        onChildrenChanged: spread()
+        Component.onCompleted: spread()
+
+        // What stands in it knows its height before the layout asks. What finds out while the layout works
+        // makes it begin anew, which it does twice at most.
+        function spread() {
+            for (let index = 0; index < children.length; ++index)
+                if (children[index].Layout.fillWidth)
+                    children[index].width = width
+        }
     }
 }

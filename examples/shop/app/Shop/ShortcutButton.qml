@@ -7,7 +7,8 @@ Pressable {
 
     property string glyph
 
-    padding: 4
+    verticalPadding: 4
+    horizontalPadding: 0
     corner: 18
 
     contentItem: ColumnLayout {
