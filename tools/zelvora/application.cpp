@@ -362,7 +362,7 @@ void Application::enableSpeech(const Hearing& hearing) {
                         return openedBy(explain(text, *spec, locale, Timestamp{}).result);
                       },
                   .soundFile = hearing.soundFile},
-                 *platform_.executors);
+                 *platform_.executors, platform_.log);
 }
 
 Zelvora& Application::facade() {
