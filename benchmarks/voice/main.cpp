@@ -32,6 +32,7 @@
 #include <benchmarks/voice/clips.h>
 #include <benchmarks/voice/silent_log.h>
 #include <benchmarks/voice/statistics.h>
+#include <benchmarks/voice/threads.h>
 #ifdef ZELVORA_HAS_SHERPA
 #include <ZelvoraSDK/adapters/sherpa/private/transducer.h>
 #endif
@@ -390,5 +391,7 @@ Options optionsFrom(int count, char** arguments) {
 }  // namespace zelvora::bench
 
 int main(int count, char** arguments) {
-  return zelvora::bench::run(zelvora::bench::optionsFrom(count, arguments)) ? 0 : 1;
+  const bool isClean = zelvora::bench::measureThreads();
+  const bool isGood = zelvora::bench::run(zelvora::bench::optionsFrom(count, arguments));
+  return isClean && isGood ? 0 : 1;
 }
