@@ -33,6 +33,12 @@ struct PcmBuffer {
   std::variant<std::monostate, std::span<const float>, std::span<const std::int16_t>> samples;
 };
 
+/// The loudness of channel 0 as root mean square, 1 for a full-scale square wave. Absent for a
+/// buffer without frames or without samples. One pass, allocates nothing.
+[[nodiscard]] std::optional<float> level(const PcmBuffer& buffer);
+/// A buffer of at least this level is voice.
+inline constexpr float kVoiceLevel = 0.018F;
+
 /// One microphone capture. Confined to its owner's thread but for the callbacks.
 class AudioEngine {
  public:

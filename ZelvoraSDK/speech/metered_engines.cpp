@@ -1,23 +1,78 @@
 #include <ZelvoraSDK/speech/metered_engines.h>
 
+#include <atomic>
+#include <cstdint>
 #include <utility>
 
+#include <ZelvoraSDK/async/bounded_thread.h>
 #include <ZelvoraSDK/speech/endpointing.h>
 
 namespace zelvora {
 namespace {
 
+/// Carries levels from the audio thread to a thread that may take its time.
+class LevelRelay {
+ public:
+  explicit LevelRelay(MeteredAudioEngineFactory::Listener listener)
+      : shared_(std::make_shared<Shared>(std::move(listener))) {
+    thread_.startOnce([shared = shared_] { shared->run(); });
+  }
+  ~LevelRelay() {
+    shared_->isClosed = true;
+    shared_->wake();
+  }
+  LevelRelay(const LevelRelay&) = delete;
+  LevelRelay& operator=(const LevelRelay&) = delete;
+
+  /// For the audio thread; may be called after the relay is gone.
+  [[nodiscard]] std::function<void(float level)> input() const {
+    return [shared = shared_](float level) {
+      shared->newest.store(level, std::memory_order_relaxed);
+      shared->wake();
+    };
+  }
+
+ private:
+  struct Shared {
+    explicit Shared(MeteredAudioEngineFactory::Listener theListener)
+        : listener(std::move(theListener)) {}
+
+    void wake() {
+      signal.fetch_add(1, std::memory_order_release);
+      signal.notify_one();
+    }
+    void run() {
+      std::uint32_t seen = 0;
+      for (;;) {
+        signal.wait(seen, std::memory_order_acquire);
+        seen = signal.load(std::memory_order_acquire);
+        if (isClosed) return;
+        listener(newest.load(std::memory_order_relaxed));
+      }
+    }
+
+    MeteredAudioEngineFactory::Listener listener;
+    std::atomic<float> newest = 0;
+    std::atomic<std::uint32_t> signal = 0;
+    std::atomic<bool> isClosed = false;
+  };
+
+  std::shared_ptr<Shared> shared_;
+  BoundedThread thread_;
+};
+
 /// The engine within, but for its tap.
 class MeteredEngine final : public AudioEngine {
  public:
   MeteredEngine(std::unique_ptr<AudioEngine> engine, MeteredAudioEngineFactory::Listener listener)
-      : engine_(std::move(engine)), listener_(std::move(listener)) {}
+      : relay_(std::move(listener)), engine_(std::move(engine)) {}
 
   AudioFormat inputFormat() override { return engine_->inputFormat(); }
+  std::optional<Error> inputFailure() override { return engine_->inputFailure(); }
   void installTap(std::size_t bufferFrames, Tap tap) override {
     engine_->installTap(bufferFrames,
-                        [tap = std::move(tap), listener = listener_](const PcmBuffer& buffer) {
-                          if (const auto loudness = level(buffer)) listener(*loudness);
+                        [tap = std::move(tap), show = relay_.input()](const PcmBuffer& buffer) {
+                          if (const auto loudness = level(buffer)) show(*loudness);
                           tap(buffer);
                         });
   }
@@ -30,8 +85,8 @@ class MeteredEngine final : public AudioEngine {
   void reset() override { engine_->reset(); }
 
  private:
+  LevelRelay relay_;
   std::unique_ptr<AudioEngine> engine_;
-  MeteredAudioEngineFactory::Listener listener_;
 };
 
 }  // namespace

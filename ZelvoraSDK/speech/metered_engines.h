@@ -11,8 +11,8 @@ namespace zelvora {
 /// thread.
 class MeteredAudioEngineFactory final : public AudioEngineFactory {
  public:
-  /// Takes the level of each buffer, 1 for full scale, on the audio thread: it must neither block
-  /// nor allocate much.
+  /// Takes the newest level, 1 for full scale, on a thread of the engine's own. Levels that come
+  /// while it is busy are skipped; nothing keeps the audio thread.
   using Listener = std::function<void(float level)>;
 
   MeteredAudioEngineFactory(std::shared_ptr<AudioEngineFactory> engines, Listener listener);

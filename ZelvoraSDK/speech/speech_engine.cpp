@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <ZelvoraSDK/async/ending_work.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/speech/private/engine_core.h>
 
@@ -23,7 +24,9 @@ ZelvoraSpeechEngine::~ZelvoraSpeechEngine() {
   callbacks_.reset();
   // The core's state is destroyed where it lived, behind what is queued already, and its thread
   // ends there too: nobody waits for a sound server that does not answer.
-  queue_.post([core = std::move(core_), thread = std::move(thread_)]() mutable {
+  // Only the end of the process waits for it, for a moment.
+  queue_.post([core = std::move(core_), thread = std::move(thread_),
+               ending = EndingWork::begin()]() mutable {
     core.reset();
     thread.reset();
   });
@@ -55,7 +58,7 @@ void ZelvoraSpeechEngine::release() {
 
 std::function<void()> ZelvoraSpeechEngine::closer() const {
   return [queue = queue_, weak = std::weak_ptr(core_)] {
-    queue.post([weak] {
+    queue.post([weak, ending = EndingWork::begin()] {
       if (const auto core = weak.lock()) core->close();
     });
   };

@@ -2,7 +2,7 @@
 
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/experimental/concurrent_channel.hpp>
-#include <boost/asio/system_executor.hpp>
+#include <boost/asio/io_context.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <chrono>
 #include <condition_variable>
@@ -51,9 +51,10 @@ class RecordingUrlSession final : public UrlSession {
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<UrlRequest> requests;
+    asio::io_context owner;  ///< Of the channel alone; nobody runs it.
     asio::experimental::concurrent_channel<asio::any_io_executor,
                                            void(boost::system::error_code, Reply)>
-        replies{asio::system_executor(), 4096};
+        replies{owner, 4096};
   };
 
   void give(Reply reply) {

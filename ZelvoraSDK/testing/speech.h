@@ -1,9 +1,9 @@
 #pragma once
 
 #include <atomic>
+#include <boost/asio/experimental/concurrent_channel.hpp>
+#include <boost/asio/io_context.hpp>
 #include <boost/asio/redirect_error.hpp>
-#include <boost/asio/steady_timer.hpp>
-#include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <cstddef>
 #include <memory>
@@ -164,12 +164,13 @@ class StandInPermissions final : public Permissions {
   }
 
   /// From now on the user thinks before each answer, until `decide()`; perhaps for ever.
-  void hesitate() { isHesitating_ = true; }
-  void decide() {
-    isHesitating_ = false;
+  void hesitate() {
     const std::lock_guard lock(mutex_);
-    for (const auto& thinking : thinking_) thinking->cancel();
-    thinking_.clear();
+    if (!decision_) decision_ = std::make_shared<Decision>();
+  }
+  void decide() {
+    const std::lock_guard lock(mutex_);
+    if (const auto decision = std::exchange(decision_, nullptr)) decision->made.close();
   }
 
  private:
@@ -177,24 +178,28 @@ class StandInPermissions final : public Permissions {
     const std::lock_guard lock(mutex_);
     asked_.push_back(std::move(question));
   }
+  /// What all who wait for the user wait for.
+  struct Decision {
+    asio::io_context owner;  ///< Of the channel alone; nobody runs it.
+    asio::experimental::concurrent_channel<asio::any_io_executor, void(boost::system::error_code)>
+        made{owner};
+  };
+
   asio::awaitable<void> answer() {
-    if (!isHesitating_) co_return;
-    const auto executor = co_await asio::this_coro::executor;
-    const auto thinking =
-        std::make_shared<asio::steady_timer>(executor, asio::steady_timer::time_point::max());
+    std::shared_ptr<Decision> decision;
     {
       const std::lock_guard lock(mutex_);
-      thinking_.push_back(thinking);
+      decision = decision_;
     }
-    boost::system::error_code decided;
-    co_await thinking->async_wait(asio::redirect_error(asio::use_awaitable, decided));
+    if (!decision) co_return;
+    boost::system::error_code closed;
+    co_await decision->made.async_receive(asio::redirect_error(asio::use_awaitable, closed));
   }
 
   std::shared_ptr<Journal> journal_;
-  std::atomic<bool> isHesitating_ = false;
   mutable std::mutex mutex_;
   std::vector<std::string> asked_;
-  std::vector<std::shared_ptr<asio::steady_timer>> thinking_;
+  std::shared_ptr<Decision> decision_;
 };
 
 /// Notes what it is told to say and to silence.

@@ -26,6 +26,7 @@
 #include <benchmarks/voice/domain.h>
 #include <benchmarks/voice/ears.h>
 #include <benchmarks/voice/tally.h>
+#include <benchmarks/voice/threads.h>
 
 namespace zelvora::bench {
 namespace {
@@ -184,7 +185,9 @@ Options optionsFrom(int count, char** arguments) {
 
 int main(int count, char** arguments) {
   try {
-    return zelvora::bench::run(zelvora::bench::optionsFrom(count, arguments)) ? 0 : 1;
+    const bool isClean = zelvora::bench::measureThreads();
+    const bool isGood = zelvora::bench::run(zelvora::bench::optionsFrom(count, arguments));
+    return isClean && isGood ? 0 : 1;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "zelvora_voice_bench: %s\n", failure.what());
     return 2;

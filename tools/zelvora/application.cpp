@@ -352,7 +352,7 @@ void Application::enableSpeech(const Hearing& hearing) {
        .modelAlone = hearing.modelAlone,
        .openedBy = openedBy(std::make_shared<const PreparedSpec>(spec_), settings_.locale),
        .soundFile = hearing.soundFile},
-      *platform_.executors);
+      *platform_.executors, platform_.log);
 }
 
 Zelvora& Application::facade() {

@@ -219,11 +219,26 @@ CombinedRecognizerFactory::CombinedRecognizerFactory(
 
 std::unique_ptr<SpeechRecognizer> CombinedRecognizerFactory::makeRecognizer(
     const std::string& locale) {
-  auto first = first_->makeRecognizer(locale);
-  auto second = second_->makeRecognizer(locale);
+  return makeRecognizerFor({.locale = locale});
+}
+
+std::unique_ptr<SpeechRecognizer> CombinedRecognizerFactory::makeRecognizerFor(
+    const RecognitionRequest& request) {
+  auto first = first_->makeRecognizerFor(request);
+  auto second = second_->makeRecognizerFor(request);
   if (!first) return second;
   if (!second) return first;
   return std::make_unique<CombinedRecognizer>(std::move(first), std::move(second), openedBy_);
+}
+
+void CombinedRecognizerFactory::prepare(const RecognitionRequest& request) {
+  first_->prepare(request);
+  second_->prepare(request);
+}
+
+void CombinedRecognizerFactory::release() {
+  first_->release();
+  second_->release();
 }
 
 }  // namespace zelvora

@@ -26,6 +26,9 @@ class CombinedRecognizerFactory final : public SpeechRecognizerFactory {
                             OpenedBy openedBy = {});
 
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
+  std::unique_ptr<SpeechRecognizer> makeRecognizerFor(const RecognitionRequest& request) override;
+  void prepare(const RecognitionRequest& request) override;
+  void release() override;
 
  private:
   std::shared_ptr<SpeechRecognizerFactory> first_;

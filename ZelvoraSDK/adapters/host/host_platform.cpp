@@ -80,7 +80,7 @@ HostPlatform::HostPlatform(asio::any_io_executor mainExecutor, const HostOptions
                     .file = options.dataFolder / "defaults.sqlite", .log = options.log}),
                 .bundle = bundleAt(options.bundle),
                 .urlSession = std::make_shared<CurlUrlSession>()} {
-  if (options.speech) platform_.speech = hostSpeech(*options.speech, *threads_);
+  if (options.speech) platform_.speech = hostSpeech(*options.speech, *threads_, options.log);
 }
 
 HostPlatform::~HostPlatform() {

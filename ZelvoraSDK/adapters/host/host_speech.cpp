@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <ZelvoraSDK/adapters/audio/wordless_recognizer.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 #include <ZelvoraSDK/adapters/pulse/pulse_engine.h>
 #include <ZelvoraSDK/adapters/pulse/pulse_session.h>
@@ -25,25 +26,32 @@ std::shared_ptr<AudioEngineFactory> microphone(const HostSpeechOptions& options,
                                           std::make_shared<RealTimePace>(executors.background()));
 }
 
-std::shared_ptr<SpeechRecognizerFactory> withModel(const HostSpeechOptions& options) {
+std::shared_ptr<SpeechRecognizerFactory> ownRecognizers(const HostSpeechOptions& options,
+                                                        std::shared_ptr<LogSink> log) {
+  return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, options.openedBy,
+                                                         std::move(log));
+}
+
+std::shared_ptr<SpeechRecognizerFactory> withModel(const HostSpeechOptions& options,
+                                                   [[maybe_unused]] std::shared_ptr<LogSink> log) {
 #ifdef ZELVORA_HAS_SHERPA
   auto model = std::make_shared<SherpaRecognizerFactory>(SherpaModel{.folder = *options.model},
                                                          options.vocabulary, options.openedBy);
   model->preload();
   if (options.modelAlone) return model;
-  return std::make_shared<CombinedRecognizerFactory>(
-      std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, options.openedBy),
-      std::move(model), options.openedBy);
+  return std::make_shared<CombinedRecognizerFactory>(ownRecognizers(options, std::move(log)),
+                                                     std::move(model), options.openedBy);
 #else
   throw Error("ZelvoraHost", 2,
               options.model->string() + ": this build has no recogniser that takes a model");
 #endif
 }
 
-std::shared_ptr<SpeechRecognizerFactory> recognizers(const HostSpeechOptions& options) {
+std::shared_ptr<SpeechRecognizerFactory> recognizers(const HostSpeechOptions& options,
+                                                     std::shared_ptr<LogSink> log) {
   if (options.recognizers) return options.recognizers;
-  if (options.model) return withModel(options);
-  return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, options.openedBy);
+  if (options.model) return withModel(options, std::move(log));
+  return ownRecognizers(options, std::move(log));
 }
 
 }  // namespace
@@ -62,11 +70,13 @@ std::vector<std::string> hostRecognizers() {
 #endif
 }
 
-SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors) {
+SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors,
+                          std::shared_ptr<LogSink> log) {
   return {.audioSession = std::make_shared<PulseSession>(),
           .audioEngines = microphone(options, executors),
           .audioFiles = std::make_shared<SndfileRecordings>(),
-          .recognizers = recognizers(options),
+          .recognizers =
+              std::make_shared<WordlessFallbackFactory>(recognizers(options, std::move(log))),
           .permissions = options.permissions,
           .synthesizers = std::make_shared<SpeechdSynthesizerFactory>()};
 }

@@ -23,7 +23,7 @@ class GrantedPermissions final : public Permissions {
 struct HostSpeechOptions {
   /// What understands speech; null for this system's own recogniser, on the device.
   std::shared_ptr<SpeechRecognizerFactory> recognizers;
-  /// Phrases for this system's own recogniser to expect; see `recognitionVocabulary`.
+  /// Phrases for this system's own recogniser to expect besides those of the façade's spec.
   std::vector<std::string> vocabulary;
   /// A folder with a streaming transducer for English, heard with beside this system's own
   /// recogniser or, where `modelAlone` says so, in its place. Needs a build with sherpa-onnx.
@@ -45,6 +45,8 @@ struct HostSpeechOptions {
 
 /// This system's microphone, recordings, recogniser and voice. Throws Error when the sound file
 /// can't be read, when speech was not built, or when a model is given that nothing can load.
-SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors);
+/// `log` gets the recogniser's lines; null for none.
+SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors,
+                          std::shared_ptr<LogSink> log = nullptr);
 
 }  // namespace zelvora

@@ -7,7 +7,8 @@ namespace zelvora {
 
 std::vector<std::string> hostRecognizers() { return {}; }
 
-SpeechPlatform hostSpeech(const HostSpeechOptions& /*options*/, Executors& /*executors*/) {
+SpeechPlatform hostSpeech(const HostSpeechOptions& /*options*/, Executors& /*executors*/,
+                          std::shared_ptr<LogSink> /*log*/) {
   throw Error("ZelvoraHost", 1, "this build neither hears nor speaks");
 }
 

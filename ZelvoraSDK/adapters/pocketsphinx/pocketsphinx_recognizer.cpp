@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/audio/private/decoder_thread.h>
+#include <ZelvoraSDK/adapters/audio/private/decoders.h>
 #include <ZelvoraSDK/adapters/audio/private/stream_recognizer.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <ZelvoraSDK/base/text.h>
@@ -11,35 +11,65 @@
 namespace zelvora {
 namespace {
 
-bool isUsEnglish(const std::string& locale) {
-  std::string plain = lowercased(locale);
-  std::ranges::replace(plain, '_', '-');
-  return plain == "en" || plain == "en-us";
+std::string plain(const std::string& locale) {
+  std::string name = lowercased(locale);
+  std::ranges::replace(name, '_', '-');
+  return name;
+}
+
+bool isEnglish(const std::string& locale) {
+  const std::string name = plain(locale);
+  return name == "en" || name.starts_with("en-");
 }
 
 }  // namespace
 
 PocketsphinxRecognizerFactory::PocketsphinxRecognizerFactory(
     std::vector<std::string> vocabulary,
-    std::function<std::string(const std::string& text)> openedBy)
-    : thread_(std::make_shared<audio::DecoderThread>(
-          [phrases = std::move(vocabulary), opened = std::move(openedBy)] {
+    std::function<std::string(const std::string& text)> openedBy, std::shared_ptr<LogSink> log)
+    : decoders_(std::make_unique<audio::Decoders>(
+          std::move(vocabulary),
+          [opened = std::move(openedBy)](const audio::Decoders::Phrases& phrases) {
             return std::make_unique<sphinx::Decoder>(phrases, opened);
-          })) {}
+          })),
+      log_(std::move(log)) {}
+
+PocketsphinxRecognizerFactory::~PocketsphinxRecognizerFactory() = default;
 
 std::unique_ptr<SpeechRecognizer> PocketsphinxRecognizerFactory::makeRecognizer(
     const std::string& locale) {
-  if (!isUsEnglish(locale)) return nullptr;
-  thread_->loadInBackground();
-  return audio::streamRecognizer(thread_, [] { return sphinx::Decoder::isInstalled(); });
+  return makeRecognizerFor({.locale = locale});
 }
 
-void PocketsphinxRecognizerFactory::preload() {
-  thread_->queue().wait([thread = thread_] { thread->decoder(); });
+std::unique_ptr<SpeechRecognizer> PocketsphinxRecognizerFactory::makeRecognizerFor(
+    const RecognitionRequest& request) {
+  if (!isEnglish(request.locale)) return nullptr;
+  sayWhichEnglish(request.locale);
+  auto thread = decoders_->expecting(request.phrases);
+  thread->loadInBackground();
+  return audio::streamRecognizer(std::move(thread), [] { return sphinx::Decoder::isInstalled(); });
+}
+
+void PocketsphinxRecognizerFactory::prepare(const RecognitionRequest& request) {
+  if (isEnglish(request.locale)) decoders_->expecting(request.phrases)->loadInBackground();
+}
+
+void PocketsphinxRecognizerFactory::release() { decoders_->release(); }
+
+void PocketsphinxRecognizerFactory::preload(const std::vector<std::string>& phrases) {
+  const auto thread = decoders_->expecting(phrases);
+  thread->queue().wait([thread] { thread->decoder(); });
+}
+
+void PocketsphinxRecognizerFactory::sayWhichEnglish(const std::string& locale) {
+  const std::string name = plain(locale);
+  if (!log_ || name == "en" || name == "en-us") return;
+  const std::scoped_lock lock(mutex_);
+  if (said_.insert(name).second) log_->write("[Zelvora][Speech] " + locale + " is heard as en-US");
 }
 
 void PocketsphinxRecognizerFactory::catchUp() {
-  thread_->queue().wait([] {});
+  if (const auto thread = decoders_->latest()) thread->queue().wait([] {});
 }
 
 }  // namespace zelvora

@@ -22,11 +22,14 @@ class PulseEngine final : public AudioEngine {
 
   AudioFormat inputFormat() override {
     try {
+      inputFailure_.reset();
       return microphone().format;
-    } catch (const Error&) {
-      return {};  // Why there is none is what `start` tells.
+    } catch (const Error& failure) {
+      inputFailure_ = failure;
+      return {};
     }
   }
+  std::optional<Error> inputFailure() override { return inputFailure_; }
 
   void installTap(std::size_t bufferFrames, Tap tap) override {
     const ThreadedLoop::Lock lock(loop_);
@@ -81,6 +84,7 @@ class PulseEngine final : public AudioEngine {
   Listeners listeners_;
   Context context_;
   std::optional<Microphone> microphone_;
+  std::optional<Error> inputFailure_;  ///< Of the last `inputFormat`.
   std::optional<Capture> capture_;
 };
 

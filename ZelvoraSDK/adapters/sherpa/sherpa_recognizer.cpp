@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/audio/private/decoder_thread.h>
+#include <ZelvoraSDK/adapters/audio/private/decoders.h>
 #include <ZelvoraSDK/adapters/audio/private/stream_recognizer.h>
 #include <ZelvoraSDK/adapters/sherpa/private/transducer.h>
 #include <ZelvoraSDK/base/text.h>
@@ -23,21 +23,41 @@ SherpaRecognizerFactory::SherpaRecognizerFactory(
     SherpaModel model, std::vector<std::string> vocabulary,
     std::function<std::string(const std::string& text)> openedBy) {
   for (const std::string& locale : model.locales) locales_.push_back(plain(locale));
-  thread_ = std::make_shared<audio::DecoderThread>(
-      [which = std::move(model), phrases = std::move(vocabulary), opened = std::move(openedBy)] {
+  decoders_ = std::make_unique<audio::Decoders>(
+      std::move(vocabulary), [which = std::move(model), opened = std::move(openedBy)](
+                                 const audio::Decoders::Phrases& phrases) {
         return std::make_unique<sherpa::Transducer>(which, phrases, opened);
       });
 }
 
-std::unique_ptr<SpeechRecognizer> SherpaRecognizerFactory::makeRecognizer(
-    const std::string& locale) {
-  if (std::ranges::find(locales_, plain(locale)) == locales_.end()) return nullptr;
-  thread_->loadInBackground();
-  return audio::streamRecognizer(thread_, [] { return true; });
+SherpaRecognizerFactory::~SherpaRecognizerFactory() = default;
+
+bool SherpaRecognizerFactory::speaks(const std::string& locale) const {
+  return std::ranges::find(locales_, plain(locale)) != locales_.end();
 }
 
+std::unique_ptr<SpeechRecognizer> SherpaRecognizerFactory::makeRecognizer(
+    const std::string& locale) {
+  return makeRecognizerFor({.locale = locale});
+}
+
+std::unique_ptr<SpeechRecognizer> SherpaRecognizerFactory::makeRecognizerFor(
+    const RecognitionRequest& request) {
+  if (!speaks(request.locale)) return nullptr;
+  auto thread = decoders_->expecting(request.phrases);
+  thread->loadInBackground();
+  return audio::streamRecognizer(std::move(thread), [] { return true; });
+}
+
+void SherpaRecognizerFactory::prepare(const RecognitionRequest& request) {
+  if (speaks(request.locale)) decoders_->expecting(request.phrases)->loadInBackground();
+}
+
+void SherpaRecognizerFactory::release() { decoders_->release(); }
+
 void SherpaRecognizerFactory::preload() {
-  thread_->queue().wait([thread = thread_] { thread->decoder(); });
+  const auto thread = decoders_->expecting({});
+  thread->queue().wait([thread] { thread->decoder(); });
 }
 
 }  // namespace zelvora

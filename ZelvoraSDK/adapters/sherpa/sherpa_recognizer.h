@@ -11,7 +11,7 @@
 namespace zelvora {
 
 namespace audio {
-class DecoderThread;
+class Decoders;
 }
 
 /// A streaming transducer on disk, and what to expect of it.
@@ -31,8 +31,8 @@ struct SherpaModel {
 /// Understands speech on the device with a model that the application brings. Callable from any
 /// thread.
 ///
-/// One decoder a factory, loaded in the background from the first recogniser on; it serves one task
-/// at a time. Where the model is bad each task's handler gets the reason. Errors have the domain
+/// Decoders are loaded in the background from the first recogniser on; each serves one task at a
+/// time. Where the model is bad each task's handler gets the reason. Errors have the domain
 /// "ZelvoraSpeechRecognizer".
 class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
  public:
@@ -42,14 +42,21 @@ class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
       SherpaModel model, std::vector<std::string> vocabulary = {},
       std::function<std::string(const std::string& text)> openedBy = {});
 
+  ~SherpaRecognizerFactory() override;
+
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
+  std::unique_ptr<SpeechRecognizer> makeRecognizerFor(const RecognitionRequest& request) override;
+  void prepare(const RecognitionRequest& request) override;
+  void release() override;
 
   /// Returns when the model is loaded. Throws Error with the reason when it is bad.
   void preload();
 
  private:
+  [[nodiscard]] bool speaks(const std::string& locale) const;
+
   std::vector<std::string> locales_;
-  std::shared_ptr<audio::DecoderThread> thread_;
+  std::unique_ptr<audio::Decoders> decoders_;
 };
 
 }  // namespace zelvora

@@ -78,7 +78,7 @@ TEST(SoundMatch, TakesADoubtfulTranscriptForThePhraseThatItSoundsLike) {
   const SoundVocabulary vocabulary(
       spokenSentences({"show me the product details", "where is the nearest store",
                        "order the same again", "show my orders", "show my order", "setting",
-                       "past orders"}),
+                       "get me a light roast drip coffee", "past orders"}),
       &pronunciation);
   const struct {
     const char* name;
@@ -89,6 +89,8 @@ TEST(SoundMatch, TakesADoubtfulTranscriptForThePhraseThatItSoundsLike) {
               {"a believed one stays", "where is the new resettled", "where is the new resettled"},
               {"two phrases alike", "show:0.4 by:0.3 orders:0.4", "show by orders"},
               {"a short one", "cha:0.1 store:0.1 does:0.1", "cha store does"},
+              {"a long one", "get:0.4 me:0.4 a:0.4 light:0.4 roast:0.4 espresso:0.4",
+               "get me a light roast espresso"},
               {"unlike all", "the:0.4 ice:0.2 on:0.3 the:0.4 lake:0.2", "the ice on the lake"}};
   for (const auto& row : rows) EXPECT_EQ(matched(vocabulary, row.heard), row.expected) << row.name;
   EXPECT_TRUE(vocabulary.isPhrase({"order", "the", "same", "again"}));

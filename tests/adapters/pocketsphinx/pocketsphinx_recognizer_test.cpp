@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include <ZelvoraSDK/testing/system.h>
 #include <tests/adapters/audio/listening.h>
 #include <tests/support/synthetic_voice.h>
 
@@ -172,11 +173,27 @@ TEST(PocketsphinxRecognizer, RefusesASecondTaskWhileOneRuns) {
   EXPECT_NO_THROW(english()->startTask(true, {}));
 }
 
-TEST(PocketsphinxRecognizer, KnowsUsEnglishOnly) {
-  for (const char* locale : {"en", "en-US", "EN_us"})
-    EXPECT_TRUE(factory().makeRecognizer(locale)) << locale;
-  for (const char* locale : {"", "en-GB", "he-IL", "english"})
-    EXPECT_FALSE(factory().makeRecognizer(locale)) << locale;
+TEST(PocketsphinxRecognizer, HearsEveryEnglishAsThatOfTheUsaAndSaysSoOnce) {
+  const auto log = std::make_shared<testing::RecordingLog>();
+  PocketsphinxRecognizerFactory logging({}, {}, log);
+  for (const char* locale : {"en", "en-US", "EN_us", "en-GB", "en_GB", "en_AU"})
+    EXPECT_TRUE(logging.makeRecognizer(locale)) << locale;
+  for (const char* locale : {"", "he-IL", "english"})
+    EXPECT_FALSE(logging.makeRecognizer(locale)) << locale;
+  EXPECT_EQ(log->lines(), (std::vector<std::string>{"[Zelvora][Speech] en-GB is heard as en-US",
+                                                    "[Zelvora][Speech] en_AU is heard as en-US"}));
+}
+
+TEST(PocketsphinxRecognizer, ExpectsThePhrasesOfTheRequest) {
+  PocketsphinxRecognizerFactory plain;
+  const RecognitionRequest request{.locale = "en-US", .phrases = {"show zelvoriento"}};
+  const auto said = spoken("show zelvoriento");
+  plain.preload(request.phrases);
+  EXPECT_EQ(hear(*plain.makeRecognizerFor(request), said).finals.at(0).text, "show zelvoriento");
+  plain.release();
+  plain.preload(request.phrases);
+  EXPECT_EQ(hear(*plain.makeRecognizerFor(request), said).finals.at(0).text, "show zelvoriento")
+      << "loads again";
 }
 
 }  // namespace

@@ -201,6 +201,8 @@ TEST(PulseEngine, SaysWhyThereIsNoMicrophone) {
     row.prepare(server);
     const auto engine = PulseEngineFactory().makeEngine();
     EXPECT_EQ(engine->inputFormat().channels, 0U) << row.name;
+    const auto cause = engine->inputFailure();
+    EXPECT_THAT(cause ? cause->description() : "none", HasSubstr(row.expected)) << row.name;
     EXPECT_THAT(failureOf(*engine), HasSubstr(row.expected)) << row.name;
     EXPECT_FALSE(engine->isRunning()) << row.name;
   }

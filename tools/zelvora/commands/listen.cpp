@@ -13,6 +13,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/host/host_speech.h>
+#include <ZelvoraSDK/facade/voice_command.h>
 #include <ZelvoraSDK/outcome/audit_event.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/speech/metered_engines.h>
@@ -36,11 +37,8 @@ struct ListenOptions {
 
 /// What came of one spoken command.
 struct Heard {
-  std::optional<std::string> transcript;  ///< What was routed; absent when nothing was.
+  VoiceCommand::Outcome command;
   ZelvoraResult result;
-  /// What the device made of it, routed or not, and how sure it was.
-  std::string deviceTranscript;
-  std::optional<double> deviceConfidence;
   std::optional<AudioData> recording;
 };
 
@@ -71,14 +69,15 @@ class LiveLine {
     level_ = level;
     draw();
   }
-  void showState(bool isRecording, const std::string& text) {
-    if (isRecording) state_ = "listening";
-    if (wasRecording_ && !isRecording) {
+  void showState(VoiceCommand::Phase phase, const std::string& text) {
+    if (phase == VoiceCommand::Phase::listening) {
+      state_ = "listening";
+      text_ = text;
+    }
+    if (phase == VoiceCommand::Phase::processing) {
       state_ = "thinking";
       level_ = 0;
     }
-    wasRecording_ = isRecording;
-    text_ = text;
     draw();
   }
 
@@ -91,7 +90,6 @@ class LiveLine {
   }
 
   bool isOnTerminal_ = errorsGoToTerminal();
-  bool wasRecording_ = false;
   std::string state_ = "starting";
   std::string text_;
   float level_ = 0;
@@ -101,13 +99,13 @@ class LiveLine {
 struct ListeningObserver {
   std::function<void(ZelvoraAuditEvent)> onAuditEvent;
   std::function<void(float level)> onLevel;
-  /// Whether the capture runs, and the text so far.
-  std::function<void(bool isRecording, const std::string& text)> onChange;
-  std::function<void(const std::string& message)> onError;
+  /// How far the command is, and the text so far.
+  std::function<void(VoiceCommand::Phase phase, const std::string& text)> onChange;
+  std::function<void(const std::string& problem)> onProblem;
 };
 
-/// One spoken command: starts, watches the recogniser, and stops once. A capture that ends by
-/// itself and an interrupt from the keyboard stop it; a second interrupt ends the program.
+/// One spoken command. An interrupt from the keyboard says that the speaker is done; a second one
+/// ends the program.
 class Listening {
  public:
   Listening(Application& application, const ListeningObserver& observer)
@@ -117,27 +115,20 @@ class Listening {
 
   Heard run() {
     if (observer_.onLevel) showLevels();
-    application_.hooks().onTranscript = [this](std::string text) {
-      heard_.transcript = std::move(text);
-    };
-    Zelvora& zelvora = application_.facade();
-    zelvora.onAuditEvent = observer_.onAuditEvent;
-    zelvora.onResult = [this](ZelvoraResult result) { end(std::move(result)); };
+    application_.facade().onAuditEvent = observer_.onAuditEvent;
+    command_.emplace(application_.facade());
     interrupts_.async_wait([this](const boost::system::error_code& error, int) {
       if (error) return;
       interrupts_.clear();
-      stop();
+      command_->stop();
     });
-    const auto watching = zelvora.objectWillChange().subscribe([this] { look(); });
-    zelvora.startVoice();
-    // Nothing is started, and nothing told, where speech is disabled.
-    if (zelvora.sttConfig().mode == ZelvoraSTTMode::disabled) stop();
+    const auto watching = command_->changes().subscribe([this] { look(); });
+    command_->tap();
     application_.loop().run();
     return std::move(heard_);
   }
 
  private:
-  /// The levels come on the audio thread.
   void showLevels() {
     auto& engines = application_.speech().audioEngines;
     engines = std::make_shared<MeteredAudioEngineFactory>(
@@ -146,42 +137,30 @@ class Listening {
         });
   }
 
-  /// Looks at the recogniser after a change.
   void look() {
-    const auto recognizer = application_.facade().stt();
-    const bool isRecording = recognizer->isRecording();
-    if (observer_.onChange) observer_.onChange(isRecording, recognizer->transcript());
-    const auto error = recognizer->errorMessage();
-    if (error && error != lastError_ && observer_.onError) observer_.onError(*error);
-    lastError_ = error;
-    const bool hasEnded = wasRecording_ && !isRecording;
-    wasRecording_ = isRecording;
-    if (hasEnded || (error && !isRecording)) stop();
-  }
-
-  void stop() {
-    if (!std::exchange(isStopped_, true)) application_.facade().stopVoice();
+    if (observer_.onChange) observer_.onChange(command_->phase(), command_->partialText());
+    if (command_->phase() != VoiceCommand::Phase::idle || !command_->lastOutcome()) return;
+    heard_.command = *command_->lastOutcome();
+    if (!heard_.command.problem.empty() && observer_.onProblem)
+      observer_.onProblem(heard_.command.problem);
+    if (heard_.command.result) return end(*heard_.command.result);
+    // Without a capture there is an outcome all the same.
+    application_.facade().onResult = [this](ZelvoraResult result) { end(std::move(result)); };
+    application_.facade().stopVoice();
   }
 
   void end(ZelvoraResult result) {
-    if (std::exchange(hasEnded_, true)) return;
     heard_.result = std::move(result);
-    if (const auto recognizer = application_.facade().stt()) {
-      heard_.deviceTranscript = recognizer->bestTranscript();
-      heard_.deviceConfidence = recognizer->bestTranscriptConfidence();
-    }
     heard_.recording = application_.facade().lastRecordedAudio();
-    application_.loop().stop();
+    // Behind the audit events that are still queued.
+    asio::post(application_.loop().executor(), [this] { application_.loop().stop(); });
   }
 
   Application& application_;
   const ListeningObserver& observer_;
   asio::signal_set interrupts_;
+  std::optional<VoiceCommand> command_;
   Heard heard_;
-  std::optional<std::string> lastError_;
-  bool wasRecording_ = false;
-  bool isStopped_ = false;
-  bool hasEnded_ = false;
 };
 
 struct AuditWriter {
@@ -217,9 +196,9 @@ ListeningObserver observerFor(const ListenOptions& options, const std::string& l
                               LiveLine& live, Output& out) {
   ListeningObserver observer{
       .onLevel = [&](float level) { live.showLevel(level); },
-      .onChange = [&](bool isRecording,
-                      const std::string& text) { live.showState(isRecording, text); },
-      .onError =
+      .onChange = [&](VoiceCommand::Phase phase,
+                      const std::string& text) { live.showState(phase, text); },
+      .onProblem =
           [locale](const std::string& message) {
             const bool isAboutLocale = message == "Speech recognizer not available";
             complain(message + (isAboutLocale ? " for the locale " + locale : ""));
@@ -233,14 +212,19 @@ ListeningObserver observerFor(const ListenOptions& options, const std::string& l
 
 /// What was routed, or what was understood too badly to be.
 std::string friendlyTranscript(const Heard& heard, const Style& style) {
-  if (heard.transcript) return style.strong(*heard.transcript);
-  if (heard.deviceTranscript.empty()) return style.faint("(nothing)");
-  return style.faint(heard.deviceTranscript + " (not routed; confidence " +
-                     fixed2(heard.deviceConfidence.value_or(0)) + ")");
+  const VoiceCommand::Outcome& command = heard.command;
+  if (!command.transcript.empty()) return style.strong(command.transcript);
+  if (command.heard.empty()) return style.faint("(nothing)");
+  return style.faint(command.heard + " (not routed; confidence " +
+                     fixed2(command.confidence.value_or(0)) + ")");
 }
 
 void print(const Heard& heard, bool json, Output& out) {
-  if (json) return out.jsonLine(routedLine(heard.transcript, heard.result));
+  if (json) {
+    std::optional<std::string> routed;
+    if (!heard.command.transcript.empty()) routed = heard.command.transcript;
+    return out.jsonLine(routedLine(routed, heard.result));
+  }
   const Style style = Style::forOutput();
   out.write(friendlyTranscript(heard, style) + "\n  " + friendlyResult(heard.result, style));
   out.flush();

@@ -53,9 +53,10 @@ class Ear {
       const PcmBuffer buffer{.format = sound.format(),
                              .frames = kBufferFrames,
                              .samples = std::span<const float>(samples)};
-      task->append(buffer);
       capture.now = Seconds{static_cast<double>(buffers * kBufferFrames) / rate};
       if (capture.voice.hears(level(buffer), capture.now)) capture.lastVoice = capture.now;
+      // From here to the end of `catchUp` the capture is the recogniser's.
+      task->append(buffer);
       factory_.catchUp();
       if (capture.failure) throw *capture.failure;
     }

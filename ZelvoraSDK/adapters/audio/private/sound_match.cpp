@@ -38,6 +38,8 @@ constexpr float kMostUnlikePhrase = 0.3F;
 constexpr float kPhraseLead = 0.05F;
 /// and when the phrase has this many words: anything sounds a little like a short one.
 constexpr std::size_t kLeastPhraseWords = 3;
+/// and no more than this: as a whole, a long one hardly differs by the one word that matters.
+constexpr std::size_t kMostPhraseWords = 6;
 /// A word this short is part of its neighbours: "a" in "golf a", which was "coffee".
 constexpr std::size_t kShortWord = 2;
 
@@ -406,7 +408,8 @@ bool SoundVocabulary::isPhrase(const Sentence& words) const {
 
 void SoundVocabulary::addPhrase(const std::vector<int>& words,
                                 const std::vector<std::vector<Phone>>& phones) {
-  if (!phraseWords_.insert(words).second || words.size() < kLeastPhraseWords) return;
+  if (!phraseWords_.insert(words).second) return;
+  if (words.size() < kLeastPhraseWords || words.size() > kMostPhraseWords) return;
   std::vector<Phone> sound;
   for (const int word : words) {
     const auto& more = phones[static_cast<std::size_t>(word)];

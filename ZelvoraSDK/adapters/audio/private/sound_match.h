@@ -90,7 +90,7 @@ class SoundVocabulary {
   std::vector<Node> nodes_ = std::vector<Node>(1);  ///< The first one is the root.
   std::vector<Gram> grams_;
   std::set<std::vector<int>> phraseWords_;
-  /// The words of phrases that are long enough to be known by their sound.
+  /// The words of phrases that can be known by their sound as a whole, by that sound.
   std::map<std::vector<Phone>, std::vector<int>> phrases_;
 };
 
