@@ -343,6 +343,7 @@ TEST(MainThread, NeverWaitsForAPort) {
   const auto mainThread = std::this_thread::get_id();
   Guarded<std::vector<std::string>> onMain;
   std::atomic<std::size_t> waited = 0;
+  const std::shared_ptr<void> atEnd(nullptr, [&](void*) { application.calls->onCall({}); });
   application.calls->onCall([&](std::size_t, const std::string& call) {
     if (std::this_thread::get_id() == mainThread)
       return onMain.with([&](auto& all) { all.push_back(call); });
@@ -363,7 +364,6 @@ TEST(MainThread, NeverWaitsForAPort) {
   EXPECT_THAT(onMain.with([](auto& all) { return all; }), ::testing::IsEmpty());
   EXPECT_EQ(waited, application.calls->count());
   EXPECT_GT(waited, 20U);
-  application.calls->onCall({});
 }
 
 /// The façade's plain operations, and what went wrong with them once.
