@@ -1,5 +1,7 @@
 #include <tests/ui/application.h>
 
+#include <utility>
+
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 #include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/executors.h>
@@ -26,29 +28,40 @@ class NotedDefaults final : public UserDefaults {
   std::shared_ptr<testing::Journal> journal_;
 };
 
+class GivenExecutors final : public Executors {
+ public:
+  GivenExecutors(asio::any_io_executor main, asio::any_io_executor background)
+      : main_(std::move(main)), background_(std::move(background)) {}
+
+  asio::any_io_executor main() override { return main_; }
+  asio::any_io_executor background() override { return background_; }
+
+ private:
+  asio::any_io_executor main_;
+  asio::any_io_executor background_;
+};
+
 }  // namespace
 
 std::function<Seconds()> tapsApart() {
   return [now = Seconds{0}]() mutable { return now += Seconds{1}; };
 }
 
-class Application::QtExecutors final : public Executors {
- public:
-  asio::any_io_executor main() override { return main_.executor(); }
-  asio::any_io_executor background() override { return pool_.executor(); }
-  void endBackground() { pool_.stop(); }
-
- private:
-  QtMainExecutor main_;
-  WorkerPool pool_{2};
+/// Lives in the main thread, wherever the last platform is released.
+struct Application::Threads {
+  QtMainExecutor main;
+  WorkerPool pool{2};
 };
 
-Application::Application(const std::string& spec) : executors_(std::make_shared<QtExecutors>()) {
+Application::Application(const std::string& spec)
+    : threads_(std::make_unique<Threads>()),
+      executors_(
+          std::make_shared<GivenExecutors>(threads_->main.executor(), threads_->pool.executor())) {
   bundle->strings = {{"ZelvoraPublishableKey", "key"}, {"ZelvoraSTTMode", "localOnly"}};
   bundle->resources = {{"shop.json", folder.write("shop.json", spec)}};
 }
 
-Application::~Application() { executors_->endBackground(); }
+Application::~Application() = default;
 
 Platform Application::platform() const {
   return {.executors = executors_,

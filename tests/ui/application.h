@@ -32,9 +32,10 @@ class Application {
   std::string asked;  ///< The bundle and the spec that were asked for last.
 
  private:
-  class QtExecutors;
+  struct Threads;
 
-  std::shared_ptr<QtExecutors> executors_;
+  std::unique_ptr<Threads> threads_;
+  std::shared_ptr<Executors> executors_;
 };
 
 }  // namespace zelvora

@@ -84,14 +84,15 @@ TEST(SoundMatch, TakesADoubtfulTranscriptForThePhraseThatItSoundsLike) {
     const char* name;
     const char* heard;
     const char* expected;
-  } rows[] = {{"the whole of it", "show:0.5 you:0.3 the:0.3 product:0.5 beat:0.1 i:0.1",
-               "show me the product details"},
-              {"a believed one stays", "where is the new resettled", "where is the new resettled"},
-              {"two phrases alike", "show:0.4 by:0.3 orders:0.4", "show by orders"},
-              {"a short one", "cha:0.1 store:0.1 does:0.1", "cha store does"},
-              {"a long one", "get:0.4 me:0.4 a:0.4 light:0.4 roast:0.4 espresso:0.4",
-               "get me a light roast espresso"},
-              {"unlike all", "the:0.4 ice:0.2 on:0.3 the:0.4 lake:0.2", "the ice on the lake"}};
+  } rows[] = {
+      {"the whole of it", "show:0.5 you:0.3 the:0.3 product:0.5 beat:0.1 i:0.1",
+       "show me the product details"},
+      {"a believed one stays", "where is the new resettled", "where is the new resettled"},
+      {"two phrases alike: its doubted word only", "show:0.4 by:0.3 orders:0.4", "show my orders"},
+      {"a short one", "cha:0.1 store:0.1 does:0.1", "cha store does"},
+      {"a long one", "get:0.4 me:0.4 a:0.4 light:0.4 roast:0.4 espresso:0.4",
+       "get me a light roast espresso"},
+      {"unlike all", "the:0.4 ice:0.2 on:0.3 the:0.4 lake:0.2", "the ice on the lake"}};
   for (const auto& row : rows) EXPECT_EQ(matched(vocabulary, row.heard), row.expected) << row.name;
   EXPECT_TRUE(vocabulary.isPhrase({"order", "the", "same", "again"}));
   EXPECT_FALSE(vocabulary.isPhrase({"order", "the", "same"}));
