@@ -244,6 +244,10 @@ TEST_F(Everybody, GoesOnWithoutTheMicrophoneThatWasRefused) {
               Contains("alert: The microphone is switched off for this app"));
   tabTo("button: Type instead");
   press(Qt::Key_Return);
+  await([&] {
+    const QQuickItem* focus = app_.window().activeFocusItem();
+    return focus && focus->flags().testFlag(QQuickItem::ItemAcceptsInputMethod);
+  });
   for (const char letter : std::string("open my cart")) QTest::keyClick(&app_.window(), letter);
   press(Qt::Key_Return);
   await([&] { return screen() == "basket"; });
