@@ -1,4 +1,6 @@
 # Installs BUILD below PREFIX.
+cmake_minimum_required(VERSION 3.25)
+
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX} OUTPUT_QUIET
                 COMMAND_ERROR_IS_FATAL ANY)
