@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <bit>
+#include <boost/asio/any_io_executor.hpp>
+#include <boost/asio/awaitable.hpp>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -16,7 +18,6 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/speech.h>
 
