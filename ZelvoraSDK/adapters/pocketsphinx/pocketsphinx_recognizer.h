@@ -27,9 +27,9 @@ class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// `vocabulary` holds phrases to expect besides those of each request, names of brands included;
   /// those in another script than Latin or with digits are passed over. Without any the stock model
-  /// is used. `openedBy` names the screen that a transcript opens, or returns "": a transcript that
-  /// opens nothing is believed less. It is called on the recogniser's thread and must not throw.
-  /// `log` gets a line for a region that the model does not speak.
+  /// is used. `openedBy` names the screen or presentation that a transcript opens, or returns "": a
+  /// transcript that opens nothing is believed less. It is called on the recogniser's thread and
+  /// must not throw. `log` gets a line for a region that the model does not speak.
   explicit PocketsphinxRecognizerFactory(
       std::vector<std::string> vocabulary = {},
       std::function<std::string(const std::string& text)> openedBy = {},

@@ -36,8 +36,9 @@ struct SherpaModel {
 /// "ZelvoraSpeechRecognizer".
 class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
  public:
-  /// `openedBy` names the screen that a transcript opens, or returns "": a transcript that opens
-  /// nothing is believed less. It is called on the recogniser's thread and must not throw.
+  /// `openedBy` names the screen or presentation that a transcript opens, or returns "": a
+  /// transcript that opens nothing is believed less. It is called on the recogniser's thread and
+  /// must not throw.
   explicit SherpaRecognizerFactory(
       SherpaModel model, std::vector<std::string> vocabulary = {},
       std::function<std::string(const std::string& text)> openedBy = {});
