@@ -4,6 +4,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <exception>
+
 namespace zelvora::testing {
 
 /// A process that runs `work()` and ends with the status that it answers, or 99 when it throws.
@@ -15,7 +18,8 @@ class ChildProcess {
     if (pid_ != 0) return;
     try {
       ::_exit(work());
-    } catch (...) {
+    } catch (const std::exception& error) {
+      std::fprintf(stderr, "A child process threw: %s\n", error.what());
       ::_exit(99);
     }
   }

@@ -16,7 +16,8 @@ constexpr int kMaxAttempts = 5;
 
 }  // namespace
 
-SqliteDefaults::SqliteDefaults(Options options) : options_(std::move(options)) {
+SqliteDefaults::SqliteDefaults(Options options)
+    : options_(std::move(options)), opened_(std::make_unique<sqlite::FileIdentity>()) {
   // An absolute path can't be one of the names that SQLite reads as something else than a file.
   options_.file = std::filesystem::absolute(options_.file);
 }
@@ -27,13 +28,18 @@ template <class Operation>
 auto SqliteDefaults::perform(bool creates, Operation operation)
     -> std::optional<std::invoke_result_t<Operation, sqlite::Connection&>> {
   for (int attempt = 1;; ++attempt) {
+    bool isOpen = false;
     try {
+      if (creates && !connection_) sqlite::makePrivateFolders(options_.file.parent_path());
+      const sqlite::Use use(options_.file, options_.busyTimeout);
       if (!open(creates)) return std::nullopt;
+      isOpen = true;
       return operation(*connection_);
     } catch (const Error& error) {
       connection_.reset();
-      const bool isAnotherFile =
-          sqlite::isDamage(error) || sqlite::isMoved(error) || (creates && hasNoFile());
+      const bool isDamaged = sqlite::isDamage(error);
+      if (isDamaged && !isOpen) replace(error);
+      const bool isAnotherFile = isDamaged || sqlite::isMoved(error) || (creates && hasNoFile());
       if (!isAnotherFile || attempt == kMaxAttempts) throw;
     }
   }
@@ -46,28 +52,22 @@ bool SqliteDefaults::open(bool creates) {
   static_cast<void>(sqlite::requirePlainFile(options_.file));
   if (creates) sqlite::makePrivate(options_.file);
   const std::filesystem::path file = sqlite::requirePlainFile(options_.file);
-  const sqlite::FileIdentity identity = sqlite::identityOf(file);
-  try {
-    connection_ = std::make_unique<sqlite::Connection>(file, options_.busyTimeout);
-  } catch (const Error& error) {
-    if (sqlite::isDamage(error)) replace(file, identity, error);
-    throw;
-  }
+  *opened_ = sqlite::identityOf(file);
+  connection_ = std::make_unique<sqlite::Connection>(file, options_.busyTimeout);
   return true;
 }
 
-void SqliteDefaults::replace(const std::filesystem::path& damaged,
-                             const sqlite::FileIdentity& identity, const Error& cause) const {
+void SqliteDefaults::replace(const Error& cause) const {
   bool isMine = false;
   try {
-    isMine = sqlite::setAside(damaged, identity, options_.busyTimeout);
+    isMine = sqlite::setAside(options_.file, *opened_, options_.busyTimeout);
   } catch (const Error& error) {
     throw Error(error.domain(), error.code(),
                 cause.description() + ", and it can't be set aside: " + error.description());
   }
   if (isMine && options_.log)
     options_.log->write("[Zelvora][Learning] counting begins anew, the old file is " +
-                        damaged.string() + ".damaged: " + cause.description());
+                        options_.file.string() + ".damaged: " + cause.description());
 }
 
 bool SqliteDefaults::hasNoFile() const {

@@ -55,13 +55,14 @@ class SqliteDefaults final : public UserDefaults {
       -> std::optional<std::invoke_result_t<Operation, sqlite::Connection&>>;
   /// Whether there is a file.
   bool open(bool creates);
-  void replace(const std::filesystem::path& damaged, const sqlite::FileIdentity& identity,
-               const Error& cause) const;
+  /// Sets aside the file that was opened last, which `cause` says is damaged.
+  void replace(const Error& cause) const;
   [[nodiscard]] bool hasNoFile() const;
 
   Options options_;
-  std::mutex mutex_;
-  std::unique_ptr<sqlite::Connection> connection_;  ///< Under the mutex, as the operations above.
+  std::mutex mutex_;  ///< Guards what follows, and the operations above.
+  std::unique_ptr<sqlite::FileIdentity> opened_;
+  std::unique_ptr<sqlite::Connection> connection_;
 };
 
 }  // namespace zelvora

@@ -246,6 +246,11 @@ TEST_F(SqliteDefaultsTest, SetsADamagedFileAsideWithAllThatBelongsToIt) {
   for (const char* part : {"-wal", "-shm", "-journal"})
     folder_.write(std::string("store") + part, part);
   const auto identity = sqlite::identityOf(file);
+  {
+    // A connection would take the journal of the next file for its own.
+    const sqlite::Use use(file, {}), another(file, {});
+    EXPECT_TRUE(failureOf([&] { sqlite::setAside(file, identity, {}); }));
+  }
   EXPECT_FALSE(sqlite::setAside(file, sqlite::identityOf(folder_.path()), {}));  // Another's turn.
   EXPECT_TRUE(sqlite::setAside(file, identity, {}));
   EXPECT_FALSE(sqlite::setAside(file, identity, {}));

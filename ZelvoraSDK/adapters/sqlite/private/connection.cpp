@@ -47,7 +47,8 @@ bool isDamage(const Error& error) {
 }
 
 bool isMoved(const Error& error) {
-  return error.domain() == kDomain && error.code() == SQLITE_READONLY_DBMOVED;
+  return (error.domain() == kDomain && error.code() == SQLITE_READONLY_DBMOVED) ||
+         hasPrimaryCode(error, SQLITE_CANTOPEN);
 }
 
 void Connection::Close::operator()(sqlite3* database) const { sqlite3_close_v2(database); }

@@ -17,7 +17,7 @@ namespace zelvora::sqlite {
 
 /// Whether the file is damaged: not locked, full or read-only.
 [[nodiscard]] bool isDamage(const Error& error);
-/// Whether the file has lost its name since it was opened.
+/// Whether the file has lost its name, before it was opened or since.
 [[nodiscard]] bool isMoved(const Error& error);
 
 /// One open store. Not thread-safe. Of no further use once a call has thrown. Opening checks that

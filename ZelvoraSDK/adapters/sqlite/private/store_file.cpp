@@ -1,6 +1,7 @@
 #include <ZelvoraSDK/adapters/sqlite/private/store_file.h>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,15 +41,6 @@ class Descriptor {
   int number_;
 };
 
-void makePrivateFolders(const fs::path& folder) {
-  std::error_code ignored;
-  if (folder.empty() || fs::is_directory(folder, ignored)) return;
-  makePrivateFolders(folder.parent_path());
-  if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
-    throw Error("POSIX", errno,
-                "can't create " + folder.string() + ": " + std::generic_category().message(errno));
-}
-
 /// Through a name of its own: the file is never at `path` before it is private.
 void makeEmptyFile(const fs::path& path) {
   std::string name = path.string() + ".XXXXXX";
@@ -72,19 +64,28 @@ void takeFromOthers(const fs::path& path) {
   ::chmod(self.c_str(), status.st_mode & S_IRWXU);
 }
 
-/// Until `descriptor` is closed. Excludes every user of the database.
-bool lock(int descriptor, std::chrono::milliseconds patience) {
-  const auto giveUpAt = std::chrono::steady_clock::now() + patience;
-  for (;;) {
-    struct flock whole {};
-    whole.l_type = F_WRLCK;
-    whole.l_whence = SEEK_SET;
-    whole.l_start = kLockBytes;
-    whole.l_len = kLockLength;
-    if (::fcntl(descriptor, F_OFD_SETLK, &whole) == 0) return true;
-    if (std::chrono::steady_clock::now() >= giveUpAt) return false;
+/// Tries `take` until it succeeds or `giveUpAt` has come.
+template <class Take>
+void lock(const fs::path& path, std::chrono::steady_clock::time_point giveUpAt, Take take) {
+  while (!take()) {
+    if (std::chrono::steady_clock::now() >= giveUpAt) fail(EBUSY, path);
     std::this_thread::sleep_for(kLockPoll);
   }
+}
+
+/// The folder of `path`, to be locked; below 0 when it can't be opened.
+int openFolder(const fs::path& path) {
+  return ::open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+/// Until `descriptor` is closed. Excludes every user of the database, also those that are not ours.
+bool excludeFrom(int descriptor) {
+  struct flock whole {};
+  whole.l_type = F_WRLCK;
+  whole.l_whence = SEEK_SET;
+  whole.l_start = kLockBytes;
+  whole.l_len = kLockLength;
+  return ::fcntl(descriptor, F_OFD_SETLK, &whole) == 0;
 }
 
 }  // namespace
@@ -108,18 +109,46 @@ fs::path requirePlainFile(const fs::path& path) {
   return plain;
 }
 
+void makePrivateFolders(const fs::path& folder) {
+  std::error_code ignored;
+  if (folder.empty() || fs::is_directory(folder, ignored)) return;
+  makePrivateFolders(folder.parent_path());
+  if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+    throw Error("POSIX", errno,
+                "can't create " + folder.string() + ": " + std::generic_category().message(errno));
+}
+
 void makePrivate(const fs::path& path) {
   makePrivateFolders(path.parent_path());
   if (identityOf(path) == FileIdentity{}) makeEmptyFile(path);
   takeFromOthers(path);
 }
 
+Use::Use(const fs::path& store, std::chrono::milliseconds patience) : folder_(openFolder(store)) {
+  if (folder_ < 0) return;
+  try {
+    lock(store, std::chrono::steady_clock::now() + patience,
+         [&] { return ::flock(folder_, LOCK_SH | LOCK_NB) == 0 || errno != EWOULDBLOCK; });
+  } catch (const Error&) {
+    ::close(folder_);
+    throw;
+  }
+}
+
+Use::~Use() {
+  if (folder_ >= 0) ::close(folder_);
+}
+
 bool setAside(const fs::path& path, const FileIdentity& damaged,
               std::chrono::milliseconds patience) {
+  const auto giveUpAt = std::chrono::steady_clock::now() + patience;
+  const Descriptor folder(openFolder(path));
+  if (folder.number() < 0) fail(errno, path);
+  lock(path, giveUpAt, [&] { return ::flock(folder.number(), LOCK_EX | LOCK_NB) == 0; });
   const Descriptor file(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
   if (file.number() < 0 && errno == ENOENT) return false;
   if (file.number() < 0) fail(errno, path);
-  if (!lock(file.number(), patience)) fail(EBUSY, path);
+  lock(path, giveUpAt, [&] { return excludeFrom(file.number()); });
   if (identityOf(path) != damaged) return false;
   // The file itself last: a new one must not find the old one's journal.
   for (const char* part : {"-journal", "-wal", "-shm", ""}) {

@@ -24,13 +24,32 @@ struct FileIdentity {
 /// when it is one, or anything else that is no file.
 [[nodiscard]] std::filesystem::path requirePlainFile(const std::filesystem::path& path);
 
+/// Makes a folder, and those above it, where they are missing, for the user alone.
+void makePrivateFolders(const std::filesystem::path& folder);
+
 /// Makes an empty file, and its folders where they are missing, for the user alone, whatever the
 /// umask. Takes an existing file of this user's away from others.
 void makePrivate(const std::filesystem::path& path);
 
+/// A use of a store, begun by every call on one. None is set aside meanwhile: SQLite finds a
+/// journal by the store's name, so a connection to a renamed file would roll the journal of its
+/// successor back and delete it.
+class Use {
+ public:
+  /// Throws after `patience`. A folder that can't be opened is used without: nobody sets anything
+  /// aside in it, either.
+  Use(const std::filesystem::path& store, std::chrono::milliseconds patience);
+  ~Use();
+  Use(const Use&) = delete;
+  Use& operator=(const Use&) = delete;
+
+ private:
+  int folder_;
+};
+
 /// Renames the damaged database `damaged` at `path` and what belongs to it to `path`.damaged, in
-/// the place of an earlier one, while nobody uses it. False when another process was faster. Throws
-/// after `patience`, which is how long it waits for users.
+/// the place of an earlier one, while nobody uses it. REQUIRES: no Use of the caller's. False when
+/// another process was faster. Throws after `patience`, which is how long it waits for users.
 bool setAside(const std::filesystem::path& path, const FileIdentity& damaged,
               std::chrono::milliseconds patience);
 
