@@ -417,7 +417,18 @@ Item {
             SmoothedAnimation { velocity: root.ZelvoraTheme.reducedMotion ? -1 : 5; duration: root.ZelvoraTheme.reducedMotion ? 1 : -1 }
         }
 
-        T.Overlay.modal: Rectangle { color: Qt.rgba(0.04, 0.05, 0.05, 0.55 * drawer.position) }
+        // A drawer's own is only as wide as the drawer.
+        T.Overlay.modal: Item {
+            id: behind
+
+            Rectangle {
+                x: -behind.x
+                y: -behind.y
+                width: behind.parent?.width ?? 0
+                height: behind.parent?.height ?? 0
+                color: Qt.rgba(0.04, 0.05, 0.05, 0.55 * drawer.position)
+            }
+        }
 
         background: Rectangle {
             radius: 28

@@ -33,9 +33,10 @@
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/platform/network.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 #include <ZelvoraSDK/zelvora.h>
-#include <benchmarks/voice/silent_log.h>
 #include <tests/support/sound_server.h>
 #include <tests/support/speech_server.h>
 #include <tests/support/synthetic_voice.h>
@@ -114,22 +115,14 @@ bool serve(const std::string& url, const std::string& process, std::size_t count
   return isFlat;
 }
 
-class Offline final : public UrlSession {
- public:
-  asio::awaitable<UrlResponse> send(UrlRequest /*request*/) override {
-    throw Error("Endurance", 1, "there is no network");
-    co_return UrlResponse{};
-  }
-};
-
 bool routes(std::size_t count) {
   const testing::TemporaryFolder folder;
   asio::io_context context{1};
   const HostPlatform host(context.get_executor(), {.bundle = ZELVORA_SOURCE_DIR "/examples/shop",
                                                    .dataFolder = folder.path(),
-                                                   .log = std::make_shared<SilentLog>()});
+                                                   .log = std::make_shared<SilentLogSink>()});
   Platform platform = host.platform();
-  platform.urlSession = std::make_shared<Offline>();
+  platform.urlSession = std::make_shared<NoNetworkSession>();
   const char* const texts[] = {"open my cart", "show me the size guide", "orders",
                                "what is the weather on mars", "and the returns"};
   Zelvora shop(platform, Zelvora::SpecResource{"shop"});
@@ -192,7 +185,7 @@ bool captures(std::size_t count) {
         std::make_shared<FastPace>(threads.executor(), static_cast<int>(sound.size() / 1024 + 1));
     ZelvoraSpeechEngine engine(
         "en-US", {.background = threads.executor(),
-                  .log = std::make_shared<SilentLog>(),
+                  .log = std::make_shared<SilentLogSink>(),
                   .speech = {.audioSession = std::make_shared<NoSession>(),
                              .audioEngines = std::make_shared<FileMicrophone>(file, pace),
                              .audioFiles = std::make_shared<SndfileRecordings>(),

@@ -11,9 +11,9 @@
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
 #include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
 #include <ZelvoraSDK/async/executors.h>
+#include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/speech/endpointing.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
-#include <benchmarks/voice/silent_log.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora::bench {
@@ -49,7 +49,7 @@ double endOfVoice(const Clip& clip) {
 double captureSeconds(const std::filesystem::path& file, WorkerPool& threads,
                       const std::shared_ptr<SpeechRecognizerFactory>& recognizers) {
   ZelvoraSpeechEngine engine(
-      kLocale, {.log = std::make_shared<SilentLog>(),
+      kLocale, {.log = std::make_shared<SilentLogSink>(),
                 .speech = {.audioSession = std::make_shared<NoSession>(),
                            .audioEngines = std::make_shared<FileMicrophone>(
                                file, std::make_shared<RealTimePace>(threads.executor())),

@@ -2,7 +2,9 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
+#include <QtCore/QRegularExpression>
 #include <QtGui/QAccessible>
+#include <QtGui/QFontMetricsF>
 #include <QtTest/QTest>
 #include <algorithm>
 #include <functional>
@@ -13,6 +15,8 @@ namespace zelvora {
 namespace {
 
 constexpr double kSlack = 1.5;  ///< Points by which measures of text are rounded.
+constexpr int kSmallest = 10;   ///< Letters that are still read, in points.
+const QRegularExpression kBetweenWords(QStringLiteral("[\\s\u00AD-]+"));
 
 bool is(const QQuickItem& item, const char* type) { return item.inherits(type); }
 
@@ -61,10 +65,23 @@ const QQuickItem& usablePart(const QQuickWindow& window) {
   return *window.contentItem();
 }
 
+/// A word that is wider than its place ends a line within itself, unless the text grows smaller.
+void findBrokenWord(const QQuickItem& text, std::vector<std::string>& faults) {
+  const auto font = text.property("font").value<QFont>();
+  const bool shrinks = text.property("fontSizeMode").toInt() != 0;
+  const int size = shrinks ? text.property("minimumPixelSize").toInt() : font.pixelSize();
+  if (size < kSmallest) faults.push_back("too small to read: " + nameOf(text));
+  if (shrinks || text.property("lineCount").toInt() <= 1) return;
+  for (const QString& word : text.property("text").toString().split(kBetweenWords))
+    if (QFontMetricsF(font).horizontalAdvance(word) > text.width() + kSlack)
+      faults.push_back("within a word: " + nameOf(text));
+}
+
 void findCutTexts(const QQuickWindow& window, std::vector<std::string>& faults) {
   const QRectF all(0, 0, window.width(), window.height());
   eachShown(usablePart(window), [&](const QQuickItem& item) {
     if (!isText(item)) return;
+    findBrokenWord(item, faults);
     if (item.property("truncated").toBool()) faults.push_back("elided: " + nameOf(item));
     const QRectF painted = paintedBy(item);
     const bool isSingle = item.property("lineCount").toInt() <= 1;

@@ -1,10 +1,15 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
+#include <QQmlProperty>
+#include <QSize>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <string_view>
+
+#include <ZelvoraSDK/base/error.h>
 
 #include "shop_application.h"
 #include "tour.h"
@@ -20,6 +25,21 @@ void prepareTour() {
   qputenv("QT_SCALE_FACTOR", "2");
 }
 
+/// Throws Error for what can't be a window.
+QSize sizeIn(const QString& text) {
+  const QStringList sides = text.split(QLatin1Char('x'));
+  const QSize size = sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
+  if (size.isEmpty()) throw zelvora::Error("Shop", 5, "no size: " + text.toStdString());
+  return size;
+}
+
+void look(zelvora::shop::ShopApplication& shop, const QCommandLineParser& options) {
+  shop.window().resize(sizeIn(options.value(QStringLiteral("size"))));
+  shop.language().setCode(options.value(QStringLiteral("language")));
+  QQmlProperty::write(&shop.shop(), QStringLiteral("textScale"),
+                      options.value(QStringLiteral("text-scale")).toDouble());
+}
+
 int run(QGuiApplication& application) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
@@ -29,6 +49,13 @@ int run(QGuiApplication& application) {
                     QStringLiteral("folder"), QStringLiteral(SHOP_BUNDLE)});
   parser.addOption({QStringLiteral("tour"), QStringLiteral("Paint all screens to PNG files."),
                     QStringLiteral("folder")});
+  parser.addOption({QStringLiteral("size"), QStringLiteral("The window's, as 320x480."),
+                    QStringLiteral("size"), QStringLiteral("390x844")});
+  parser.addOption({QStringLiteral("language"), QStringLiteral("en, de or he."),
+                    QStringLiteral("code"), QStringLiteral("en")});
+  parser.addOption({QStringLiteral("text-scale"),
+                    QStringLiteral("How large the words are, 1 to 2."), QStringLiteral("factor"),
+                    QStringLiteral("1")});
   parser.process(application);
 
   zelvora::shop::chooseTypeFace();
@@ -38,6 +65,7 @@ int run(QGuiApplication& application) {
   const QTemporaryDir nobody;  // a tour is one of a customer who has picked nothing yet
   if (!tour.isEmpty()) options.dataFolder = nobody.path().toStdString();
   zelvora::shop::ShopApplication shop(options);
+  look(shop, parser);
   if (!tour.isEmpty()) {
     zelvora::shop::paintTour(shop, tour.toStdString());
     return EXIT_SUCCESS;

@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <QJSValue>
 #include <QQmlComponent>
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <iostream>
 
@@ -50,6 +53,12 @@ class Everybody : public ShopApp {
     app_.window().resize(size);
     await([&] { return app_.window().rootObject()->width() == size.width(); });
   }
+  /// Lays out what is new.
+  void settle() {
+    (void)app_.window().grabWindow();
+    QCoreApplication::processEvents();
+    (void)app_.window().grabWindow();
+  }
   void press(Qt::Key key) { QTest::keyClick(&app_.window(), key); }
   /// Tab until what has the focus is called so to a screen reader; notes what is heard on the way.
   void tabTo(const std::string& spoken) {
@@ -83,7 +92,7 @@ TEST_F(Everybody, FindsEachScreenLaidOutAtEverySizeAndLanguage) {
       QMetaObject::invokeMethod(&app_.shop(), "startAgain");
       for (const QString& screenId : screens) {
         open(screenId);
-        (void)app_.window().grabWindow();  // lays out what is new
+        settle();
         EXPECT_THAT(layoutFaults(app_.window()), IsEmpty())
             << qPrintable(screenId) << " " << size.width() << "x" << size.height() << " "
             << language << " " << scale;
@@ -101,7 +110,7 @@ TEST_F(Everybody, ReachesEverythingByTab) {
         SCOPED_TRACE(screenId.toStdString());
         QMetaObject::invokeMethod(&app_.shop(), "startAgain");
         open(screenId);
-        (void)app_.window().grabWindow();
+        settle();
         EXPECT_THAT(reachFaults(app_.window()), IsEmpty())
             << qPrintable(screenId) << " " << size.width() << " " << language;
       }
@@ -113,13 +122,32 @@ TEST_F(Everybody, HoldsTheFocusInASheet) {
     look({320, 480}, "he", 2, true);
     QMetaObject::invokeMethod(&app_.shop(), "present", Q_ARG(QString, id));
     await([&] { return presentation() == id.toStdString(); });
-    (void)app_.window().grabWindow();
+    settle();
     EXPECT_THAT(layoutFaults(app_.window()), IsEmpty()) << qPrintable(id);
     EXPECT_THAT(reachFaults(app_.window()), IsEmpty()) << qPrintable(id);
     press(Qt::Key_Escape);
     await([&] { return presentation().empty(); });
     EXPECT_EQ(screen(), "main") << "Escape closes the sheet and nothing else";
   }
+}
+
+TEST_F(Everybody, DimsTheWholeWindowBehindASheet) {
+  look({1280, 800}, "en", 1, false);
+  const auto corners = [&] {
+    const QImage seen = app_.window().grabWindow();
+    return std::array{seen.pixelColor(2, 2).lightness(), seen.pixelColor(1277, 2).lightness(),
+                      seen.pixelColor(2, 797).lightness(), seen.pixelColor(1277, 797).lightness()};
+  };
+  const auto isDim = [&] { return std::ranges::max(corners()) < 160; };
+  await([&] { return std::ranges::min(corners()) > 200; });
+  QMetaObject::invokeMethod(&app_.shop(), "present", Q_ARG(QString, "fit_sheet"));
+  await(isDim);
+  EXPECT_TRUE(isDim());
+  press(Qt::Key_Escape);
+  await([&] { return std::ranges::min(corners()) > 200; });
+  type("orders");
+  await(isDim);
+  EXPECT_TRUE(isDim());
 }
 
 TEST_F(Everybody, ReadsItsColours) {

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// Text in one of the shop's few sizes.
 Text {
@@ -11,14 +12,27 @@ Text {
     /// Off for words that a control around them says already.
     property bool read: true
 
+    readonly property bool isTight: width > 0 && longestWord.advanceWidth > width
+
     color: soft ? Theme.soft : Theme.ink
     horizontalAlignment: Text.AlignLeft
     font.pixelSize: [Theme.titleSize, Theme.headingSize, Theme.bodySize, Theme.smallSize][role]
     font.weight: role === Label.Role.Title ? Font.Bold : role === Label.Role.Heading ? Font.DemiBold : Font.Normal
     font.letterSpacing: role === Label.Role.Title ? -0.6 : role === Label.Role.Heading ? -0.2 : 0
     wrapMode: Text.Wrap
+    // Lines end between words: where one is wider than its place, the letters are smaller.
+    fontSizeMode: isTight ? Text.HorizontalFit : Text.FixedSize
+    minimumPixelSize: isTight ? Math.floor(font.pixelSize * width / longestWord.advanceWidth) : 1
+    Layout.preferredHeight: isTight ? contentHeight : -1
     textFormat: Text.PlainText
     Accessible.role: role <= Label.Role.Heading ? Accessible.Heading : Accessible.StaticText
     Accessible.name: text
     Accessible.ignored: !read || !visible || text === ""
+
+    TextMetrics {
+        id: longestWord
+
+        font: label.font
+        text: label.text.split(/[\s-]+/).reduce((longest, word) => word.length > longest.length ? word : longest, "")
+    }
 }

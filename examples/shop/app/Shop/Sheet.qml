@@ -41,9 +41,18 @@ T.Drawer {
     exit: Transition {
         NumberAnimation { property: "position"; to: 0; duration: Theme.pace; easing.type: Easing.InCubic }
     }
-    T.Overlay.modal: Rectangle {
-        color: Theme.scrim
-        opacity: sheet.position
+    // A drawer's own is only as wide as the drawer.
+    T.Overlay.modal: Item {
+        id: behind
+
+        Rectangle {
+            x: -behind.x
+            y: -behind.y
+            width: behind.parent?.width ?? 0
+            height: behind.parent?.height ?? 0
+            color: Theme.scrim
+            opacity: sheet.position
+        }
     }
     background: Rectangle {
         radius: 28
