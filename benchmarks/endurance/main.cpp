@@ -183,29 +183,20 @@ bool captures(std::size_t count) {
   const bool isFlat = staysFlat("capture", count, "self", [&](std::size_t) {
     const auto pace =
         std::make_shared<FastPace>(threads.executor(), static_cast<int>(sound.size() / 1024 + 1));
-    ZelvoraSpeechEngine engine(
-        "en-US", {.background = threads.executor(),
-                  .log = std::make_shared<SilentLogSink>(),
-                  .speech = {.audioSession = std::make_shared<NoSession>(),
-                             .audioEngines = std::make_shared<FileMicrophone>(file, pace),
-                             .audioFiles = std::make_shared<SndfileRecordings>(),
-                             .recognizers = recognizers,
-                             .permissions = nullptr,
-                             .synthesizers = nullptr},
-                  .temporaryDirectory = folder.path()});
-    std::promise<void> ended;
-    bool hasBegun = false;
-    engine.onRecordingChanged = [&](bool isRecording) {
-      if (isRecording)
-        hasBegun = true;
-      else if (hasBegun)
-        ended.set_value();
-    };
+    ZelvoraSpeechEngine::Parts parts;
+    parts.log = std::make_shared<SilentLogSink>();
+    parts.speech.audioSession = std::make_shared<NoSession>();
+    parts.speech.audioEngines = std::make_shared<FileMicrophone>(file, pace);
+    parts.speech.audioFiles = std::make_shared<SndfileRecordings>();
+    parts.speech.recognizers = recognizers;
+    parts.temporaryDirectory = folder.path();
+    ZelvoraSpeechEngine engine("en-US", parts);
+    std::promise<CaptureOutcome> ended;
+    engine.onCaptureEnded = [&](CaptureOutcome outcome) { ended.set_value(std::move(outcome)); };
     engine.start();
     pace->over.get_future().wait();
     engine.stop();
-    ended.get_future().wait();
-    if (engine.bestTranscript("") == "open my cart") ++understood;
+    if (ended.get_future().get().transcript == "open my cart") ++understood;
   });
   std::cout << understood << " of " << count << " understood\n";
   return isFlat && understood == count;

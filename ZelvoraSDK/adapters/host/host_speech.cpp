@@ -29,7 +29,7 @@ std::shared_ptr<AudioEngineFactory> microphone(const HostSpeechOptions& options,
 std::shared_ptr<SpeechRecognizerFactory> ownRecognizers(const HostSpeechOptions& options,
                                                         std::shared_ptr<LogSink> log) {
   return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, options.openedBy,
-                                                         std::move(log));
+                                                         std::move(log), options.sphinxModels);
 }
 
 std::shared_ptr<SpeechRecognizerFactory> withModel(const HostSpeechOptions& options,

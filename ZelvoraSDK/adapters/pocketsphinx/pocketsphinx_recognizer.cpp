@@ -26,12 +26,15 @@ bool isEnglish(const std::string& locale) {
 
 PocketsphinxRecognizerFactory::PocketsphinxRecognizerFactory(
     std::vector<std::string> vocabulary,
-    std::function<std::string(const std::string& text)> openedBy, std::shared_ptr<LogSink> log)
-    : decoders_(std::make_unique<audio::Decoders>(
-          std::move(vocabulary),
-          [opened = std::move(openedBy)](const audio::Decoders::Phrases& phrases) {
-            return std::make_unique<sphinx::Decoder>(phrases, opened);
-          })),
+    std::function<std::string(const std::string& text)> openedBy, std::shared_ptr<LogSink> log,
+    const std::filesystem::path& models)
+    : models_(sphinx::modelFolder(models)),
+      decoders_(std::make_unique<audio::Decoders>(std::move(vocabulary),
+                                                  [opened = std::move(openedBy), folder = models_](
+                                                      const audio::Decoders::Phrases& phrases) {
+                                                    return std::make_unique<sphinx::Decoder>(
+                                                        phrases, opened, folder);
+                                                  })),
       log_(std::move(log)) {}
 
 PocketsphinxRecognizerFactory::~PocketsphinxRecognizerFactory() = default;
@@ -47,7 +50,8 @@ std::unique_ptr<SpeechRecognizer> PocketsphinxRecognizerFactory::makeRecognizerF
   sayWhichEnglish(request.locale);
   auto thread = decoders_->expecting(request.phrases);
   thread->loadInBackground();
-  return audio::streamRecognizer(std::move(thread), [] { return sphinx::Decoder::isInstalled(); });
+  return audio::streamRecognizer(
+      std::move(thread), [folder = models_] { return sphinx::Decoder::isInstalled(folder); });
 }
 
 void PocketsphinxRecognizerFactory::prepare(const RecognitionRequest& request) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -29,11 +30,14 @@ class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
   /// those in another script than Latin or with digits are passed over. Without any the stock model
   /// is used. `openedBy` names the screen or presentation that a transcript opens, or returns "": a
   /// transcript that opens nothing is believed less. It is called on the recogniser's thread and
-  /// must not throw. `log` gets a line for a region that the model does not speak.
+  /// must not throw. `log` gets a line for a region that the model does not speak. `models` is a
+  /// folder with models of English; where it is empty, $ZELVORA_SPHINX_MODELS, then
+  /// pocketsphinx/model below $XDG_DATA_HOME and $XDG_DATA_DIRS, then the one of this system's
+  /// package.
   explicit PocketsphinxRecognizerFactory(
       std::vector<std::string> vocabulary = {},
       std::function<std::string(const std::string& text)> openedBy = {},
-      std::shared_ptr<LogSink> log = nullptr);
+      std::shared_ptr<LogSink> log = nullptr, const std::filesystem::path& models = {});
   ~PocketsphinxRecognizerFactory() override;
 
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
@@ -51,6 +55,7 @@ class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
  private:
   void sayWhichEnglish(const std::string& locale);
 
+  std::filesystem::path models_;
   std::unique_ptr<audio::Decoders> decoders_;
   std::shared_ptr<LogSink> log_;
   std::mutex mutex_;

@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <random>
 
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
+#include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/testing/system.h>
 #include <tests/adapters/audio/listening.h>
 #include <tests/support/synthetic_voice.h>
+#include <tests/support/temporary_folder.h>
 
 namespace zelvora {
 namespace {
@@ -157,6 +161,29 @@ TEST(PocketsphinxRecognizer, TellsNothingOfAnAbandonedTask) {
   EXPECT_EQ(next.finals.at(0).text, "gift cards");
   EXPECT_EQ(abandoned.partials.size(), told);
   EXPECT_TRUE(abandoned.finals.empty());
+}
+
+TEST(PocketsphinxRecognizer, FindsItsModelsWhereItIsTold) {
+  const testing::TemporaryFolder folder;
+  const auto below = folder.path() / "pocketsphinx";
+  std::filesystem::create_directory(below);
+  std::filesystem::create_directory_symlink(sphinx::modelFolder(), below / "model");
+  ::setenv("XDG_DATA_DIRS", ("/nowhere:relative:" + folder.path().string()).c_str(), 1);
+  EXPECT_EQ(sphinx::modelFolder(), below / "model");
+  EXPECT_EQ(sphinx::modelFolder("/chosen"), "/chosen");
+  PocketsphinxRecognizerFactory found;
+  ::setenv("ZELVORA_SPHINX_MODELS", "/given", 1);
+  EXPECT_EQ(sphinx::modelFolder(), "/given");
+  PocketsphinxRecognizerFactory lost;
+  ::unsetenv("ZELVORA_SPHINX_MODELS");
+  ::unsetenv("XDG_DATA_DIRS");
+  EXPECT_NO_THROW(found.preload());
+  try {
+    lost.preload();
+    FAIL() << "read models from nowhere";
+  } catch (const Error& error) {
+    EXPECT_NE(error.description().find("in /given"), std::string::npos) << error.description();
+  }
 }
 
 TEST(PocketsphinxRecognizer, RefusesASecondTaskWhileOneRuns) {

@@ -14,6 +14,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -28,9 +29,10 @@ namespace {
 
 using audio::Sentence;
 
-constexpr const char* kAcousticModel = ZELVORA_SPHINX_MODELS "/en-us/en-us";
-constexpr const char* kLanguageModel = ZELVORA_SPHINX_MODELS "/en-us/en-us.lm.bin";
-constexpr const char* kDictionary = ZELVORA_SPHINX_MODELS "/en-us/cmudict-en-us.dict";
+// Below the folder of the models.
+constexpr const char* kAcousticModel = "en-us/en-us";
+constexpr const char* kLanguageModel = "en-us/en-us.lm.bin";
+constexpr const char* kDictionary = "en-us/cmudict-en-us.dict";
 constexpr const char* kSearch = "zelvora";
 
 /// While it lives, this thread reads numbers as models write them. The library goes by the thread's
@@ -89,15 +91,16 @@ class MemoryFile {
 
 void logNothing(void*, err_lvl_t, const char*, ...) {}
 
-ps_decoder_t* decoderWithoutSearch() {
+ps_decoder_t* decoderWithoutSearch(const std::filesystem::path& models) {
   err_set_callback(&logNothing, nullptr);
   // The list of all settings goes past the callback.
   err_set_logfp(nullptr);
   // The second pass costs a tenth of a second after the last word, and more than 5,000 states a
   // frame cost a sixth of all the time and help nothing.
   const std::unique_ptr<cmd_ln_t, FreeConfig> config(
-      cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", kAcousticModel, "-dict", kDictionary,
-                  "-fwdflat", "no", "-bestpath", "yes", "-maxhmmpf", "5000", nullptr));
+      cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", (models / kAcousticModel).c_str(), "-dict",
+                  (models / kDictionary).c_str(), "-fwdflat", "no", "-bestpath", "yes", "-maxhmmpf",
+                  "5000", nullptr));
   return config ? ps_init(config.get()) : nullptr;
 }
 
@@ -187,23 +190,39 @@ void resetMean(ps_decoder_t* decoder) {
 
 void Decoder::Free::operator()(ps_decoder_s* decoder) const { ps_free(decoder); }
 
-bool Decoder::isInstalled() {
-  std::error_code ignored;
-  return std::filesystem::exists(kAcousticModel, ignored) &&
-         std::filesystem::exists(kLanguageModel, ignored) &&
-         std::filesystem::exists(kDictionary, ignored);
+std::filesystem::path modelFolder(const std::filesystem::path& chosen) {
+  if (!chosen.empty()) return chosen;
+  const auto variable = [](const char* name) {
+    const char* const value = std::getenv(name);
+    return std::string(value ? value : "");
+  };
+  if (const std::string given = variable("ZELVORA_SPHINX_MODELS"); !given.empty()) return given;
+  std::istringstream folders(variable("XDG_DATA_HOME") + ":" + variable("XDG_DATA_DIRS"));
+  for (std::string folder; std::getline(folders, folder, ':');)
+    if (const auto models = std::filesystem::path(folder) / "pocketsphinx/model";
+        folder.starts_with('/') && Decoder::isInstalled(models))
+      return models;
+  return ZELVORA_SPHINX_MODELS;
 }
 
-Decoder::Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy) {
+bool Decoder::isInstalled(const std::filesystem::path& models) {
+  std::error_code ignored;
+  return std::filesystem::exists(models / kAcousticModel, ignored) &&
+         std::filesystem::exists(models / kLanguageModel, ignored) &&
+         std::filesystem::exists(models / kDictionary, ignored);
+}
+
+Decoder::Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy,
+                 const std::filesystem::path& models) {
   const PlainNumbers plainNumbers;
   // The library ends the process over some files that are missing.
-  if (isInstalled()) decoder_.reset(decoderWithoutSearch());
-  if (!decoder_) throw cannotRead("acoustic model");
+  if (isInstalled(models)) decoder_.reset(decoderWithoutSearch(models));
+  if (!decoder_) throw cannotRead("acoustic model in " + models.string());
   ps_decoder_t* const decoder = decoder_.get();
   const std::vector<Sentence> sentences = audio::spokenSentences(vocabulary);
   addPronunciations(decoder, sentences);
-  Model model = modelFrom(decoder, kLanguageModel, NGRAM_AUTO);
-  if (!model) throw cannotRead("language model");
+  Model model = modelFrom(decoder, models / kLanguageModel, NGRAM_AUTO);
+  if (!model) throw cannotRead("language model in " + models.string());
   if (!sentences.empty()) model = mixedModel(decoder, model, sentences);
   judge_ = audio::TranscriptJudge(
       vocabulary, [this](const std::string& word) { return phonesOf(word); }, audio::kSphinxWeights,

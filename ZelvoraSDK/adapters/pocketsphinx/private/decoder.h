@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <span>
 #include <string>
@@ -13,13 +14,19 @@ struct ps_decoder_s;
 
 namespace zelvora::sphinx {
 
+/// The folder with the models of English: `chosen` or, where that is empty, $ZELVORA_SPHINX_MODELS,
+/// or pocketsphinx/model in the first of $XDG_DATA_HOME and $XDG_DATA_DIRS that has it, or the one
+/// that this library was built for.
+[[nodiscard]] std::filesystem::path modelFolder(const std::filesystem::path& chosen = {});
+
 /// PocketSphinx with its models and the application's vocabulary.
 class Decoder final : public audio::StreamDecoder {
  public:
-  /// Takes half a second. Throws Error when a model can't be read.
-  explicit Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy = {});
+  /// Takes half a second. Throws Error when a model in `models` can't be read.
+  explicit Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy = {},
+                   const std::filesystem::path& models = modelFolder());
 
-  [[nodiscard]] static bool isInstalled();
+  [[nodiscard]] static bool isInstalled(const std::filesystem::path& models);
 
   void begin() override;
   void hear(std::span<const std::int16_t> sound) override;
