@@ -81,6 +81,17 @@ TEST(Confidence, TakesAnAlternativeThatIsAWholePhrase) {
   EXPECT_GT(meanOf(judged(built, {{"open", "my", "cart"}}).segments), 0.65);
 }
 
+TEST(Confidence, TakesWhatOpensNothingForThePhraseThatItSoundsLike) {
+  const auto opened = [](const std::string& text) {
+    return text == "show me the stores" ? "stores" : "";
+  };
+  const std::vector<SpeechSegment> heard{{"show", 0.9}, {"me", 0.9}, {"the", 0.9}, {"stars", 0.95}};
+  EXPECT_EQ(judged(heard).text, "show me the stars") << "where nobody can tell";
+  EXPECT_EQ(judged(heard, {}, opened).text, "show me the stores");
+  EXPECT_EQ(judged({{"gift", 0.9}, {"cards", 0.9}}, {}, opened).text, "gift cards")
+      << "a phrase stays, whatever it leads to";
+}
+
 TEST(Confidence, IsLowerForWhatOpensNothing) {
   const auto confidence = [](const std::vector<SpeechSegment>& words, const char* opened) {
     return meanOf(judged(words, {}, [opened](const std::string&) { return opened; }).segments);

@@ -72,7 +72,7 @@ SpeechResult TranscriptJudge::judge(const Decoded& decoded, const Pronounce& pro
   SpeechResult result{.segments = decoded.words, .isFinal = true};
   if (!decoded.words.empty() && !vocabulary_.isEmpty()) {
     const std::vector<SpeechSegment> words = likeliest(decoded);
-    SoundMatch match = vocabulary_.match(words, pronounce);
+    SoundMatch match = matchOf(words, pronounce);
     const double chance = estimate(evidenceOf(words, match), weights_);
     result.segments = std::move(match.words);
     setMeanConfidence(result.segments, chance);
@@ -83,7 +83,16 @@ SpeechResult TranscriptJudge::judge(const Decoded& decoded, const Pronounce& pro
 
 Evidence TranscriptJudge::evidence(const Decoded& decoded, const Pronounce& pronounce) const {
   const std::vector<SpeechSegment> words = likeliest(decoded);
-  return evidenceOf(words, vocabulary_.match(words, pronounce));
+  return evidenceOf(words, matchOf(words, pronounce));
+}
+
+SoundMatch TranscriptJudge::matchOf(const std::vector<SpeechSegment>& words,
+                                    const Pronounce& pronounce) const {
+  return vocabulary_.match(words, pronounce, opensNothing(words));
+}
+
+bool TranscriptJudge::opensNothing(const std::vector<SpeechSegment>& words) const {
+  return openedBy_ && openedBy_(joined(words)).empty();
 }
 
 std::vector<SpeechSegment> TranscriptJudge::likeliest(const Decoded& decoded) const {
@@ -97,14 +106,13 @@ std::vector<SpeechSegment> TranscriptJudge::likeliest(const Decoded& decoded) co
 
 Evidence TranscriptJudge::evidenceOf(std::span<const SpeechSegment> decoded,
                                      const SoundMatch& match) const {
-  const bool opensNothing = openedBy_ && openedBy_(joined(match.words)).empty();
   return {1,
           meanConfidence(decoded),
           match.closeness.inContext,
           match.closeness.changed,
           match.closeness.strange,
           match.closeness.run,
-          opensNothing ? 1.0 : 0.0};
+          opensNothing(match.words) ? 1.0 : 0.0};
 }
 
 }  // namespace zelvora::audio

@@ -59,6 +59,9 @@ class TranscriptJudge {
 
  private:
   [[nodiscard]] std::vector<SpeechSegment> likeliest(const Decoded& decoded) const;
+  [[nodiscard]] SoundMatch matchOf(const std::vector<SpeechSegment>& words,
+                                   const Pronounce& pronounce) const;
+  [[nodiscard]] bool opensNothing(const std::vector<SpeechSegment>& words) const;
   [[nodiscard]] Evidence evidenceOf(std::span<const SpeechSegment> decoded,
                                     const SoundMatch& match) const;
 

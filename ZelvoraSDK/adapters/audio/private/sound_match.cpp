@@ -10,7 +10,7 @@ namespace zelvora::audio {
 namespace {
 
 // Prices of the search, in phones that were heard altogether wrong.
-constexpr float kUnknownPrice = 2.0F;      ///< To keep a word that no phrase has.
+constexpr float kUnknownPrice = 1.5F;      ///< To keep a word that no phrase has.
 constexpr float kStrangePairPrice = 0.4F;  ///< For two words that stand in no phrase side by side.
 constexpr float kChangePrice = 0.5F;       ///< For each replacement, beside its distance.
 
@@ -32,8 +32,9 @@ constexpr std::size_t kLongestSound = 14;
 constexpr std::size_t kMostExtra = 3;
 /// As many phones in a row say all that a run can say.
 constexpr double kLongRun = 12;
-/// A transcript that is doubted as a whole may be a whole phrase when no more of its phones differ,
-constexpr float kMostUnlikePhrase = 0.3F;
+/// A transcript that is doubted as a whole, or that opens nothing, may be a whole phrase when no
+/// more of its phones differ,
+constexpr float kMostUnlikePhrase = 0.31F;
 /// when any other phrase differs by this much more,
 constexpr float kPhraseLead = 0.05F;
 /// and when the phrase has this many words: anything sounds a little like a short one.
@@ -59,8 +60,8 @@ class MatchSearch {
     for (std::size_t at = 0; at < heard.size(); ++at) findSteps(at);
   }
 
-  [[nodiscard]] SoundMatch best() {
-    if (const auto phrase = wholePhrase()) return describe(*phrase);
+  [[nodiscard]] SoundMatch best(bool opensNothing) {
+    if (const auto phrase = wholePhrase(opensNothing)) return describe(*phrase);
     walk();
     return describe(bestPath());
   }
@@ -251,8 +252,9 @@ class MatchSearch {
     float unlike = kMostUnlikePhrase;
   };
 
-  [[nodiscard]] std::optional<Likeness> wholePhrase() const {
-    if (heard_.empty() || meanConfidence(0, heard_.size()) >= kDoubtful) return std::nullopt;
+  [[nodiscard]] std::optional<Likeness> wholePhrase(bool opensNothing) const {
+    if (heard_.empty() || vocabulary_.phraseWords_.contains(ids_)) return std::nullopt;
+    if (!opensNothing && meanConfidence(0, heard_.size()) >= kDoubtful) return std::nullopt;
     std::vector<Phone> sound;
     for (const auto& word : phones_) sound.insert(sound.end(), word.begin(), word.end());
     Likeness best;
@@ -395,9 +397,9 @@ SoundVocabulary::SoundVocabulary(const std::vector<Sentence>& sentences, const P
   }
 }
 
-SoundMatch SoundVocabulary::match(std::span<const SpeechSegment> heard,
-                                  const Pronounce& pronounce) const {
-  return MatchSearch(*this, heard, pronounce).best();
+SoundMatch SoundVocabulary::match(std::span<const SpeechSegment> heard, const Pronounce& pronounce,
+                                  bool opensNothing) const {
+  return MatchSearch(*this, heard, pronounce).best(opensNothing);
 }
 
 bool SoundVocabulary::isPhrase(const Sentence& words) const {

@@ -45,10 +45,10 @@ class SoundVocabulary {
   SoundVocabulary(const std::vector<Sentence>& sentences, const Pronounce& pronounce);
 
   /// Replaces what sounds almost like a part of a phrase by that part, where its neighbours make it
-  /// likely and the transcript as a whole is about the application. A doubtful transcript that
-  /// sounds more like one whole phrase than like any other becomes that phrase.
-  [[nodiscard]] SoundMatch match(std::span<const SpeechSegment> heard,
-                                 const Pronounce& pronounce) const;
+  /// likely and the transcript as a whole is about the application. A transcript that is doubtful
+  /// or, as the caller says, opens nothing becomes the one whole phrase that it sounds most like.
+  [[nodiscard]] SoundMatch match(std::span<const SpeechSegment> heard, const Pronounce& pronounce,
+                                 bool opensNothing = false) const;
 
   /// Whether these are all the words of a phrase.
   [[nodiscard]] bool isPhrase(const Sentence& words) const;

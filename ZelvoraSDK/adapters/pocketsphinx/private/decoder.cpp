@@ -14,7 +14,6 @@
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
-#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -197,8 +196,8 @@ std::filesystem::path modelFolder(const std::filesystem::path& chosen) {
     return std::string(value ? value : "");
   };
   if (const std::string given = variable("ZELVORA_SPHINX_MODELS"); !given.empty()) return given;
-  std::istringstream folders(variable("XDG_DATA_HOME") + ":" + variable("XDG_DATA_DIRS"));
-  for (std::string folder; std::getline(folders, folder, ':');)
+  const std::string folders = variable("XDG_DATA_HOME") + ":" + variable("XDG_DATA_DIRS");
+  for (const std::string_view folder : splitWords(folders, ':'))
     if (const auto models = std::filesystem::path(folder) / "pocketsphinx/model";
         folder.starts_with('/') && Decoder::isInstalled(models))
       return models;
