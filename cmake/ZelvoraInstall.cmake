@@ -1,6 +1,6 @@
 # What `cmake --install` lays down, by component: runtime (libraries), devel (headers, CMake package,
-# pkg-config files), qml (the views), tool (the command-line tool), doc. Another project says
-# find_package(ZelvoraSDK) and links Zelvora::NAME.
+# pkg-config files), qml (the views), tool (the command-line tool), doc, shop (the example application).
+# Another project says find_package(ZelvoraSDK) and links Zelvora::NAME.
 
 include(CMakePackageConfigHelpers)
 include(ZelvoraHeaders)

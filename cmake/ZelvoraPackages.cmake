@@ -14,6 +14,9 @@ if(ZELVORA_BUILD_TOOL)
 endif()
 if(ZELVORA_BUILD_UI)
   list(APPEND CPACK_COMPONENTS_ALL qml)
+  if(ZELVORA_BUILD_EXAMPLES)
+    list(APPEND CPACK_COMPONENTS_ALL shop)
+  endif()
 endif()
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -28,6 +31,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_COMPONENT_DEVEL_DEPENDS runtime)
 set(CPACK_COMPONENT_QML_DEPENDS runtime)
+set(CPACK_COMPONENT_SHOP_DEPENDS qml doc)
 
 # zelvora_package(COMPONENT NAME SECTION SUMMARY): what else a package of Debian's must have.
 function(zelvora_package component name section summary)
@@ -57,6 +61,8 @@ zelvora_package(tool zelvora utils "command-line tool for specs of voice navigat
   " as a backend to develop against.")
 zelvora_package(doc zelvora-doc doc "voice navigation for applications, documentation"
   "The documentation of ZelvoraSDK and its example spec.")
+zelvora_package(shop zelvora-shop misc "shop that is used by tapping, typing and talking"
+  "The example application of ZelvoraSDK. Nothing can be bought in it.")
 set(CPACK_DEBIAN_DOC_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS "libboost1.81-dev")
 set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS

@@ -46,7 +46,8 @@ int run(QGuiApplication& application) {
       QStringLiteral("A shop that is used by tapping, typing and talking."));
   parser.addHelpOption();
   parser.addOption({QStringLiteral("bundle"), QStringLiteral("The application bundle."),
-                    QStringLiteral("folder"), QStringLiteral(SHOP_BUNDLE)});
+                    QStringLiteral("folder"),
+                    QString::fromStdString(zelvora::shop::ShopOptions::ownBundle().string())});
   parser.addOption({QStringLiteral("tour"), QStringLiteral("Paint all screens to PNG files."),
                     QStringLiteral("folder")});
   parser.addOption({QStringLiteral("size"), QStringLiteral("The window's, as 320x480."),
@@ -81,6 +82,7 @@ int main(int argc, char** argv) {
     if (std::string_view(argv[i]).starts_with(kTourOption)) prepareTour();
   QGuiApplication application(argc, argv);
   QGuiApplication::setApplicationName(QStringLiteral("zelvora-shop"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("io.github.zelvora.Shop"));
   try {
     return run(application);
   } catch (const std::exception& failure) {

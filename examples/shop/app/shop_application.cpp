@@ -1,5 +1,6 @@
 #include "shop_application.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFont>
 #include <QGuiApplication>
@@ -42,7 +43,14 @@ Platform withoutBackend(Platform platform) {
   return platform;
 }
 
+/// A folder that is laid down beside the program.
+QString besideProgram(const char* folder) {
+  return QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(folder);
+}
+
 }  // namespace
+
+std::filesystem::path ShopOptions::ownBundle() { return besideProgram(SHOP_BUNDLE).toStdString(); }
 
 ShopApplication::ShopApplication(const ShopOptions& options)
     : host_(main_.executor(), hostOptions(options)),
@@ -51,7 +59,7 @@ ShopApplication::ShopApplication(const ShopOptions& options)
       language_([this] { window_->engine()->retranslate(); }),
       window_(std::make_unique<QQuickView>()) {
   QQmlEngine& engine = *window_->engine();
-  engine.addImportPath(QStringLiteral(ZELVORA_QML_FOLDER));
+  engine.addImportPath(besideProgram(ZELVORA_QML_FOLDER));
   engine.addImageProvider(QStringLiteral("glyphs"), new GlyphProvider);
   setPlatformProvider(engine, [this](const ZelvoraApplication&) { return platform_; });
   window_->setTitle(QStringLiteral("Meadow"));

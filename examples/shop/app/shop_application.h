@@ -15,12 +15,15 @@ namespace zelvora::shop {
 
 struct ShopOptions {
   /// The folder of the application bundle.
-  std::filesystem::path bundle;
+  std::filesystem::path bundle = ownBundle();
   /// Where the customer's picks are counted.
   std::filesystem::path dataFolder = HostOptions::userDataFolder();
   std::shared_ptr<LogSink> log = std::make_shared<StandardOutputLogSink>();
   /// Whether the customer lets the shop listen.
   std::shared_ptr<Permissions> permissions = std::make_shared<GrantedPermissions>();
+
+  /// The one that is installed with the program. Needs a QCoreApplication.
+  static std::filesystem::path ownBundle();
 };
 
 /// The shop in a window that is not shown yet. Main thread only; needs a QGuiApplication.

@@ -85,8 +85,7 @@ class ShopApp : public ::testing::Test {
   testing::SoundServer sound_;
   std::shared_ptr<testing::StandInPermissions> permissions_ =
       std::make_shared<testing::StandInPermissions>();
-  ShopApplication app_{{.bundle = SHOP_BUNDLE,
-                        .dataFolder = folder_.path(),
+  ShopApplication app_{{.dataFolder = folder_.path(),
                         .log = std::make_shared<testing::Journal>(),
                         .permissions = permissions_}};
   std::vector<int> states_;

@@ -90,7 +90,7 @@ TEST_F(ShopApp, RanksAPickHigherTheNextTime) {
 }
 
 TEST_F(ShopApp, HasAScreenOrAPresentationForEachTaskOfItsSpec) {
-  const std::string spec = readFile(std::filesystem::path(SHOP_BUNDLE) / "shop.json");
+  const std::string spec = readFile(ShopOptions::ownBundle() / "shop.json");
   const auto tasks = QJsonDocument::fromJson(QByteArray::fromStdString(spec))["tasks"].toArray();
   ASSERT_FALSE(tasks.isEmpty());
   for (const QJsonValue& task : tasks) {
