@@ -144,4 +144,18 @@ LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec
   return answer;
 }
 
+std::string openedLocally(const std::string& text, const PreparedSpec& spec,
+                          const std::string& locale) {
+  if (!spec.tasks()) return text;
+  const std::string utterance = cleanUtterance(text, spec, locale).normalized;
+  if (utterance.empty()) return {};
+  const RouteLocally route = [&](std::string_view each) {
+    return spec.tasks()->route(each, spec.thresholds());
+  };
+  const ZelvoraResult result = answerLocally(utterance, spec, locale, route, {}).result;
+  if (const auto* execute = std::get_if<ZelvoraExecute>(&result)) return execute->screenId;
+  const auto* present = std::get_if<ZelvoraPresent>(&result);
+  return present ? present->presentationId : std::string();
+}
+
 }  // namespace zelvora

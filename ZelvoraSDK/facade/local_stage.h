@@ -75,4 +75,9 @@ LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec
                           const std::string& locale, const RouteLocally& route,
                           const ExpansionMoment& moment);
 
+/// The screen or presentation that `text` opens on the device, without a session; empty when it
+/// opens none, and `text` itself where the device can score nothing.
+std::string openedLocally(const std::string& text, const PreparedSpec& spec,
+                          const std::string& locale);
+
 }  // namespace zelvora

@@ -4,6 +4,7 @@
 #include <ZelvoraSDK/async/call_scope.h>
 #include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/backend/transcription.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/private/zelvora_core.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/facade/transcript_decision.h>
@@ -69,6 +70,9 @@ std::shared_ptr<ZelvoraLocalSpeechRecognizer> makeRecognizer(const Platform& pla
   auto& permissions = parts.engine.speech.permissions;
   permissions = std::make_shared<ScopedPermissions>(scope, std::move(permissions));
   parts.engine.phrases = [spec, locale = settings.locale] { return phrasesOf(spec, locale); };
+  parts.engine.openedBy = [spec, locale = settings.locale](const std::string& text) {
+    return openedLocally(text, spec->get(), locale);
+  };
   parts.engine.isTextNeeded = !mayAskCloud(settings.sttConfig.mode);
   return ZelvoraLocalSpeechRecognizer::make(settings.locale, std::move(parts));
 }

@@ -42,6 +42,10 @@ class SpeechRecognitionTask {
   virtual std::optional<SpeechResult> finish(Seconds limit) = 0;
 };
 
+/// Names the screen or presentation that a text opens on the device, or returns "". Callable from
+/// any thread at any time; does not throw.
+using OpenedBy = std::function<std::string(const std::string& text)>;
+
 /// What a recogniser is wanted for.
 struct RecognitionRequest {
   std::string locale;
@@ -51,8 +55,14 @@ struct RecognitionRequest {
   /// False when the sound goes to the cloud and text from the device is only welcome: a factory
   /// without a recogniser for `locale` may then give one that hears no words.
   bool isTextNeeded = true;
+  /// What a transcript leads to: one that opens nothing is more often misheard, and of two the one
+  /// that opens something may win. Unset where nobody can tell.
+  OpenedBy openedBy;
 
-  bool operator==(const RecognitionRequest&) const = default;
+  /// Functions can't be compared, so `openedBy` does not count.
+  bool operator==(const RecognitionRequest& other) const {
+    return locale == other.locale && phrases == other.phrases && isTextNeeded == other.isTextNeeded;
+  }
 };
 
 /// Turns speech of one locale into text, on the device. Callable from any thread.

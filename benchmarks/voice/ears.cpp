@@ -29,9 +29,9 @@ SpeechResult resultOf(std::vector<SpeechSegment> words) {
 }
 
 template <class Engine>
-Heard listen(const char* recogniser, Engine& engine, const Clip& clip) {
+Heard listen(const char* recogniser, Engine& engine, const Clip& clip, const OpenedBy& openedBy) {
   const double start = threadSeconds();
-  engine.begin();
+  engine.begin(openedBy);
   std::span<const std::int16_t> rest(clip.samples);
   for (; rest.size() > kBuffer; rest = rest.subspan(kBuffer)) {
     engine.hear(rest.first(kBuffer));
@@ -60,7 +60,7 @@ void write(std::ostream& out, const std::string& sound, std::size_t index, bool 
   out << '\n';
 }
 
-audio::OpenedBy openedIn(const Domain& domain) {
+OpenedBy openedIn(const Domain& domain) {
   return [&domain](const std::string& text) { return domain.taskOf(text); };
 }
 
@@ -87,25 +87,25 @@ class Progress {
 class Ears::Lane {
  public:
   Lane(const Domain& domain, const EarOptions& options)
-      : sphinx_(domain.vocabulary(), openedIn(domain)) {
+      : openedBy_(openedIn(domain)), sphinx_(domain.vocabulary()) {
 #ifdef ZELVORA_HAS_SHERPA
     if (options.model)
-      transducer_.emplace(SherpaModel{.folder = *options.model}, domain.vocabulary(),
-                          openedIn(domain));
+      transducer_.emplace(SherpaModel{.folder = *options.model}, domain.vocabulary());
 #else
     static_cast<void>(options);
 #endif
   }
 
   std::vector<Heard> hear(const Clip& clip) {
-    std::vector<Heard> heard{listen("pocketsphinx", sphinx_, clip)};
+    std::vector<Heard> heard{listen("pocketsphinx", sphinx_, clip, openedBy_)};
 #ifdef ZELVORA_HAS_SHERPA
-    if (transducer_) heard.push_back(listen("sherpa", *transducer_, clip));
+    if (transducer_) heard.push_back(listen("sherpa", *transducer_, clip, openedBy_));
 #endif
     return heard;
   }
 
  private:
+  OpenedBy openedBy_;
   sphinx::Decoder sphinx_;
 #ifdef ZELVORA_HAS_SHERPA
   std::optional<sherpa::Transducer> transducer_;

@@ -225,13 +225,15 @@ TEST_F(SpokenCommandTest, OutlivesItsFacade) {
   EXPECT_TRUE(results_.empty());
 }
 
-TEST_F(SpokenCommandTest, HandsTheVocabularyToTheRecogniser) {
+TEST_F(SpokenCommandTest, HandsTheRecogniserWhatToExpect) {
   zelvora_->prepareVoice();
   ASSERT_TRUE(application_.runUntil([&] { return !ports_.recognizer->request().phrases.empty(); }));
   const auto request = ports_.recognizer->request();
   EXPECT_EQ(request.locale, "en-US");
   EXPECT_TRUE(request.isTextNeeded);
   EXPECT_THAT(request.phrases, ::testing::IsSupersetOf({"Cart", "my cart", "open my cart"}));
+  EXPECT_EQ(request.openedBy("open cart"), "cart_screen");
+  EXPECT_EQ(request.openedBy("something else"), "");
   zelvora_->releaseVoice();
   std::vector<std::string> lines;
   EXPECT_TRUE(application_.runUntil([&] {

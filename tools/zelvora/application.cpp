@@ -346,13 +346,11 @@ Application::Application(const CommonOptions& options)
 }
 
 void Application::enableSpeech(const Hearing& hearing) {
-  platform_.speech = hostSpeech(
-      {.vocabulary = recognitionVocabulary(spec_, settings_.locale),
-       .model = hearing.model,
-       .modelAlone = hearing.modelAlone,
-       .openedBy = openedBy(std::make_shared<const PreparedSpec>(spec_), settings_.locale),
-       .soundFile = hearing.soundFile},
-      *platform_.executors, platform_.log);
+  platform_.speech = hostSpeech({.vocabulary = recognitionVocabulary(spec_, settings_.locale),
+                                 .model = hearing.model,
+                                 .modelAlone = hearing.modelAlone,
+                                 .soundFile = hearing.soundFile},
+                                *platform_.executors, platform_.log);
 }
 
 Zelvora& Application::facade() {

@@ -191,16 +191,6 @@ Explanation explain(const std::string& text, const PreparedSpec& spec, const std
   return explanation;
 }
 
-std::function<std::string(const std::string& text)> openedBy(
-    std::shared_ptr<const PreparedSpec> spec, std::string locale) {
-  return [known = std::move(spec), where = std::move(locale)](const std::string& text) {
-    const ZelvoraResult result = explain(text, *known, where, Timestamp{}).result;
-    if (const auto* execute = std::get_if<ZelvoraExecute>(&result)) return execute->screenId;
-    const auto* present = std::get_if<ZelvoraPresent>(&result);
-    return present ? present->presentationId : std::string();
-  };
-}
-
 std::string explanationLine(const Explanation& explanation) {
   return jsonObject([&](JsonWriter& out) {
     out.member("text", explanation.text);

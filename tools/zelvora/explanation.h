@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,11 +24,6 @@ struct Explanation {
 /// Sends, records, reports and counts nothing. Valid as long as `spec`.
 Explanation explain(const std::string& text, const PreparedSpec& spec, const std::string& locale,
                     Timestamp now);
-
-/// The screen or presentation that a text opens on the device; empty when it opens none. Callable
-/// from any thread.
-std::function<std::string(const std::string& text)> openedBy(
-    std::shared_ptr<const PreparedSpec> spec, std::string locale);
 
 /// One JSON object, without a line end.
 std::string explanationLine(const Explanation& explanation);

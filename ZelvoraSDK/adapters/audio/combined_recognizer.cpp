@@ -39,9 +39,7 @@ SpeechResult withLogOdds(SpeechResult result, double odds) {
 /// The two tasks of one capture, and what they said. Their handlers keep it alive.
 class Pair {
  public:
-  Pair(SpeechRecognizer::Handler handler,
-       std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy)
-      : openedBy_(std::move(openedBy)) {
+  Pair(SpeechRecognizer::Handler handler, OpenedBy openedBy) : openedBy_(std::move(openedBy)) {
     state_.with([&](State& state) { state.handler = std::move(handler); });
   }
 
@@ -125,11 +123,11 @@ class Pair {
   }
 
   [[nodiscard]] Opinion opinionOf(const SpeechResult& result) const {
-    return {.result = result, .opens = *openedBy_ ? (*openedBy_)(result.text) : result.text};
+    return {.result = result, .opens = openedBy_ ? openedBy_(result.text) : result.text};
   }
 
   Guarded<State> state_;
-  std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy_;
+  OpenedBy openedBy_;
 };
 
 class CombinedTask final : public SpeechRecognitionTask {
@@ -170,8 +168,7 @@ class CombinedTask final : public SpeechRecognitionTask {
 class CombinedRecognizer final : public SpeechRecognizer {
  public:
   CombinedRecognizer(std::unique_ptr<SpeechRecognizer> first,
-                     std::unique_ptr<SpeechRecognizer> second,
-                     std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy)
+                     std::unique_ptr<SpeechRecognizer> second, OpenedBy openedBy)
       : first_(std::move(first)), second_(std::move(second)), openedBy_(std::move(openedBy)) {}
 
   [[nodiscard]] bool isAvailable() const override {
@@ -189,7 +186,7 @@ class CombinedRecognizer final : public SpeechRecognizer {
  private:
   std::unique_ptr<SpeechRecognizer> first_;
   std::unique_ptr<SpeechRecognizer> second_;
-  std::shared_ptr<const CombinedRecognizerFactory::OpenedBy> openedBy_;
+  OpenedBy openedBy_;
 };
 
 }  // namespace
@@ -211,11 +208,8 @@ SpeechResult combined(Opinion first, Opinion second) {
 }
 
 CombinedRecognizerFactory::CombinedRecognizerFactory(
-    std::shared_ptr<SpeechRecognizerFactory> first, std::shared_ptr<SpeechRecognizerFactory> second,
-    OpenedBy openedBy)
-    : first_(std::move(first)),
-      second_(std::move(second)),
-      openedBy_(std::make_shared<const OpenedBy>(std::move(openedBy))) {}
+    std::shared_ptr<SpeechRecognizerFactory> first, std::shared_ptr<SpeechRecognizerFactory> second)
+    : first_(std::move(first)), second_(std::move(second)) {}
 
 std::unique_ptr<SpeechRecognizer> CombinedRecognizerFactory::makeRecognizer(
     const std::string& locale) {
@@ -228,7 +222,8 @@ std::unique_ptr<SpeechRecognizer> CombinedRecognizerFactory::makeRecognizerFor(
   auto second = second_->makeRecognizerFor(request);
   if (!first) return second;
   if (!second) return first;
-  return std::make_unique<CombinedRecognizer>(std::move(first), std::move(second), openedBy_);
+  return std::make_unique<CombinedRecognizer>(std::move(first), std::move(second),
+                                              request.openedBy);
 }
 
 void CombinedRecognizerFactory::prepare(const RecognitionRequest& request) {

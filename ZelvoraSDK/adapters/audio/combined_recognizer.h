@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -16,14 +15,10 @@ namespace zelvora {
 /// locale, the other is all there is.
 class CombinedRecognizerFactory final : public SpeechRecognizerFactory {
  public:
-  /// What a transcript opens, and nothing when it opens nothing. Called on threads of the
-  /// recognisers'; must not throw.
-  using OpenedBy = std::function<std::string(const std::string& text)>;
-
-  /// Without `openedBy` a transcript leads to its own words. No factory may be null.
+  /// Where a request does not say what transcripts open, each leads to its own words. No factory
+  /// may be null.
   CombinedRecognizerFactory(std::shared_ptr<SpeechRecognizerFactory> first,
-                            std::shared_ptr<SpeechRecognizerFactory> second,
-                            OpenedBy openedBy = {});
+                            std::shared_ptr<SpeechRecognizerFactory> second);
 
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;
   std::unique_ptr<SpeechRecognizer> makeRecognizerFor(const RecognitionRequest& request) override;
@@ -33,7 +28,6 @@ class CombinedRecognizerFactory final : public SpeechRecognizerFactory {
  private:
   std::shared_ptr<SpeechRecognizerFactory> first_;
   std::shared_ptr<SpeechRecognizerFactory> second_;
-  std::shared_ptr<const OpenedBy> openedBy_;
 };
 
 /// A final result, and what its text opens.

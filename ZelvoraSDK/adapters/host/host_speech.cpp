@@ -28,19 +28,19 @@ std::shared_ptr<AudioEngineFactory> microphone(const HostSpeechOptions& options,
 
 std::shared_ptr<SpeechRecognizerFactory> ownRecognizers(const HostSpeechOptions& options,
                                                         std::shared_ptr<LogSink> log) {
-  return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, options.openedBy,
-                                                         std::move(log), options.sphinxModels);
+  return std::make_shared<PocketsphinxRecognizerFactory>(options.vocabulary, std::move(log),
+                                                         options.sphinxModels);
 }
 
 std::shared_ptr<SpeechRecognizerFactory> withModel(const HostSpeechOptions& options,
                                                    [[maybe_unused]] std::shared_ptr<LogSink> log) {
 #ifdef ZELVORA_HAS_SHERPA
   auto model = std::make_shared<SherpaRecognizerFactory>(SherpaModel{.folder = *options.model},
-                                                         options.vocabulary, options.openedBy);
+                                                         options.vocabulary);
   model->preload();
   if (options.modelAlone) return model;
   return std::make_shared<CombinedRecognizerFactory>(ownRecognizers(options, std::move(log)),
-                                                     std::move(model), options.openedBy);
+                                                     std::move(model));
 #else
   throw Error("ZelvoraHost", 2,
               options.model->string() + ": this build has no recogniser that takes a model");

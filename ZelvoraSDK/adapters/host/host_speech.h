@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,11 +31,6 @@ struct HostSpeechOptions {
   /// recogniser or, where `modelAlone` says so, in its place. Needs a build with sherpa-onnx.
   std::optional<std::filesystem::path> model;
   bool modelAlone = false;
-  /// Names the screen or presentation that a transcript opens, or returns "". A transcript that
-  /// opens nothing is believed less, and of two recognisers the one that opens something wins.
-  /// Called on their threads, also at the same time; must not throw. Without it every transcript
-  /// counts as one that opens something, and two recognisers are compared by their words.
-  std::function<std::string(const std::string& text)> openedBy;
   /// Asked before the first capture.
   std::shared_ptr<Permissions> permissions = std::make_shared<GrantedPermissions>();
   /// A sound file that is heard in real time instead of the microphone.

@@ -24,17 +24,15 @@ bool isEnglish(const std::string& locale) {
 
 }  // namespace
 
-PocketsphinxRecognizerFactory::PocketsphinxRecognizerFactory(
-    std::vector<std::string> vocabulary,
-    std::function<std::string(const std::string& text)> openedBy, std::shared_ptr<LogSink> log,
-    const std::filesystem::path& models)
+PocketsphinxRecognizerFactory::PocketsphinxRecognizerFactory(std::vector<std::string> vocabulary,
+                                                             std::shared_ptr<LogSink> log,
+                                                             const std::filesystem::path& models)
     : models_(sphinx::modelFolder(models)),
-      decoders_(std::make_unique<audio::Decoders>(std::move(vocabulary),
-                                                  [opened = std::move(openedBy), folder = models_](
-                                                      const audio::Decoders::Phrases& phrases) {
-                                                    return std::make_unique<sphinx::Decoder>(
-                                                        phrases, opened, folder);
-                                                  })),
+      decoders_(std::make_unique<audio::Decoders>(
+          std::move(vocabulary),
+          [folder = models_](const audio::Decoders::Phrases& phrases) {
+            return std::make_unique<sphinx::Decoder>(phrases, folder);
+          })),
       log_(std::move(log)) {}
 
 PocketsphinxRecognizerFactory::~PocketsphinxRecognizerFactory() = default;
@@ -50,8 +48,9 @@ std::unique_ptr<SpeechRecognizer> PocketsphinxRecognizerFactory::makeRecognizerF
   sayWhichEnglish(request.locale);
   auto thread = decoders_->expecting(request.phrases);
   thread->loadInBackground();
-  return audio::streamRecognizer(
-      std::move(thread), [folder = models_] { return sphinx::Decoder::isInstalled(folder); });
+  return audio::streamRecognizer(std::move(thread), request.openedBy, [folder = models_] {
+    return sphinx::Decoder::isInstalled(folder);
+  });
 }
 
 void PocketsphinxRecognizerFactory::prepare(const RecognitionRequest& request) {

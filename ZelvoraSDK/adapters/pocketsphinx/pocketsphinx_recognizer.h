@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -28,16 +27,13 @@ class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// `vocabulary` holds phrases to expect besides those of each request, names of brands included;
   /// those in another script than Latin or with digits are passed over. Without any the stock model
-  /// is used. `openedBy` names the screen or presentation that a transcript opens, or returns "": a
-  /// transcript that opens nothing is believed less. It is called on the recogniser's thread and
-  /// must not throw. `log` gets a line for a region that the model does not speak. `models` is a
+  /// is used. `log` gets a line for a region that the model does not speak. `models` is a
   /// folder with models of English; where it is empty, $ZELVORA_SPHINX_MODELS, then
   /// pocketsphinx/model below $XDG_DATA_HOME and $XDG_DATA_DIRS, then the one of this system's
   /// package.
-  explicit PocketsphinxRecognizerFactory(
-      std::vector<std::string> vocabulary = {},
-      std::function<std::string(const std::string& text)> openedBy = {},
-      std::shared_ptr<LogSink> log = nullptr, const std::filesystem::path& models = {});
+  explicit PocketsphinxRecognizerFactory(std::vector<std::string> vocabulary = {},
+                                         std::shared_ptr<LogSink> log = nullptr,
+                                         const std::filesystem::path& models = {});
   ~PocketsphinxRecognizerFactory() override;
 
   std::unique_ptr<SpeechRecognizer> makeRecognizer(const std::string& locale) override;

@@ -19,14 +19,12 @@ std::string plain(const std::string& locale) {
 
 }  // namespace
 
-SherpaRecognizerFactory::SherpaRecognizerFactory(
-    SherpaModel model, std::vector<std::string> vocabulary,
-    std::function<std::string(const std::string& text)> openedBy) {
+SherpaRecognizerFactory::SherpaRecognizerFactory(SherpaModel model,
+                                                 std::vector<std::string> vocabulary) {
   for (const std::string& locale : model.locales) locales_.push_back(plain(locale));
   decoders_ = std::make_unique<audio::Decoders>(
-      std::move(vocabulary), [which = std::move(model), opened = std::move(openedBy)](
-                                 const audio::Decoders::Phrases& phrases) {
-        return std::make_unique<sherpa::Transducer>(which, phrases, opened);
+      std::move(vocabulary), [which = std::move(model)](const audio::Decoders::Phrases& phrases) {
+        return std::make_unique<sherpa::Transducer>(which, phrases);
       });
 }
 
@@ -46,7 +44,7 @@ std::unique_ptr<SpeechRecognizer> SherpaRecognizerFactory::makeRecognizerFor(
   if (!speaks(request.locale)) return nullptr;
   auto thread = decoders_->expecting(request.phrases);
   thread->loadInBackground();
-  return audio::streamRecognizer(std::move(thread), [] { return true; });
+  return audio::streamRecognizer(std::move(thread), request.openedBy, [] { return true; });
 }
 
 void SherpaRecognizerFactory::prepare(const RecognitionRequest& request) {

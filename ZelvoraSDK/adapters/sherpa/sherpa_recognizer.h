@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,12 +35,8 @@ struct SherpaModel {
 /// "ZelvoraSpeechRecognizer".
 class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
  public:
-  /// `openedBy` names the screen or presentation that a transcript opens, or returns "": a
-  /// transcript that opens nothing is believed less. It is called on the recogniser's thread and
-  /// must not throw.
-  explicit SherpaRecognizerFactory(
-      SherpaModel model, std::vector<std::string> vocabulary = {},
-      std::function<std::string(const std::string& text)> openedBy = {});
+  /// `vocabulary` holds phrases to expect besides those of each request.
+  explicit SherpaRecognizerFactory(SherpaModel model, std::vector<std::string> vocabulary = {});
 
   ~SherpaRecognizerFactory() override;
 

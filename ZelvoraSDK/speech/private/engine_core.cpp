@@ -206,7 +206,8 @@ const RecognitionRequest& EngineCore::request() {
     request_ = RecognitionRequest{
         .locale = locale_,
         .phrases = parts_.phrases ? parts_.phrases() : std::vector<std::string>(),
-        .isTextNeeded = parts_.isTextNeeded};
+        .isTextNeeded = parts_.isTextNeeded,
+        .openedBy = parts_.openedBy};
   return *request_;
 }
 

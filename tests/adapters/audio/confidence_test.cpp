@@ -35,11 +35,11 @@ TEST(Confidence, MovesWordsToAMeanAndKeepsTheirRank) {
 }
 
 SpeechResult judged(const std::vector<SpeechSegment>& decoded,
-                    const std::vector<Sentence>& alternatives = {}, OpenedBy openedBy = {}) {
+                    const std::vector<Sentence>& alternatives = {}, const OpenedBy& openedBy = {}) {
   const TranscriptJudge judge(
       {"open my cart", "track my order", "gift cards", "show me the stores", "stores"},
-      &pronunciation, kSphinxWeights, std::move(openedBy));
-  return judge.judge({decoded, alternatives}, &pronunciation);
+      &pronunciation, kSphinxWeights, WholePhrases::alsoWhereNothingOpens);
+  return judge.judge({decoded, alternatives}, &pronunciation, openedBy);
 }
 
 TEST(Confidence, IsHighForCommandsAndLowForOtherSentences) {
@@ -59,7 +59,7 @@ TEST(Confidence, IsHighForCommandsAndLowForOtherSentences) {
 TEST(Confidence, StaysTheDecodersOwnWithoutAVocabulary) {
   const SpeechResult result = TranscriptJudge().judge(
       {.words = {{"hello", 0.25}, {"there", 0.75}}, .alternatives = {{"hello", "where"}}},
-      &pronunciation);
+      &pronunciation, {});
   EXPECT_EQ(result.text, "hello there");
   EXPECT_EQ(result.segments[0].confidence, 0.25);
   EXPECT_TRUE(judged({}).segments.empty());

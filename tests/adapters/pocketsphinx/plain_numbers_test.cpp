@@ -18,7 +18,7 @@ using zelvora::testing::GermanNumbers;
 
 std::string heard(const std::vector<std::int16_t>& sound) {
   Decoder decoder({"open my cart", "track my order", "show me the size guide"});
-  decoder.begin();
+  decoder.begin({});
   decoder.hear(sound);
   const SpeechResult result = decoder.end();
   std::string text = result.text;

@@ -202,7 +202,7 @@ TEST(PocketsphinxRecognizer, RefusesASecondTaskWhileOneRuns) {
 
 TEST(PocketsphinxRecognizer, HearsEveryEnglishAsThatOfTheUsaAndSaysSoOnce) {
   const auto log = std::make_shared<testing::RecordingLog>();
-  PocketsphinxRecognizerFactory logging({}, {}, log);
+  PocketsphinxRecognizerFactory logging({}, log);
   for (const char* locale : {"en", "en-US", "EN_us", "en-GB", "en_GB", "en_AU"})
     EXPECT_TRUE(logging.makeRecognizer(locale)) << locale;
   for (const char* locale : {"", "he-IL", "english"})

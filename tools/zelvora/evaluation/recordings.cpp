@@ -12,6 +12,7 @@
 #include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/facade/transcript_decision.h>
@@ -19,7 +20,6 @@
 #include <ZelvoraSDK/speech/endpointing.h>
 
 #include "../application.h"
-#include "../explanation.h"
 
 namespace zelvora::tool {
 namespace {
@@ -32,9 +32,8 @@ constexpr Seconds kLongestWait{60};
 /// One recogniser with a thread of its own. Its tasks report while `catchUp` waits for them.
 class Ear {
  public:
-  Ear(const std::vector<std::string>& phrases,
-      std::function<std::string(const std::string&)> openedBy, const std::string& locale)
-      : factory_(phrases, std::move(openedBy)), recognizer_(factory_.makeRecognizer(locale)) {}
+  explicit Ear(const RecognitionRequest& request)
+      : recognizer_(factory_.makeRecognizerFor(request)) {}
 
   /// Whether it knows the locale.
   [[nodiscard]] bool canHear() const { return recognizer_ && recognizer_->isAvailable(); }
@@ -114,8 +113,12 @@ class Ears {
     const std::string place = utterance.file.string() + ":" + std::to_string(utterance.line) + ": ";
     std::unique_ptr<Ear>& ear = ears_[utterance.locale];
     if (!ear)
-      ear = std::make_unique<Ear>(recognitionVocabulary(spec_, utterance.locale),
-                                  openedBy(prepared_, utterance.locale), utterance.locale);
+      ear = std::make_unique<Ear>(RecognitionRequest{
+          .locale = utterance.locale,
+          .phrases = recognitionVocabulary(spec_, utterance.locale),
+          .openedBy = [spec = prepared_, locale = utterance.locale](const std::string& text) {
+            return openedLocally(text, *spec, locale);
+          }});
     if (!ear->canHear()) throw UsageError(place + "no recogniser for " + utterance.locale);
     try {
       return ear->hear(utterance.file.parent_path() / utterance.text);

@@ -41,6 +41,21 @@ std::vector<SpeechSegment> believedAs(const Sentence& alternative,
   return words;
 }
 
+bool opensNothing(std::span<const SpeechSegment> words, const OpenedBy& openedBy) {
+  return openedBy && openedBy(joined(words)).empty();
+}
+
+Evidence evidenceOf(std::span<const SpeechSegment> decoded, const SoundMatch& match,
+                    const OpenedBy& openedBy) {
+  return {1,
+          meanConfidence(decoded),
+          match.closeness.inContext,
+          match.closeness.changed,
+          match.closeness.strange,
+          match.closeness.run,
+          opensNothing(match.words, openedBy) ? 1.0 : 0.0};
+}
+
 }  // namespace
 
 double estimate(const Evidence& evidence, const Weights& weights) {
@@ -63,17 +78,18 @@ void setMeanConfidence(std::vector<SpeechSegment>& words, double mean) {
 
 TranscriptJudge::TranscriptJudge(const std::vector<std::string>& phrases,
                                  const Pronounce& pronounce, const Weights& weights,
-                                 OpenedBy openedBy)
+                                 WholePhrases wholePhrases)
     : vocabulary_(spokenSentences(phrases), pronounce),
       weights_(weights),
-      openedBy_(std::move(openedBy)) {}
+      wholePhrases_(wholePhrases) {}
 
-SpeechResult TranscriptJudge::judge(const Decoded& decoded, const Pronounce& pronounce) const {
+SpeechResult TranscriptJudge::judge(const Decoded& decoded, const Pronounce& pronounce,
+                                    const OpenedBy& openedBy) const {
   SpeechResult result{.segments = decoded.words, .isFinal = true};
   if (!decoded.words.empty() && !vocabulary_.isEmpty()) {
     const std::vector<SpeechSegment> words = likeliest(decoded);
-    SoundMatch match = matchOf(words, pronounce);
-    const double chance = estimate(evidenceOf(words, match), weights_);
+    SoundMatch match = matchOf(words, pronounce, openedBy);
+    const double chance = estimate(evidenceOf(words, match, openedBy), weights_);
     result.segments = std::move(match.words);
     setMeanConfidence(result.segments, chance);
   }
@@ -81,18 +97,16 @@ SpeechResult TranscriptJudge::judge(const Decoded& decoded, const Pronounce& pro
   return result;
 }
 
-Evidence TranscriptJudge::evidence(const Decoded& decoded, const Pronounce& pronounce) const {
+Evidence TranscriptJudge::evidence(const Decoded& decoded, const Pronounce& pronounce,
+                                   const OpenedBy& openedBy) const {
   const std::vector<SpeechSegment> words = likeliest(decoded);
-  return evidenceOf(words, matchOf(words, pronounce));
+  return evidenceOf(words, matchOf(words, pronounce, openedBy), openedBy);
 }
 
 SoundMatch TranscriptJudge::matchOf(const std::vector<SpeechSegment>& words,
-                                    const Pronounce& pronounce) const {
-  return vocabulary_.match(words, pronounce, opensNothing(words));
-}
-
-bool TranscriptJudge::opensNothing(const std::vector<SpeechSegment>& words) const {
-  return openedBy_ && openedBy_(joined(words)).empty();
+                                    const Pronounce& pronounce, const OpenedBy& openedBy) const {
+  const bool isAsked = wholePhrases_ == WholePhrases::alsoWhereNothingOpens;
+  return vocabulary_.match(words, pronounce, isAsked && opensNothing(words, openedBy));
 }
 
 std::vector<SpeechSegment> TranscriptJudge::likeliest(const Decoded& decoded) const {
@@ -102,17 +116,6 @@ std::vector<SpeechSegment> TranscriptJudge::likeliest(const Decoded& decoded) co
     return words.size() > 1 && vocabulary_.isPhrase(words);
   });
   return found == decoded.alternatives.end() ? decoded.words : believedAs(*found, decoded.words);
-}
-
-Evidence TranscriptJudge::evidenceOf(std::span<const SpeechSegment> decoded,
-                                     const SoundMatch& match) const {
-  return {1,
-          meanConfidence(decoded),
-          match.closeness.inContext,
-          match.closeness.changed,
-          match.closeness.strange,
-          match.closeness.run,
-          opensNothing(match.words) ? 1.0 : 0.0};
 }
 
 }  // namespace zelvora::audio

@@ -33,41 +33,43 @@ inline constexpr Weights kTransducerWeights{-3.06, 0.67, 3.47, 1.09, -1.37, 0.97
 /// its rank. Pure.
 void setMeanConfidence(std::vector<SpeechSegment>& words, double mean);
 
-/// What a transcript opens at once; empty when it opens nothing.
-using OpenedBy = std::function<std::string(const std::string& text)>;
-
 /// What an engine made of an utterance.
 struct Decoded {
   std::vector<SpeechSegment> words;
   std::vector<Sentence> alternatives;  ///< What else it may have been, the likeliest first.
 };
 
+/// When a whole transcript is taken for the phrase that it sounds most like.
+enum class WholePhrases {
+  whereDoubted,           ///< When the engine doubts its words.
+  alsoWhereNothingOpens,  ///< For an engine that is sure of much that was not said.
+};
+
 /// From what an engine decoded to what the application is given. Immutable once made.
 class TranscriptJudge {
  public:
   TranscriptJudge() = default;
-  /// Without phrases a transcript stays as it was decoded, its confidences included. Without
-  /// `openedBy` every transcript counts as one that opens something.
+  /// Without phrases a transcript stays as it was decoded, its confidences included.
   TranscriptJudge(const std::vector<std::string>& phrases, const Pronounce& pronounce,
-                  const Weights& weights, OpenedBy openedBy = {});
+                  const Weights& weights, WholePhrases wholePhrases = WholePhrases::whereDoubted);
 
-  /// An alternative that is a whole phrase is taken for what was said.
-  [[nodiscard]] SpeechResult judge(const Decoded& decoded, const Pronounce& pronounce) const;
+  /// An alternative that is a whole phrase is taken for what was said. Without `openedBy` every
+  /// transcript counts as one that opens something.
+  [[nodiscard]] SpeechResult judge(const Decoded& decoded, const Pronounce& pronounce,
+                                   const OpenedBy& openedBy) const;
 
   /// What the confidence of that result is estimated from.
-  [[nodiscard]] Evidence evidence(const Decoded& decoded, const Pronounce& pronounce) const;
+  [[nodiscard]] Evidence evidence(const Decoded& decoded, const Pronounce& pronounce,
+                                  const OpenedBy& openedBy) const;
 
  private:
-  [[nodiscard]] std::vector<SpeechSegment> likeliest(const Decoded& decoded) const;
   [[nodiscard]] SoundMatch matchOf(const std::vector<SpeechSegment>& words,
-                                   const Pronounce& pronounce) const;
-  [[nodiscard]] bool opensNothing(const std::vector<SpeechSegment>& words) const;
-  [[nodiscard]] Evidence evidenceOf(std::span<const SpeechSegment> decoded,
-                                    const SoundMatch& match) const;
+                                   const Pronounce& pronounce, const OpenedBy& openedBy) const;
+  [[nodiscard]] std::vector<SpeechSegment> likeliest(const Decoded& decoded) const;
 
   SoundVocabulary vocabulary_;
   Weights weights_{};
-  OpenedBy openedBy_;
+  WholePhrases wholePhrases_ = WholePhrases::whereDoubted;
 };
 
 }  // namespace zelvora::audio

@@ -5,9 +5,11 @@
 
 namespace zelvora::audio {
 
-Recognition::Recognition(std::shared_ptr<DecoderThread> thread, bool reportPartialResults,
-                         SpeechRecognizer::Handler handler)
-    : thread_(std::move(thread)), reportPartialResults_(reportPartialResults) {
+Recognition::Recognition(std::shared_ptr<DecoderThread> thread, OpenedBy openedBy,
+                         bool reportPartialResults, SpeechRecognizer::Handler handler)
+    : thread_(std::move(thread)),
+      openedBy_(std::move(openedBy)),
+      reportPartialResults_(reportPartialResults) {
   listener_.with([&](Listener& listener) { listener.handler = std::move(handler); });
 }
 
@@ -54,7 +56,7 @@ void Recognition::forgetListener() {
 
 void Recognition::startDecoding() {
   try {
-    thread_->decoder().begin();
+    thread_->decoder().begin(openedBy_);
     isDecoding_ = true;
   } catch (const Error& failure) {
     fail(failure);

@@ -14,7 +14,7 @@ namespace zelvora::audio {
 /// One utterance on its way through the decoder. Public calls from any thread, in any order.
 class Recognition : public std::enable_shared_from_this<Recognition> {
  public:
-  Recognition(std::shared_ptr<DecoderThread> thread, bool reportPartialResults,
+  Recognition(std::shared_ptr<DecoderThread> thread, OpenedBy openedBy, bool reportPartialResults,
               SpeechRecognizer::Handler handler);
 
   void begin();
@@ -42,6 +42,7 @@ class Recognition : public std::enable_shared_from_this<Recognition> {
   void fail(const Error& failure);
 
   std::shared_ptr<DecoderThread> thread_;
+  OpenedBy openedBy_;
   bool reportPartialResults_;
   Guarded<Listener> listener_;
   Guarded<bool> audioEnded_;

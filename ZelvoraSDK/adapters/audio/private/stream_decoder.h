@@ -15,8 +15,9 @@ class StreamDecoder {
  public:
   virtual ~StreamDecoder() = default;
 
-  /// Begins an utterance; one that was not ended is dropped. Throws Error.
-  virtual void begin() = 0;
+  /// Begins an utterance whose transcripts lead where `openedBy` says; one that was not ended is
+  /// dropped. Throws Error.
+  virtual void begin(OpenedBy openedBy) = 0;
   /// Sound of `kModelRate`.
   virtual void hear(std::span<const std::int16_t> sound) = 0;
   /// What has been understood so far; no confidence is known yet.

@@ -9,11 +9,11 @@ namespace {
 
 class StreamTask final : public SpeechRecognitionTask {
  public:
-  StreamTask(std::shared_ptr<DecoderThread> thread, bool reportPartialResults,
-             SpeechRecognizer::Handler handler)
+  StreamTask(std::shared_ptr<DecoderThread> thread, const OpenedBy& openedBy,
+             bool reportPartialResults, SpeechRecognizer::Handler handler)
       : thread_(std::move(thread)),
-        recognition_(
-            std::make_shared<Recognition>(thread_, reportPartialResults, std::move(handler))) {
+        recognition_(std::make_shared<Recognition>(thread_, openedBy, reportPartialResults,
+                                                   std::move(handler))) {
     thread_->claim(recognition_.get());
     recognition_->begin();
   }
@@ -38,26 +38,33 @@ class StreamTask final : public SpeechRecognitionTask {
 
 class StreamRecognizer final : public SpeechRecognizer {
  public:
-  StreamRecognizer(std::shared_ptr<DecoderThread> thread, std::function<bool()> isAvailable)
-      : thread_(std::move(thread)), isAvailable_(std::move(isAvailable)) {}
+  StreamRecognizer(std::shared_ptr<DecoderThread> thread, OpenedBy openedBy,
+                   std::function<bool()> isAvailable)
+      : thread_(std::move(thread)),
+        openedBy_(std::move(openedBy)),
+        isAvailable_(std::move(isAvailable)) {}
 
   [[nodiscard]] bool isAvailable() const override { return isAvailable_(); }
 
   std::unique_ptr<SpeechRecognitionTask> startTask(bool reportPartialResults,
                                                    Handler handler) override {
-    return std::make_unique<StreamTask>(thread_, reportPartialResults, std::move(handler));
+    return std::make_unique<StreamTask>(thread_, openedBy_, reportPartialResults,
+                                        std::move(handler));
   }
 
  private:
   std::shared_ptr<DecoderThread> thread_;
+  OpenedBy openedBy_;
   std::function<bool()> isAvailable_;
 };
 
 }  // namespace
 
 std::unique_ptr<SpeechRecognizer> streamRecognizer(std::shared_ptr<DecoderThread> thread,
+                                                   OpenedBy openedBy,
                                                    std::function<bool()> isAvailable) {
-  return std::make_unique<StreamRecognizer>(std::move(thread), std::move(isAvailable));
+  return std::make_unique<StreamRecognizer>(std::move(thread), std::move(openedBy),
+                                            std::move(isAvailable));
 }
 
 }  // namespace zelvora::audio

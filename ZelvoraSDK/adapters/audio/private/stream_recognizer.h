@@ -9,6 +9,6 @@ namespace zelvora::audio {
 
 /// A recogniser on the decoder of `thread`; one task at a time. Callable from any thread.
 [[nodiscard]] std::unique_ptr<SpeechRecognizer> streamRecognizer(
-    std::shared_ptr<DecoderThread> thread, std::function<bool()> isAvailable);
+    std::shared_ptr<DecoderThread> thread, OpenedBy openedBy, std::function<bool()> isAvailable);
 
 }  // namespace zelvora::audio

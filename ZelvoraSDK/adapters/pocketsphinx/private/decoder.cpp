@@ -211,8 +211,7 @@ bool Decoder::isInstalled(const std::filesystem::path& models) {
          std::filesystem::exists(models / kDictionary, ignored);
 }
 
-Decoder::Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy,
-                 const std::filesystem::path& models) {
+Decoder::Decoder(const std::vector<std::string>& vocabulary, const std::filesystem::path& models) {
   const PlainNumbers plainNumbers;
   // The library ends the process over some files that are missing.
   if (isInstalled(models)) decoder_.reset(decoderWithoutSearch(models));
@@ -225,12 +224,13 @@ Decoder::Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy ope
   if (!sentences.empty()) model = mixedModel(decoder, model, sentences);
   judge_ = audio::TranscriptJudge(
       vocabulary, [this](const std::string& word) { return phonesOf(word); }, audio::kSphinxWeights,
-      std::move(openedBy));
+      audio::WholePhrases::alsoWhereNothingOpens);
   if (ps_set_lm(decoder, kSearch, model.get()) < 0 || ps_set_search(decoder, kSearch) < 0)
     throw cannotRead("language model");
 }
 
-void Decoder::begin() {
+void Decoder::begin(OpenedBy openedBy) {
+  openedBy_ = std::move(openedBy);
   if (isRunning_) ps_end_utt(decoder_.get());
   resetMean(decoder_.get());
   ps_start_stream(decoder_.get());
@@ -274,11 +274,13 @@ audio::Decoded Decoder::decoded() {
 }
 
 SpeechResult Decoder::judged(const audio::Decoded& decoded) const {
-  return judge_.judge(decoded, [this](const std::string& word) { return phonesOf(word); });
+  return judge_.judge(
+      decoded, [this](const std::string& word) { return phonesOf(word); }, openedBy_);
 }
 
 audio::Evidence Decoder::evidence(const audio::Decoded& decoded) const {
-  return judge_.evidence(decoded, [this](const std::string& word) { return phonesOf(word); });
+  return judge_.evidence(
+      decoded, [this](const std::string& word) { return phonesOf(word); }, openedBy_);
 }
 
 std::string Decoder::phonesOf(const std::string& word) const {

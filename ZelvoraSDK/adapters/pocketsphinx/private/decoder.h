@@ -23,12 +23,12 @@ namespace zelvora::sphinx {
 class Decoder final : public audio::StreamDecoder {
  public:
   /// Takes half a second. Throws Error when a model in `models` can't be read.
-  explicit Decoder(const std::vector<std::string>& vocabulary, audio::OpenedBy openedBy = {},
+  explicit Decoder(const std::vector<std::string>& vocabulary,
                    const std::filesystem::path& models = modelFolder());
 
   [[nodiscard]] static bool isInstalled(const std::filesystem::path& models);
 
-  void begin() override;
+  void begin(OpenedBy openedBy) override;
   void hear(std::span<const std::int16_t> sound) override;
   [[nodiscard]] SpeechResult partialResult() const override;
   SpeechResult end() override;
@@ -48,6 +48,7 @@ class Decoder final : public audio::StreamDecoder {
 
   std::unique_ptr<ps_decoder_s, Free> decoder_;
   audio::TranscriptJudge judge_;
+  OpenedBy openedBy_;  ///< Of the utterance.
   bool isRunning_ = false;
 };
 

@@ -108,19 +108,20 @@ void Transducer::Free::operator()(const SherpaOnnxOnlineStream* stream) const {
   SherpaOnnxDestroyOnlineStream(stream);
 }
 
-Transducer::Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary,
-                       audio::OpenedBy openedBy) {
+Transducer::Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary) {
   const ModelFiles files = modelFilesIn(model.folder);
   tryModel(model.folder);
   recognizer_.reset(load(files, hotwordsOf(vocabulary), model.hotwordsScore));
   if (!recognizer_)
     throw Error("ZelvoraSpeechRecognizer", 5,
                 "The speech model can't be used: " + model.folder.string() + " was refused");
-  judge_ = audio::TranscriptJudge(vocabulary, &pronounced, audio::kTransducerWeights,
-                                  std::move(openedBy));
+  judge_ = audio::TranscriptJudge(vocabulary, &pronounced, audio::kTransducerWeights);
 }
 
-void Transducer::begin() { stream_.reset(SherpaOnnxCreateOnlineStream(recognizer_.get())); }
+void Transducer::begin(OpenedBy openedBy) {
+  openedBy_ = std::move(openedBy);
+  stream_.reset(SherpaOnnxCreateOnlineStream(recognizer_.get()));
+}
 
 void Transducer::hear(std::span<const std::int16_t> sound) {
   std::vector<float> samples;
@@ -163,11 +164,11 @@ audio::Decoded Transducer::decoded() {
 }
 
 SpeechResult Transducer::judged(const audio::Decoded& decoded) const {
-  return judge_.judge(decoded, &pronounced);
+  return judge_.judge(decoded, &pronounced, openedBy_);
 }
 
 audio::Evidence Transducer::evidence(const audio::Decoded& decoded) const {
-  return judge_.evidence(decoded, &pronounced);
+  return judge_.evidence(decoded, &pronounced, openedBy_);
 }
 
 SpeechResult Transducer::end() { return judged(decoded()); }

@@ -27,10 +27,9 @@ namespace zelvora::sherpa {
 class Transducer final : public audio::StreamDecoder {
  public:
   /// Checks the model first. Throws Error with the reason when it is bad.
-  Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary,
-             audio::OpenedBy openedBy = {});
+  Transducer(const SherpaModel& model, const std::vector<std::string>& vocabulary);
 
-  void begin() override;
+  void begin(OpenedBy openedBy) override;
   void hear(std::span<const std::int16_t> sound) override;
   [[nodiscard]] SpeechResult partialResult() const override;
   SpeechResult end() override;
@@ -53,6 +52,7 @@ class Transducer final : public audio::StreamDecoder {
   std::unique_ptr<const SherpaOnnxOnlineRecognizer, Free> recognizer_;
   std::unique_ptr<const SherpaOnnxOnlineStream, Free> stream_;
   audio::TranscriptJudge judge_;
+  OpenedBy openedBy_;  ///< Of the utterance.
 };
 
 /// Loads the model in this process and decodes a second of silence: for the trial in a process of
