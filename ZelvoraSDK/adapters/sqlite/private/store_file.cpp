@@ -78,6 +78,11 @@ int openFolder(const fs::path& path) {
   return ::open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
+/// Until `descriptor` is closed. Also true where the file system knows no such locks.
+bool holds(int folder, int kind) {
+  return ::flock(folder, kind | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
 /// Until `descriptor` is closed. Excludes every user of the database, also those that are not ours.
 bool excludeFrom(int descriptor) {
   struct flock whole {};
@@ -128,7 +133,7 @@ Use::Use(const fs::path& store, std::chrono::milliseconds patience) : folder_(op
   if (folder_ < 0) return;
   try {
     lock(store, std::chrono::steady_clock::now() + patience,
-         [&] { return ::flock(folder_, LOCK_SH | LOCK_NB) == 0 || errno != EWOULDBLOCK; });
+         [&] { return holds(folder_, LOCK_SH); });
   } catch (const Error&) {
     ::close(folder_);
     throw;
@@ -144,7 +149,7 @@ bool setAside(const fs::path& path, const FileIdentity& damaged,
   const auto giveUpAt = std::chrono::steady_clock::now() + patience;
   const Descriptor folder(openFolder(path));
   if (folder.number() < 0) fail(errno, path);
-  lock(path, giveUpAt, [&] { return ::flock(folder.number(), LOCK_EX | LOCK_NB) == 0; });
+  lock(path, giveUpAt, [&] { return holds(folder.number(), LOCK_EX); });
   const Descriptor file(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
   if (file.number() < 0 && errno == ENOENT) return false;
   if (file.number() < 0) fail(errno, path);
