@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include <ZelvoraSDK/base/limits.h>
+#include <ZelvoraSDK/async/ending_work.h>
 
 namespace zelvora {
 
@@ -68,7 +68,7 @@ class Obligations {
   }
 
   Obligations() {
-    std::atexit([] { DurableQueue::finishAll(kMaxDrainTime); });
+    std::atexit([] { DurableQueue::finishAll(EndingWork::timeLeftAtExit()); });
   }
 
   void add(const std::shared_ptr<Line>& line) {

@@ -1,5 +1,6 @@
 #include <ZelvoraSDK/async/ending_work.h>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -33,8 +34,18 @@ struct EndingWork::Process {
   void waitAtExit() {
     std::unique_lock lock(mutex);
     isWaitedFor = false;
-    if (!deadline) deadline = std::chrono::steady_clock::now() + kMaxJoinTime;
-    ended.wait_until(lock, *deadline, [this] { return underWay == 0; });
+    ended.wait_until(lock, endBy(), [this] { return underWay == 0; });
+  }
+  std::chrono::milliseconds timeLeftAtExit() {
+    const std::lock_guard lock(mutex);
+    return std::max(std::chrono::milliseconds{0},
+                    std::chrono::duration_cast<std::chrono::milliseconds>(
+                        endBy() - std::chrono::steady_clock::now()));
+  }
+
+  std::chrono::steady_clock::time_point endBy() {
+    if (!deadline) deadline = std::chrono::steady_clock::now() + kMaxDrainTime;
+    return *deadline;
   }
 
   std::mutex mutex;
@@ -48,5 +59,7 @@ std::shared_ptr<void> EndingWork::begin() {
   Process::self().begin();
   return {nullptr, [](void*) { Process::self().end(); }};
 }
+
+std::chrono::milliseconds EndingWork::timeLeftAtExit() { return Process::self().timeLeftAtExit(); }
 
 }  // namespace zelvora

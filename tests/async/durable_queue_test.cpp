@@ -15,7 +15,9 @@
 #include <thread>
 #include <vector>
 
+#include <ZelvoraSDK/async/ending_work.h>
 #include <ZelvoraSDK/async/executors.h>
+#include <tests/support/child_process.h>
 
 namespace zelvora {
 namespace {
@@ -93,6 +95,15 @@ TEST(DurableQueue, WaitsForAStoreThatHangsNoLongerThanTheBound) {
   EXPECT_TRUE(other);
   goOn->set_value();
   EXPECT_TRUE(DurableQueue::finishAll(seconds(10)));
+}
+
+TEST(EndingWork, IsWaitedForInWhatOthersLeftOfTheTime) {
+  testing::ChildProcess process([] {
+    const auto all = EndingWork::timeLeftAtExit();
+    std::this_thread::sleep_for(milliseconds(20));
+    return EndingWork::timeLeftAtExit() < all ? 0 : 1;
+  });
+  EXPECT_EQ(process.wait(), 0);
 }
 
 }  // namespace

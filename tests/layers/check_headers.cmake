@@ -7,7 +7,7 @@ cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/../../cmake/ZelvoraHeaders.cmake)
 
 # Rooms whose headers all have at least two includers.
-set(rooms base platform outcome spec routing backend)
+set(rooms base async platform outcome spec routing backend speech facade workbench adapters)
 
 # What tests/ holds besides the library's folders.
 set(other_tests docs examples hardening install layers support tools)
