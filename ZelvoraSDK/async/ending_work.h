@@ -13,8 +13,8 @@ class EndingWork {
   /// The work is under way until the last copy of the answer is destroyed.
   [[nodiscard]] static std::shared_ptr<void> begin();
 
-  /// For whoever else is waited for at exit: what is left of `kMaxDrainTime`, which runs from the
-  /// first call.
+  /// How much of `kMaxDrainTime` is left. The time starts with the first call, so others that
+  /// `exit()` waits for share it.
   [[nodiscard]] static std::chrono::milliseconds timeLeftAtExit();
 
  private:

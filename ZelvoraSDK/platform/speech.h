@@ -55,8 +55,8 @@ struct RecognitionRequest {
   /// False when the sound goes to the cloud and text from the device is only welcome: a factory
   /// without a recogniser for `locale` may then give one that hears no words.
   bool isTextNeeded = true;
-  /// What a transcript leads to: one that opens nothing is more often misheard, and of two the one
-  /// that opens something may win. Unset where nobody can tell.
+  /// Says what a transcript opens. One that opens nothing was probably misheard, so a recogniser
+  /// may trust it less. May be unset.
   OpenedBy openedBy;
 
   /// Functions can't be compared, so `openedBy` does not count.

@@ -98,7 +98,7 @@ class ZelvoraSpeechEngine {
     /// The phrases to expect, asked for once, on the queue; unset: none.
     std::function<std::vector<std::string>()> phrases;
     bool isTextNeeded = true;  ///< False when a recording without words is of use, too.
-    OpenedBy openedBy;         ///< What a transcript leads to; unset where nobody can tell.
+    OpenedBy openedBy;         ///< Says what a transcript opens; may be unset.
   };
   /// REQUIRES: the platform can speak.
   static Parts partsOf(const Platform& platform);

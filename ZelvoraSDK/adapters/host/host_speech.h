@@ -24,8 +24,8 @@ struct HostSpeechOptions {
   std::shared_ptr<SpeechRecognizerFactory> recognizers;
   /// Phrases for this system's own recogniser to expect besides those of the façade's spec.
   std::vector<std::string> vocabulary;
-  /// A folder with models of English for this system's own recogniser; empty for where
-  /// PocketsphinxRecognizerFactory looks by itself.
+  /// The folder with the English models of this system's own recogniser. When it is empty, the
+  /// recogniser looks in the usual places: see PocketsphinxRecognizerFactory.
   std::filesystem::path sphinxModels;
   /// A folder with a streaming transducer for English, heard with beside this system's own
   /// recogniser or, where `modelAlone` says so, in its place. Needs a build with sherpa-onnx.

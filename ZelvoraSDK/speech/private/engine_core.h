@@ -46,7 +46,7 @@ class SessionShare {
  private:
   using Count = Guarded<int>;
 
-  /// The count belongs to the session, whoever made the platforms that it is part of.
+  /// Platforms may share a session, so the count goes with the session.
   static std::shared_ptr<Count> countOf(const AudioSession& session) {
     using Counts = Guarded<std::map<const AudioSession*, std::weak_ptr<Count>>>;
     static auto* const counts = new Counts;  // never destroyed: engines may end at exit

@@ -31,9 +31,9 @@ void makePrivateFolders(const std::filesystem::path& folder);
 /// umask. Takes an existing file of this user's away from others.
 void makePrivate(const std::filesystem::path& path);
 
-/// A use of a store, begun by every call on one. None is set aside meanwhile: SQLite finds a
-/// journal by the store's name, so a connection to a renamed file would roll the journal of its
-/// successor back and delete it.
+/// Every call on a store holds one of these while it works. Nobody can set the store aside in the
+/// meantime: SQLite finds a journal by the store's name, so a connection to a renamed file would
+/// roll back the new store's journal and delete it.
 class Use {
  public:
   /// Throws after `patience`. A folder that can't be opened is used without: nobody sets anything
