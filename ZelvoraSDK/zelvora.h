@@ -9,16 +9,14 @@
 #include <string>
 
 #include <ZelvoraSDK/async/awaitable_fwd.h>
-#include <ZelvoraSDK/async/publisher.h>
-#include <ZelvoraSDK/async/slot.h>
+#include <ZelvoraSDK/async/callbacks.h>
 #include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/voice_command.h>
-#include <ZelvoraSDK/outcome/audit_event.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
-#include <ZelvoraSDK/speech/stt_protocols.h>
+#include <ZelvoraSDK/speech/stt_config.h>
 #include <ZelvoraSDK/speech/voice_speaker.h>
 
 namespace zelvora {

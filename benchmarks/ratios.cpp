@@ -7,7 +7,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/json_read.h>
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
 #include <benchmarks/facade_cost.h>
 #include <benchmarks/heap_use.h>

@@ -83,6 +83,16 @@ function(zelvora_precompile target name)
   endif()
 endfunction()
 
+# One file for the compiler instead of one a source, where builds from nothing are to be short. No two
+# sources of a room may use one name in their unnamed namespaces then, which a reader is glad of, too.
+function(zelvora_unite target)
+  if(ZELVORA_PRECOMPILE_HEADERS)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+    # It treats a source file that is included as a header.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+  endif()
+endfunction()
+
 # zelvora_library(NAME SOURCES … USES … PRIVATE …): one layer or adapter, as target zelvora_NAME, alias
 # Zelvora::NAME inside this tree. PRIVATE names the libraries that only its sources know.
 function(zelvora_library name)
@@ -93,6 +103,7 @@ function(zelvora_library name)
     target_link_libraries(zelvora_${name} PRIVATE zelvora_flags ${arg_PRIVATE})
     set_target_properties(zelvora_${name} PROPERTIES ZELVORA_STANDS_ON "${arg_PRIVATE}")
     zelvora_precompile(zelvora_${name} zelvora_core_headers)
+    zelvora_unite(zelvora_${name})
   else()
     add_library(zelvora_${name} INTERFACE)
     set(scope INTERFACE)

@@ -3,8 +3,8 @@
 
 #include <fuzz/input.h>
 
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/backend/access_token.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zelvora;

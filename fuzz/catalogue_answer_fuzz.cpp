@@ -7,7 +7,7 @@
 #include <variant>
 
 #include <ZelvoraSDK/backend/catalogue.h>
-#include <ZelvoraSDK/backend/wire.h>
+#include <ZelvoraSDK/backend/exchange.h>
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/backend/interpret.h>
-#include <ZelvoraSDK/backend/wire.h>
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include <ZelvoraSDK/adapters/plist/property_list.h>
+#include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include <ZelvoraSDK/base/file.h>
+#include <ZelvoraSDK/base/text.h>
 
 // For each target: extern "C" int fuzz_NAME(const std::uint8_t*, std::size_t);
 #define ZELVORA_FUZZ_TARGET(name) extern "C" int fuzz_##name(const std::uint8_t*, std::size_t);

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
 #include <ZelvoraSDK/routing/context_engine.h>
 #include <ZelvoraSDK/routing/local_router.h>
 #include <ZelvoraSDK/routing/normalizer.h>

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/backend/semantic.h>
-#include <ZelvoraSDK/backend/wire.h>
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>

@@ -4,7 +4,7 @@
 #include <fuzz/input.h>
 #include <cmath>
 
-#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/limits.h>
 

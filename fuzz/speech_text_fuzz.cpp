@@ -3,7 +3,7 @@
 
 #include <fuzz/input.h>
 
-#include <ZelvoraSDK/adapters/speechd/private/protocol.h>
+#include <ZelvoraSDK/adapters/speechd/private/conversation.h>
 #include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/base/text.h>
 

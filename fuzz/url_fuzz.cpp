@@ -5,7 +5,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/platform/url.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace {
 

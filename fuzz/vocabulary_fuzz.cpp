@@ -4,8 +4,8 @@
 #include <fuzz/input.h>
 #include <charconv>
 
-#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <ZelvoraSDK/base/text.h>
 
 namespace {

@@ -12,7 +12,7 @@
 #include <type_traits>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 
 namespace zelvora {
 
@@ -116,7 +116,7 @@ class Actor {
     return runOn(core_, std::move(operation));
   }
 
-  /// Starts `operation(state)` and returns; nobody waits for it. It must not throw.
+  /// Starts `operation(state)` and returns at once. It must not throw.
   template <class Operation>
   void post(Operation operation) {
     core_->turns.take(

@@ -1,7 +1,7 @@
 #pragma once
 
-// What a header needs of Boost.Asio when it only names its types. Whoever awaits, spawns or
-// implements an operation includes ZelvoraSDK/async/awaitable.h or Asio's own headers too.
+// What a header needs of Boost.Asio when it only names its types. Code that awaits, spawns or
+// implements an operation includes ZelvoraSDK/async/coroutine.h or Asio's own headers too.
 
 namespace boost::asio {
 

@@ -12,7 +12,6 @@
 #include <optional>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
@@ -28,8 +27,8 @@ Error callCancelled();
 Error threadsEnded();
 
 /// One owner's calls to the world outside: its requests, its hooks, its callbacks. Closing the
-/// scope cancels what is under way and starts nothing more; whoever awaits gets an Error at once.
-/// Callable from any thread, also inside a call of its own.
+/// scope cancels what is under way and starts nothing more; a caller that awaits gets an Error at
+/// once. Callable from any thread, also inside a call of its own.
 class CallScope : public std::enable_shared_from_this<CallScope> {
  public:
   using Threads = std::function<asio::any_io_executor()>;

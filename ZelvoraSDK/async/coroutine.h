@@ -1,25 +1,29 @@
 #pragma once
 
+#include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/associated_cancellation_slot.hpp>
 #include <boost/asio/associated_executor.hpp>
 #include <boost/asio/async_result.hpp>
+#include <boost/asio/awaitable.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/use_awaitable.hpp>
+
 #include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/awaitable_fwd.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {
 
-/// Starts `task` on `executor` and returns; nobody waits for it. `onFailure(std::exception_ptr)` is
-/// called there with what escapes from it. A task that is dropped with its executor fails nobody.
+/// Starts `task` on `executor` and returns at once. `onFailure(std::exception_ptr)` is
+/// called there with what escapes from it. A task that is dropped with its executor reports no
+/// failure.
 template <class OnFailure>
 void spawn(const asio::any_io_executor& executor, asio::awaitable<void> task, OnFailure onFailure) {
   asio::co_spawn(executor, std::move(task),
@@ -28,8 +32,8 @@ void spawn(const asio::any_io_executor& executor, asio::awaitable<void> task, On
                  });
 }
 
-/// The way back to a coroutine that waits for a value from a thread outside its executor. Whoever
-/// holds it answers exactly once, from any thread.
+/// The way back to a coroutine that waits for a value from a thread outside its executor. Its
+/// holder answers exactly once, from any thread.
 template <class Value>
 class Reply {
  public:
@@ -81,8 +85,8 @@ Reply<Value> replyTo(Handler handler) {
 }
 
 /// Suspends the calling coroutine, hands `start` the reply, and goes on with the answer on the
-/// coroutine's executor. When the coroutine is cancelled meanwhile `cancel()` is called there; it
-/// should hasten the reply, which is waited for all the same. `Value` needs an empty state.
+/// coroutine's executor. When the coroutine is cancelled, `cancel()` is called there; it should
+/// hasten the reply, which is still awaited. `Value` needs an empty state.
 template <class Value, class Start, class Cancel>
 asio::awaitable<Value> awaitReply(Start start, Cancel cancel) {
   return asio::async_initiate<const asio::use_awaitable_t<>, void(std::exception_ptr, Value)>(

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include <ZelvoraSDK/async/ending_work.h>
+#include <ZelvoraSDK/async/threads.h>
 
 namespace zelvora {
 

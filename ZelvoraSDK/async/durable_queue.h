@@ -6,9 +6,8 @@
 #include <memory>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/coroutine.h>
-#include <ZelvoraSDK/async/queued_work.h>
+#include <ZelvoraSDK/async/serial_queue.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {

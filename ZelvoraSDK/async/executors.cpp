@@ -7,7 +7,7 @@
 #include <mutex>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/limits.h>
 

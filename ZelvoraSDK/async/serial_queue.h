@@ -1,11 +1,13 @@
 #pragma once
 
-#include <atomic>
 #include <boost/asio/execution.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
+
+#include <atomic>
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <future>
 #include <memory>
@@ -14,12 +16,31 @@
 #include <type_traits>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/queued_work.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {
+
+/// A piece of work that is run at most once: a function that need not be copyable.
+class QueuedWork {
+ public:
+  virtual ~QueuedWork() = default;
+  virtual void run() = 0;
+
+  template <class Function>
+  static std::unique_ptr<QueuedWork> of(Function&& function) {
+    using Held = std::decay_t<Function>;
+    struct Work final : QueuedWork {
+      explicit Work(Function&& held) : held_(std::forward<Function>(held)) {}
+      void run() override { std::move(held_)(); }
+      Held held_;
+    };
+    return std::make_unique<Work>(std::forward<Function>(function));
+  }
+};
+
+using QueuedWorks = std::deque<std::unique_ptr<QueuedWork>>;
 
 /// An executor that runs work one piece at a time, in the order in which it came, on the threads of
 /// another. Like Asio's strand, except that what waits is destroyed when those threads end: a

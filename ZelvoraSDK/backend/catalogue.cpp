@@ -1,10 +1,10 @@
 #include <ZelvoraSDK/backend/catalogue.h>
 
-#include <ZelvoraSDK/backend/private/exchange.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/outcome/phrases.h>
+#include <ZelvoraSDK/outcome/result.h>
 
 namespace zelvora {
 

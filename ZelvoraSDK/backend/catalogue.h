@@ -4,12 +4,11 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/backend/wire.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/base/record.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/network.h>
-#include <ZelvoraSDK/platform/url.h>
 
 // /api/semanticCatalog/resolve: what is asked, what the answer says, and what it means.
 

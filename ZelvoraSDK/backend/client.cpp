@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include <ZelvoraSDK/backend/access_token.h>
-#include <ZelvoraSDK/backend/private/exchange.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/outcome/diagnostics.h>
 
 namespace zelvora {

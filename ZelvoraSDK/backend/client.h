@@ -3,13 +3,12 @@
 #include <memory>
 #include <string>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/backend/catalogue.h>
 #include <ZelvoraSDK/backend/interpret.h>
 #include <ZelvoraSDK/backend/semantic.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/system.h>
-#include <ZelvoraSDK/platform/url.h>
 
 namespace zelvora {
 

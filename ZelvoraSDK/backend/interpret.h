@@ -8,7 +8,6 @@
 #include <ZelvoraSDK/base/record.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/network.h>
-#include <ZelvoraSDK/platform/url.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
 #include <ZelvoraSDK/spec/task_spec.h>
 
@@ -103,7 +102,8 @@ void fields(Visitor&& visit, Record& response) {
 /// a status outside 200–299, an empty body, and one that says nothing as text either.
 [[nodiscard]] RouteResponse readInterpretAnswer(const UrlResponse& answer);
 
-/// What the backend's interpretation means to the application; unsupported when it leads nowhere.
+/// What the backend's interpretation means to the application; unsupported when it names no
+/// destination.
 [[nodiscard]] ZelvoraResult interpretedResult(const RouteResponse& response,
                                               const std::vector<ZelvoraTaskSpec>& tasks);
 

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 
-#include <ZelvoraSDK/backend/access_token.h>
-#include <ZelvoraSDK/backend/private/exchange.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/outcome/phrases.h>
+#include <ZelvoraSDK/outcome/result.h>
 
 namespace zelvora {
 namespace {

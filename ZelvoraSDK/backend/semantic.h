@@ -7,7 +7,6 @@
 
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/network.h>
-#include <ZelvoraSDK/platform/url.h>
 #include <ZelvoraSDK/routing/semantic.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 #include <ZelvoraSDK/spec/task_spec.h>

@@ -3,8 +3,7 @@
 #include <string_view>
 #include <utility>
 
-#include <ZelvoraSDK/backend/access_token.h>
-#include <ZelvoraSDK/backend/private/exchange.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>

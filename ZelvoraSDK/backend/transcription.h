@@ -7,12 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/backend/access_token.h>
+#include <ZelvoraSDK/async/coroutine.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/platform/audio.h>
 #include <ZelvoraSDK/platform/network.h>
-#include <ZelvoraSDK/platform/url.h>
 
 // /api/stt: what is asked, and what the answer says.
 
@@ -44,7 +43,7 @@ struct UploadPass {
   std::string boundary;     ///< Separates the parts; new for every upload.
 };
 
-/// The upload, a multipart form. Whatever the audio is, it travels as "audio.wav": the backend
+/// The upload, a multipart form. Any audio travels as "audio.wav": the backend
 /// looks at the bytes. REQUIRES: the boundary occurs in none of the parts.
 [[nodiscard]] UrlRequest transcriptionRequest(const Url& baseURL, const RecordedSpeech& speech,
                                               const UploadPass& pass);
@@ -85,7 +84,7 @@ class ZelvoraBackendCloudSTTProvider final : public ZelvoraCloudSTTProvider {
     AccessTokenProvider tokenProvider;
     /// Asked once for a fresh token when the backend rejects the first; unset: `tokenProvider`.
     AccessTokenProvider tokenRefreshProvider;
-    /// Tells the uploads' boundaries apart; unique each time.
+    /// A boundary for each upload; unique each time.
     std::function<std::string()> makeUuid = randomUuid;
   };
 

@@ -27,8 +27,7 @@ class ZELVORA_EXPORT Error : public std::exception {
   std::string description_;
 };
 
-/// The description of whatever was thrown; for anything but `Error` what the exception says of
-/// itself.
+/// The description of the thrown object: an `Error`'s own, else the exception's `what()`.
 ZELVORA_EXPORT std::string describeFailure(const std::exception_ptr& failure);
 
 /// Ends the process over a programming error of the host application: writes "Fatal error: " and

@@ -5,14 +5,14 @@
 #define ZELVORA_VERSION_MINOR 1
 #define ZELVORA_VERSION_PATCH 0
 
-/// Marks what a shared library of ours shows; everything else stays inside.
+/// Marks what our shared libraries export; everything else is hidden.
 #define ZELVORA_EXPORT __attribute__((visibility("default")))
 
 namespace zelvora {
 
 /// Facts about the library itself.
 struct ZelvoraKit {
-  static constexpr const char* version = "0.1.0";  ///< Told to the backend as `sdk_version`.
+  static constexpr const char* version = "0.1.0";  ///< Sent to the backend as `sdk_version`.
 };
 
 }  // namespace zelvora

@@ -68,7 +68,7 @@ constexpr bool isSupportedSound(double sampleRate, std::uint32_t channels) {
          channels <= kMaxSoundChannels;
 }
 
-/// Sound that waits in a capture's ring for whoever stores and recognises it. What comes while the
+/// Sound that waits in a capture's ring to be stored and recognised. What comes while the
 /// ring is full is dropped and counted.
 inline constexpr double kCaptureRingSeconds = 2.0;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -75,5 +76,9 @@ void forEachWord(std::string_view text, Use use) {
 
 /// A new random UUID, as in "3F2504E0-4F89-41D3-9A0C-0305E82C3301". Callable from any thread.
 [[nodiscard]] std::string randomUuid();
+
+/// All bytes of a file. Throws Error in the domain "POSIX", with the system's error number; EFBIG
+/// for a file, or a device, of more than `kMaxFileBytes`.
+[[nodiscard]] std::string readFile(const std::filesystem::path& path);
 
 }  // namespace zelvora

@@ -6,7 +6,6 @@
 #include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/platform/system.h>
-#include <ZelvoraSDK/platform/url.h>
 #include <ZelvoraSDK/speech/stt_config.h>
 
 namespace zelvora {

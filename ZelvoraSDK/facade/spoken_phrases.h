@@ -14,7 +14,7 @@ namespace zelvora {
 [[nodiscard]] const std::vector<std::string>& spokenKeywords(const RuntimeSpec::Task& task,
                                                              const std::string& locale);
 
-/// What the cloud recogniser is told along with a recording in `locale`. `spec` may be null: the
+/// What the cloud recogniser gets along with a recording in `locale`. `spec` may be null: the
 /// application's spec is no full one. Absent then, and when the spec's speech settings are off.
 [[nodiscard]] std::optional<ZelvoraSTTRequestParams> sttRequestParams(const RuntimeSpec* spec,
                                                                       const std::string& locale);

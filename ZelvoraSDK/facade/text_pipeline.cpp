@@ -6,11 +6,11 @@
 #include <functional>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/local_stage.h>
-#include <ZelvoraSDK/outcome/phrases.h>
+#include <ZelvoraSDK/outcome/result.h>
 
 namespace zelvora {
 namespace {

@@ -6,20 +6,20 @@
 #include <vector>
 
 #include <ZelvoraSDK/async/actor.h>
-#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/call_scope.h>
+#include <ZelvoraSDK/async/callbacks.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/durable_queue.h>
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/slot.h>
-#include <ZelvoraSDK/backend/access_token.h>
 #include <ZelvoraSDK/backend/client.h>
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/backend/exchange.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/platform.h>
+#include <ZelvoraSDK/routing/context_engine.h>
 #include <ZelvoraSDK/routing/learning_store.h>
 #include <ZelvoraSDK/routing/local_router.h>
 #include <ZelvoraSDK/routing/semantic.h>
-#include <ZelvoraSDK/routing/session_memory.h>
 
 namespace zelvora {
 

@@ -44,7 +44,7 @@ struct AskCloud {
 [[nodiscard]] std::variant<UseTranscript, AskCloud, ZelvoraUnsupported> judgeLocal(
     const HeardLocally& heard, double minimumConfidence, ZelvoraSTTMode mode);
 
-/// What to do with a transcript of the cloud: one of fewer than 3 characters is none.
+/// What to do with a transcript of the cloud: under 3 characters counts as no speech.
 [[nodiscard]] std::variant<UseTranscript, ZelvoraUnsupported> judgeCloud(std::string transcript);
 
 /// The outcome when the cloud can't transcribe.

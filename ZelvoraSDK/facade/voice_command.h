@@ -7,7 +7,7 @@
 #include <string>
 #include <variant>
 
-#include <ZelvoraSDK/async/publisher.h>
+#include <ZelvoraSDK/async/callbacks.h>
 #include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform/system.h>
@@ -87,7 +87,7 @@ class ZELVORA_EXPORT VoiceCommand {
     bool operator==(const Outcome&) const = default;
   };
 
-  /// `now` tells taps apart; unset: the system's steady clock.
+  /// `now` dates the taps; unset: the system's steady clock.
   explicit VoiceCommand(Zelvora& zelvora, std::function<Seconds()> now = {});
   ~VoiceCommand();
   VoiceCommand(const VoiceCommand&) = delete;

@@ -5,20 +5,25 @@
 #include <optional>
 #include <string>
 
-#include <ZelvoraSDK/async/awaitable.h>
 #include <ZelvoraSDK/async/call_scope.h>
+#include <ZelvoraSDK/async/callbacks.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/publisher.h>
 #include <ZelvoraSDK/backend/transcription.h>
-#include <ZelvoraSDK/facade/callbacks.h>
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/speech/local_speech_recognizer.h>
-#include <ZelvoraSDK/speech/stt_protocols.h>
+#include <ZelvoraSDK/speech/stt_config.h>
 
 namespace zelvora {
+
+/// What the application is notified of. Called on the main executor; any may be unset.
+struct Callbacks {
+  std::function<void(ZelvoraResult)> onResult;          ///< Every outcome.
+  std::function<void(ZelvoraAuditEvent)> onAuditEvent;  ///< Facts about speech recognition.
+};
 
 /// What became of a wish to listen.
 enum class VoiceStart {
@@ -75,7 +80,7 @@ class VoicePipeline : public std::enable_shared_from_this<VoicePipeline> {
 
   /// Loads what the first capture needs.
   void prepare();
-  /// Gives back what is needed only while somebody speaks.
+  /// Frees what only a capture needs.
   void release();
 
   /// The recogniser; null before the first start.

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <variant>
@@ -136,6 +137,42 @@ template <class Visitor, RecordOf<ZelvoraUnsupported> Record>
 void fields(Visitor&& visit, Record& result) {
   visit("say", result.say);
 }
+
+/// The on-device transcript is used.
+struct LocalSTTUsed {
+  std::size_t transcriptLength = 0;  ///< In characters.
+  bool operator==(const LocalSTTUsed&) const = default;
+};
+
+/// Audio is about to be sent to the cloud recogniser.
+struct CloudSTTRequested {
+  std::size_t audioBytes = 0;
+  bool operator==(const CloudSTTRequested&) const = default;
+};
+
+/// The cloud transcript is used.
+struct CloudSTTUsed {
+  std::size_t transcriptLength = 0;  ///< In characters.
+  bool operator==(const CloudSTTUsed&) const = default;
+};
+
+/// The cloud recogniser failed.
+struct CloudSTTFailed {
+  std::string message;  ///< Describes the failure.
+  bool operator==(const CloudSTTFailed&) const = default;
+};
+
+/// An observable fact about speech recognition.
+using ZelvoraAuditEvent =
+    std::variant<LocalSTTUsed, CloudSTTRequested, CloudSTTUsed, CloudSTTFailed>;
+
+// What the library says to the user when a task or the backend brings no words of its own.
+
+inline constexpr char kNavigatingSay[] = "Navigating to: ";  ///< Before a task's title.
+inline constexpr char kPickOneSay[] = "I'm not sure what you meant. Here are a few options:";
+inline constexpr char kNothingMatchedSay[] = "No matching screen found. Try rephrasing 🙂";
+inline constexpr char kNothingSaidSay[] = "Type or say something 🙂";
+inline constexpr char kDoneSay[] = "OK";
 
 }  // namespace zelvora
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/library.h>
 
 namespace zelvora {
 
@@ -25,7 +26,7 @@ struct AudioFormat {
   bool operator==(const AudioFormat&) const = default;
 };
 
-/// Sound for the length of one call: whoever wants to keep it copies it.
+/// Sound for the length of one call: copy it to keep it.
 struct PcmBuffer {
   AudioFormat format;
   std::size_t frames = 0;
@@ -39,12 +40,12 @@ struct PcmBuffer {
 /// A buffer of at least this level is voice.
 inline constexpr float kVoiceLevel = 0.018F;
 
-/// One microphone capture. Confined to its owner's thread but for the callbacks.
+/// One microphone capture. Confined to its owner's thread, except the callbacks.
 class AudioEngine {
  public:
   /// Takes each buffer on the audio thread: it must neither block nor allocate much.
   using Tap = std::function<void(const PcmBuffer& buffer)>;
-  /// Told at most once, on a thread of the engine's own, that the running capture broke down: the
+  /// Called at most once, on a thread of the engine's own, when the running capture broke down: the
   /// microphone vanished or the sound server died. The owner then stops the engine.
   using FailureHandler = std::function<void(Error failure)>;
 
@@ -78,6 +79,23 @@ class AudioEngineFactory {
   virtual std::unique_ptr<AudioEngine> makeEngine() = 0;
 };
 
+/// Microphones that report how loud it is, for an application that shows it. Callable from any
+/// thread.
+class ZELVORA_EXPORT MeteredAudioEngineFactory final : public AudioEngineFactory {
+ public:
+  /// Takes the newest level, 1 for full scale, on a thread of the engine's own. Levels that come
+  /// while it is busy are skipped; nothing keeps the audio thread.
+  using Listener = std::function<void(float level)>;
+
+  MeteredAudioEngineFactory(std::shared_ptr<AudioEngineFactory> engines, Listener listener);
+
+  std::unique_ptr<AudioEngine> makeEngine() override;
+
+ private:
+  std::shared_ptr<AudioEngineFactory> engines_;
+  Listener listener_;
+};
+
 /// A recording that is being written. One thread at a time.
 class AudioFileWriter {
  public:
@@ -101,7 +119,7 @@ class AudioFileFactory {
                                                   const AudioFormat& format) = 0;
 
   /// Whether the process that was writing the recording at `path` is surely gone. An implementation
-  /// may hold a lock on its files that the system releases with the process; one that can't tell
+  /// may hold a lock on its files that the system releases with the process; one that can't know
   /// answers false.
   [[nodiscard]] virtual bool isAbandoned(const std::filesystem::path& /*path*/) { return false; }
 };

@@ -108,7 +108,7 @@ struct SpeechUtterance {
   std::string text;
   std::string language;  ///< Language code such as a BCP 47 tag; unknown: the default voice.
   double rate = kDefaultRate;
-  /// Told once, on any thread, when the text has been said (true) or was cut short (false).
+  /// Called once, on any thread, when the text has been said (true) or was cut short (false).
   std::function<void(bool said)> onEnd;
 
   /// The platform's ordinary speed; 0 is the slowest and 1 the fastest.

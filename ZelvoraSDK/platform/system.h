@@ -32,7 +32,7 @@ using Seconds = std::chrono::duration<double>;
 /// A point of wall-clock time, in seconds since 1970.
 using Timestamp = std::chrono::time_point<std::chrono::system_clock, Seconds>;
 
-/// Tells the time. Callable from any thread.
+/// The current time. Callable from any thread.
 class Clock {
  public:
   virtual ~Clock() = default;
@@ -94,7 +94,7 @@ class AppBundle {
   /// The property-list entry under `key` when it is a string.
   [[nodiscard]] virtual std::optional<std::string> stringSetting(const std::string& key) const = 0;
 
-  /// The property-list entry under `key` when it is a number of any kind. A bool is none.
+  /// The property-list entry under `key` when it is a number of any kind. A bool does not count.
   [[nodiscard]] virtual std::optional<double> numberSetting(const std::string& key) const = 0;
 
   /// The identifier of the application; absent when it has none.

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include <ZelvoraSDK/outcome/phrases.h>
+#include <ZelvoraSDK/outcome/result.h>
 
 namespace zelvora {
 namespace {

@@ -21,8 +21,8 @@ std::vector<ZelvoraChoice> boosted(std::vector<ZelvoraChoice> choices,
 /// Where an application's picks of a screen are counted. Choices without a screen share one count.
 std::string learningKey(std::string_view appId, const std::optional<std::string>& screenId);
 
-/// How often the user picked each screen, for good. Never stops routing: a store that fails costs
-/// one line in the log. One thread at a time. Blocks as long as its store does.
+/// How often the user picked each screen, kept across runs. Never stops routing: a store that fails
+/// costs one line in the log. One thread at a time. Blocks as long as its store does.
 class LearningStore {
  public:
   LearningStore(std::shared_ptr<UserDefaults> defaults, std::shared_ptr<LogSink> log);

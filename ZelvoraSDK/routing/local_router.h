@@ -90,7 +90,7 @@ class CompiledTasks {
 
 /// Decides on the device what an utterance means in terms of the tasks. Immutable; callable from
 /// any thread. Never fails: a miss is a `ZelvoraUnsupported`. A local hit (execute or present) is
-/// told to the log and counted by `ZelvoraDiagnostics`; nothing else leaves a trace.
+/// logged and counted by `ZelvoraDiagnostics`; it has no other effect.
 class ZelvoraLocalRouter {
  public:
   /// `log` takes the lines of local hits; without one they go to standard output.

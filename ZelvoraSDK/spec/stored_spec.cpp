@@ -4,7 +4,6 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/spec/minimal_spec.h>
@@ -35,7 +34,7 @@ ResolvedSpec resolvedAsFull(RuntimeSpec spec) {
           .thresholds = full->routing.thresholds};
 }
 
-/// As a minimal spec, `whyNotFull` being known; absent when it is none either.
+/// As a minimal spec, given `whyNotFull`; absent when it is not one either.
 std::optional<ResolvedSpec> resolvedAsMinimal(const JsonCursor& root,
                                               const std::string& whyNotFull) {
   try {

@@ -37,8 +37,8 @@ struct ZELVORA_EXPORT ResolvedSpec {
 };
 
 /// Any value that `JsonWriter` can write, owned, its type forgotten; written as the value itself.
-/// Copies share the value, which nothing can change any more. Takes no plain text, so that nobody
-/// hands over JSON text where a document is wanted: see `StoredSpec::fromJson`, and
+/// Copies share the value, which nothing can change any more. Takes no plain text, so that JSON
+/// text is not passed where a document is wanted: see `StoredSpec::fromJson`, and
 /// `JSONValue("text")` for a JSON string.
 class AnyEncodable {
  public:

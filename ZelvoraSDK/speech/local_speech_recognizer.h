@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/async/publisher.h>
+#include <ZelvoraSDK/async/callbacks.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
-#include <ZelvoraSDK/speech/stt_protocols.h>
+#include <ZelvoraSDK/speech/stt_config.h>
 
 namespace zelvora {
 
@@ -62,11 +62,11 @@ class ZelvoraLocalSpeechRecognizer final
   /// main executor.
   asio::awaitable<std::optional<AudioData>> waitForAudioData(Seconds timeout);
 
-  /// Ends the capture that was started last and hands over its outcome, once: absent when it was
+  /// Ends the capture that was started last and returns its outcome, once: absent when it was
   /// handed over before or there was none. After `timeout` the outcome is what has come by then.
   /// Awaited on the main executor.
   asio::awaitable<std::optional<CaptureOutcome>> endCapture(Seconds timeout);
-  /// Ends the capture; nobody gets its outcome.
+  /// Ends the capture and drops its outcome.
   void abandonCapture();
   /// The outcome of the capture that was started last, once it has ended and until it is handed
   /// over.
@@ -116,7 +116,7 @@ class ZelvoraLocalSpeechRecognizer final
   std::optional<double> confidence_;
 
   CaptureNumber started_ = 0;  ///< The last start.
-  CaptureNumber claimed_ = 0;  ///< Its outcome was asked for, or nobody wants it.
+  CaptureNumber claimed_ = 0;  ///< Its outcome was asked for, or dropped.
   CaptureNumber closed_ = 0;   ///< Nothing of it and those before counts any more.
   std::optional<CaptureOutcome> ended_;
   CaptureText lastResult_;  ///< Of the capture with its number.

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <ZelvoraSDK/async/ending_work.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/speech/private/engine_core.h>
 

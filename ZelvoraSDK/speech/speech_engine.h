@@ -14,8 +14,8 @@
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
 #include <ZelvoraSDK/platform.h>
-#include <ZelvoraSDK/speech/capture_time.h>
-#include <ZelvoraSDK/speech/stt_protocols.h>
+#include <ZelvoraSDK/speech/endpointing.h>
+#include <ZelvoraSDK/speech/stt_config.h>
 
 namespace zelvora {
 
@@ -85,8 +85,8 @@ struct SpeechEngineCallbacks {
 /// recogniser and ends the capture when the speaker is done.
 ///
 /// Threads: callable from any thread; the callbacks are assigned before the first `start()`. The
-/// state lives on a serial queue with a thread of its own, so that a hung sound server keeps nobody
-/// else. Releasing the engine ends a capture under way without a word and waits for nothing.
+/// state lives on a serial queue with a thread of its own, so that a hung sound server blocks
+/// nobody else. Releasing the engine ends a capture under way without a word and waits for nothing.
 class ZelvoraSpeechEngine {
  public:
   /// What an engine works with. No pointer may be null.
@@ -110,16 +110,16 @@ class ZelvoraSpeechEngine {
   ZelvoraSpeechEngine& operator=(const ZelvoraSpeechEngine&) = delete;
 
   /// Begins a capture; while one is under way that one takes the new number. A new capture first
-  /// reports the end of the one before, with no recording, whether there was one or not.
+  /// reports the end of the previous one, with no recording, whether there was one or not.
   CaptureNumber start();
-  /// Ends the capture; nothing while there is none.
+  /// Ends the capture; does nothing without one.
   void stop();
   /// Ends the capture, reported even when there was none, and forgets what was understood.
   void reset();
 
   /// Loads what the next capture needs; the platform decides what that is.
   void prepare();
-  /// Gives back what is needed only while somebody speaks, unless a capture is under way.
+  /// Frees what only a capture needs, unless one is under way.
   void release();
   /// A function that ends the engine as its release does, callable from any thread at any time.
   [[nodiscard]] std::function<void()> closer() const;
@@ -134,7 +134,7 @@ class ZelvoraSpeechEngine {
  private:
   std::unique_ptr<WorkerPool> thread_;
   SerialQueue queue_;
-  /// Whoever calls back holds these weakly: gone, they say that the engine is.
+  /// Callbacks hold these weakly: an expired pointer means that the engine is gone.
   std::shared_ptr<SpeechEngineCallbacks> callbacks_;
   std::shared_ptr<EngineCore> core_;
   Guarded<CaptureNumber> lastNumber_;

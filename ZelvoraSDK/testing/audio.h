@@ -15,7 +15,7 @@
 
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/audio.h>
-#include <ZelvoraSDK/testing/port_calls.h>
+#include <ZelvoraSDK/testing/system.h>
 
 namespace zelvora::testing {
 

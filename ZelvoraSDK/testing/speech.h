@@ -16,7 +16,7 @@
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/platform/speech.h>
 #include <ZelvoraSDK/testing/audio.h>
-#include <ZelvoraSDK/testing/port_calls.h>
+#include <ZelvoraSDK/testing/system.h>
 
 namespace zelvora::testing {
 
@@ -202,7 +202,7 @@ class StandInPermissions final : public Permissions {
   std::shared_ptr<Decision> decision_;
 };
 
-/// Notes what it is told to say and to silence.
+/// Records what it is asked to say and to silence.
 class StandInSynthesizers final : public SpeechSynthesizerFactory {
  public:
   explicit StandInSynthesizers(std::shared_ptr<Journal> journal) : journal_(std::move(journal)) {}

@@ -7,7 +7,6 @@
 
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/platform.h>
-#include <ZelvoraSDK/testing/main_loop.h>
 #include <ZelvoraSDK/testing/network.h>
 #include <ZelvoraSDK/testing/speech.h>
 #include <ZelvoraSDK/testing/system.h>

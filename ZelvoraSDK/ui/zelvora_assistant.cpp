@@ -6,12 +6,12 @@
 #include <chrono>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/facade/settings.h>
+#include <ZelvoraSDK/platform/audio.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
-#include <ZelvoraSDK/speech/metered_engines.h>
-#include <ZelvoraSDK/ui/platform_provider.h>
+#include <ZelvoraSDK/ui/application.h>
 
 namespace zelvora {
 namespace {

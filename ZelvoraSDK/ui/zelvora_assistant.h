@@ -9,12 +9,9 @@
 #include <memory>
 #include <vector>
 
-#include <ZelvoraSDK/ui/audit_value.h>
-#include <ZelvoraSDK/ui/choice_value.h>
-#include <ZelvoraSDK/ui/mic_state.h>
-#include <ZelvoraSDK/ui/outcome_value.h>
-#include <ZelvoraSDK/ui/platform_provider.h>
+#include <ZelvoraSDK/ui/application.h>
 #include <ZelvoraSDK/ui/suggestions.h>
+#include <ZelvoraSDK/ui/values.h>
 #include <ZelvoraSDK/zelvora.h>
 
 namespace zelvora {
@@ -59,7 +56,7 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   /// For a `MeteredAudioEngineFactory`: feeds `audioLevel`. Callable from any thread, also when the
   /// assistant is gone. `main` is the platform's main executor.
   [[nodiscard]] std::function<void(float level)> levelListener(asio::any_io_executor main);
-  /// Tells taps on the microphone apart; unset: the system's steady clock.
+  /// Dates the taps on the microphone; unset: the system's steady clock.
   void setTapClock(std::function<Seconds()> now) { tapClock_ = std::move(now); }
 
   [[nodiscard]] const QString& bundle() const { return bundle_; }
@@ -88,7 +85,7 @@ class ZelvoraAssistant : public QObject, public QQmlParserStatus {
   [[nodiscard]] bool heardUnclearly() const { return heardUnclearly_; }
   [[nodiscard]] const OutcomeValue& lastOutcome() const { return lastOutcome_; }
   [[nodiscard]] QString say() const { return lastOutcome_.say; }
-  /// What the user may pick from; empty but for a time after an outcome that asks.
+  /// What the user may pick from; empty except after an outcome that asks.
   [[nodiscard]] const QVariantList& choices() const { return choices_; }
   /// What has been understood of the command that is being spoken.
   [[nodiscard]] const QString& partialText() const { return partialText_; }

@@ -15,8 +15,6 @@ std::string decodedKey(std::string_view quoted) {
   return {text.data(), text.size()};
 }
 
-bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
 /// Whether a step of a path may end before `rest`.
 bool endsStep(std::string_view rest) {
   return rest.empty() || rest.front() == '.' || rest.front() == '[';
@@ -60,7 +58,7 @@ class JsonPlaces::Scanner {
   }
 
   void skipSpace() {
-    while (isSpace(peek())) step();
+    while (isJsonSpace(peek())) step();
   }
 
   void skipString() {
@@ -73,7 +71,7 @@ class JsonPlaces::Scanner {
   }
 
   void skipLiteral() {
-    while (at_ < text_.size() && !isSpace(peek()) && peek() != ',' && peek() != ']' &&
+    while (at_ < text_.size() && !isJsonSpace(peek()) && peek() != ',' && peek() != ']' &&
            peek() != '}')
       step();
   }

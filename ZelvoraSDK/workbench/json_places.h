@@ -10,6 +10,9 @@
 
 namespace zelvora {
 
+/// White space between the tokens of a JSON text.
+constexpr bool isJsonSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
 /// Where each value of a JSON document stands in its text, found in one pass. Values are named by
 /// their coding paths, as decoding errors print them: `tasks[3].keywords[0]`; the root is "". A
 /// path may be ambiguous when a key contains "." or "["; then the first fitting value is meant. Of

@@ -28,7 +28,7 @@ struct SpecEdit {
   enum class Kind {
     set,     ///< The member `key` of the object at `path` becomes `json`; both may be missing.
     append,  ///< `json` becomes the last element of the array `key` of the object at `path`.
-    remove,  ///< The member or element at `path` goes.
+    remove,  ///< Deletes the member or element at `path`.
     rename,  ///< The member at `path` is called `key`.
   };
 
@@ -53,7 +53,7 @@ struct LintFinding {
   TextPlace place;   ///< Of the value or, where a key is missing, of the object that lacks it.
   std::string message;
   std::string hint;
-  /// The changes that the hint proposes, for `withEdits`. Empty where only the author can tell.
+  /// The changes that the hint proposes, for `withEdits`. Empty where only the author can decide.
   std::vector<SpecEdit> edits;
   /// Findings of one code and one cause in one task share this; the readable form groups by it.
   std::string cause;

@@ -26,10 +26,10 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/adapters/host/host_platform.h>
+#include <ZelvoraSDK/adapters/host.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
-#include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>

@@ -9,7 +9,7 @@
 
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 #include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
-#include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/speech/endpointing.h>

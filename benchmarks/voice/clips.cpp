@@ -9,9 +9,9 @@
 #include <set>
 #include <sstream>
 
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 #include <ZelvoraSDK/adapters/audio/private/resampler.h>
-#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
-#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <tests/support/subprocess.h>
 #include <tests/support/synthetic_voice.h>
 #include <tests/support/temporary_folder.h>

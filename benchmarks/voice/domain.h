@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
 
 namespace zelvora::bench {

@@ -18,14 +18,13 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
-#include <ZelvoraSDK/adapters/pulse/pulse_engine.h>
-#include <ZelvoraSDK/adapters/pulse/pulse_session.h>
-#include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
+#include <ZelvoraSDK/adapters/pulse/pulse_audio.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <ZelvoraSDK/base/limits.h>
-#include <ZelvoraSDK/zelvora.h>
-#include <ZelvoraSDK/speech/metered_engines.h>
+#include <ZelvoraSDK/platform/audio.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 #include <ZelvoraSDK/testing/test_platform.h>
+#include <ZelvoraSDK/zelvora.h>
 #include <benchmarks/heap_use.h>
 #include <tests/support/sound_server.h>
 

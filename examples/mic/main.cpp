@@ -3,7 +3,7 @@
 
 #include <ZelvoraSDK/adapters/host.h>
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/ui/platform_provider.h>
+#include <ZelvoraSDK/ui/application.h>
 
 int main(int argc, char** argv) {
   QGuiApplication application(argc, argv);

@@ -14,8 +14,8 @@
 #include <thread>
 #include <vector>
 
+#include <ZelvoraSDK/async/callbacks.h>
 #include <ZelvoraSDK/async/executors.h>
-#include <ZelvoraSDK/async/slot.h>
 
 namespace zelvora {
 namespace {

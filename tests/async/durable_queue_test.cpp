@@ -15,8 +15,8 @@
 #include <thread>
 #include <vector>
 
-#include <ZelvoraSDK/async/ending_work.h>
 #include <ZelvoraSDK/async/executors.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <tests/support/child_process.h>
 
 namespace zelvora {

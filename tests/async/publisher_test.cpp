@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/async/publisher.h>
+#include <ZelvoraSDK/async/callbacks.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

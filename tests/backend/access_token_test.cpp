@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/backend/access_token.h>
+#include <ZelvoraSDK/backend/exchange.h>
 
 #include <gtest/gtest.h>
 

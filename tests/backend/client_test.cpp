@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/limits.h>

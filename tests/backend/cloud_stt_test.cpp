@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/testing/network.h>
 #include <tests/support/run_to_end.h>

@@ -19,7 +19,7 @@ using test::Connection;
 using test::httpResponse;
 using test::ScriptedServer;
 
-asio::awaitable<std::string> supply(std::string token) { co_return token; }
+asio::awaitable<std::string> supplyToken(std::string token) { co_return token; }
 
 /// The transcript, or the failure's code and description.
 asio::awaitable<std::string> outcomeOf(asio::awaitable<std::string> transcript) {
@@ -34,8 +34,8 @@ std::string transcribe(const ScriptedServer& server) {
   WorkerPool pool(1);
   ZelvoraBackendCloudSTTProvider::Settings settings;
   settings.baseURL = parseUrl(server.url());
-  settings.tokenProvider = [] { return supply("old"); };
-  settings.tokenRefreshProvider = [] { return supply("new"); };
+  settings.tokenProvider = [] { return supplyToken("old"); };
+  settings.tokenRefreshProvider = [] { return supplyToken("new"); };
   ZelvoraBackendCloudSTTProvider provider(std::move(settings), std::make_shared<CurlUrlSession>());
   // More than one segment, with every byte value.
   AudioData audio(200'000);

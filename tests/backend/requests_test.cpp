@@ -1,7 +1,7 @@
 #include <ZelvoraSDK/backend/catalogue.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/backend/interpret.h>
 #include <ZelvoraSDK/backend/semantic.h>
-#include <ZelvoraSDK/backend/wire.h>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/base/file.h>
+#include <ZelvoraSDK/base/text.h>
 
 #include <gtest/gtest.h>
 

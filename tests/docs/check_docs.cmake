@@ -1,5 +1,5 @@
-# Fails when a page of ROOT links to a file that is not there, or when README shows another example
-# program than the one that is compiled:
+# Fails when a page of ROOT links to a file that is not there, names a constant or a source file that the
+# tree does not have, or shows another example program than the one that is compiled:
 #   cmake -DROOT=DIR -P check_docs.cmake
 
 cmake_minimum_required(VERSION 3.25)
@@ -17,6 +17,37 @@ foreach(page IN ITEMS README.md CONTRIBUTING.md CHANGELOG.md SECURITY.md LISTS p
     string(REGEX REPLACE "\nlink:(.*)[)#]" "\\1" target "${link}")
     if(NOT EXISTS ${ROOT}/${folder}/${target})
       message(SEND_ERROR "${page} links to ${target}, which is not there")
+    endif()
+  endforeach()
+endforeach()
+
+# Constants and source files that the pages name.
+file(GLOB_RECURSE sources RELATIVE ${ROOT} ${ROOT}/ZelvoraSDK/*.h ${ROOT}/ZelvoraSDK/*.cpp
+  ${ROOT}/tools/*.h ${ROOT}/tools/*.cpp ${ROOT}/examples/*.h ${ROOT}/examples/*.cpp)
+list(JOIN sources "\n" source_names)
+set(constants "")
+foreach(source IN LISTS sources)
+  file(STRINGS ${ROOT}/${source} lines REGEX "[^A-Za-z]k[A-Z]")
+  string(REGEX MATCHALL "k[A-Z][A-Za-z0-9]+" names "${lines}")
+  list(APPEND constants ${names})
+endforeach()
+list(REMOVE_DUPLICATES constants)
+foreach(page IN ITEMS README.md CONTRIBUTING.md SECURITY.md LISTS pages)
+  file(READ ${ROOT}/${page} text)
+  string(REGEX MATCHALL "`k[A-Z][A-Za-z0-9]+`" names "${text}")
+  string(REPLACE "`" "" names "${names}")
+  foreach(name IN LISTS names)
+    if(NOT name IN_LIST constants)
+      message(SEND_ERROR "${page} names ${name}, which no source has")
+    endif()
+  endforeach()
+  string(REGEX MATCHALL "`[a-z_/]*[a-z_]+\\.(h|cpp)`" names "${text}")
+  string(REPLACE "`" "" names "${names}")
+  cmake_path(GET page PARENT_PATH folder)
+  foreach(name IN LISTS names)
+    string(FIND "\n${source_names}\n" "/${name}\n" place)
+    if(place EQUAL -1 AND NOT EXISTS ${ROOT}/${folder}/${name} AND NOT EXISTS ${ROOT}/${name})
+      message(SEND_ERROR "${page} names ${name}, which is not there")
     endif()
   endforeach()
 endforeach()

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/curl/curl_url_session.h>
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/zelvora.h>

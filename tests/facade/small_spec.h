@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include <ZelvoraSDK/outcome/result.h>
+
 namespace zelvora::testing {
 
 /// A full spec with two tasks and `routing` members of the test's choice, each with a comma behind.
@@ -28,5 +30,9 @@ inline std::string smallSpec(const std::string& thresholds = "", const std::stri
       {"id":"promo","title":"Promotion","screenId":"promo_screen","keywords":["spring promotion"],
        "examples":["show the spring promotion"],"action":{"type":"present","id":" promo_sheet "}}]})";
 }
+
+/// What "open my cart" leads to.
+inline const ZelvoraResult kCart =
+    ZelvoraExecute{"cart_screen", {{"tab", "items"}}, "Navigating to: Cart", 0.95, "cart"};
 
 }  // namespace zelvora::testing

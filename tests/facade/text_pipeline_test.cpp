@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <future>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/zelvora.h>
 
@@ -13,13 +13,11 @@
 namespace zelvora {
 namespace {
 
+using testing::kCart;
 using testing::smallSpec;
 using testing::TestApplication;
 
 constexpr const char* kSaySomething = "Type or say something 🙂";
-const ZelvoraResult kCart =
-    ZelvoraExecute{"cart_screen", {{"tab", "items"}}, "Navigating to: Cart", 0.95, "cart"};
-
 std::vector<std::string> endpointsAsked(const TestApplication& application) {
   std::vector<std::string> paths;
   for (const auto& request : application.network->requests())

@@ -8,6 +8,7 @@
 namespace zelvora {
 namespace {
 
+using testing::kCart;
 using Phase = VoiceCommand::Phase;
 using Order = VoiceCommand::Step::Order;
 
@@ -121,9 +122,6 @@ class SpokenCommandTest : public ::testing::Test {
   std::shared_ptr<Zelvora> zelvora_;
   std::unique_ptr<VoiceCommand> command_;
 };
-
-const ZelvoraResult kCart =
-    ZelvoraExecute{"cart_screen", {{"tab", "items"}}, "Navigating to: Cart", 0.95, "cart"};
 
 TEST_F(SpokenCommandTest, RoutesWhatWasHeardOnce) {
   ports_.recognizer->lateResult = testing::heard("open my cart", {0.9}, true);

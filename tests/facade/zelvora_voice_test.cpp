@@ -10,6 +10,7 @@ namespace zelvora {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::kCart;
 
 /// An application with ears.
 struct SpeakingApplication : testing::TestApplication {
@@ -36,9 +37,6 @@ struct SpeakingApplication : testing::TestApplication {
     return answer;
   }
 };
-
-const ZelvoraResult kCart =
-    ZelvoraExecute{"cart_screen", {{"tab", "items"}}, "Navigating to: Cart", 0.95, "cart"};
 
 TEST(ZelvoraVoice, OpensTheScreenThatWasAskedFor) {
   SpeakingApplication application;

@@ -31,10 +31,10 @@ expect(refused ZelvoraSDK/routing/word.h "// word" ZelvoraSDK/routing/word.cpp $
 expect(refused ZelvoraSDK/routing/word.h "// word" ZelvoraSDK/routing/private/words.h "// words"
                ZelvoraSDK/routing/word.cpp "${one}\n#include <ZelvoraSDK/routing/private/words.h>"
                tests/routing/word_test.cpp ${one})
-expect(passes  ZelvoraSDK/outcome/result.h "// public" ZelvoraSDK/outcome/audit_event.h "// public")
-expect(refused ZelvoraSDK/outcome/result.h "// public")
-expect(refused ZelvoraSDK/outcome/result.h "#include <ZelvoraSDK/routing/word.h>"
-               ZelvoraSDK/outcome/audit_event.h "// public" ZelvoraSDK/routing/word.h "// word"
+expect(passes  ZelvoraSDK/facade/settings.h "// public" ZelvoraSDK/facade/voice_command.h "// public")
+expect(refused ZelvoraSDK/facade/settings.h "// public")
+expect(refused ZelvoraSDK/facade/settings.h "#include <ZelvoraSDK/routing/word.h>"
+               ZelvoraSDK/facade/voice_command.h "// public" ZelvoraSDK/routing/word.h "// word"
                ZelvoraSDK/routing/word.cpp ${one})
 expect(refused ZelvoraSDK/routing/word.h "// word"
                ZelvoraSDK/routing/word.cpp ${one} tests/words/word_test.cpp ${one})

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/platform/url.h>
+#include <ZelvoraSDK/platform/network.h>
 
 #include <gtest/gtest.h>
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
 #include <ZelvoraSDK/routing/local_router.h>
+#include <ZelvoraSDK/routing/normalizer.h>
 
 #include <tests/support/reference_router.h>
 

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/routing/session_memory.h>
+#include <ZelvoraSDK/routing/context_engine.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_read.h>
+#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/spec/minimal_spec.h>
 
 #include <gtest/gtest.h>

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/async/executors.h>
-#include <ZelvoraSDK/speech/capture_time.h>
+#include <ZelvoraSDK/speech/endpointing.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 #include <ZelvoraSDK/testing/speech.h>
 

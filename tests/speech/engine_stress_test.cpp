@@ -14,7 +14,7 @@ namespace {
 
 using testing::heard;
 
-const std::vector<float> kVoice(1024, 0.5F);
+const std::vector<float> kLoud(1024, 0.5F);
 
 std::ptrdiff_t entriesOf(const char* folder) {
   const std::filesystem::directory_iterator entries(folder);
@@ -49,7 +49,7 @@ TEST_F(EngineUnderStress, StandsCallsInRandomOrderFromManyThreads) {
   std::atomic<bool> over = false;
   std::thread sound([&] {
     while (!over) {
-      lab_.standIns.microphone->play(kVoice);
+      lab_.standIns.microphone->play(kLoud);
       lab_.standIns.recognizer->say(heard("and", {0.5}));
       lab_.time->pass(Seconds{0.3}, [] {});
     }
@@ -89,7 +89,7 @@ TEST_F(EngineUnderStress, HoldsNoMoreAfterManyCaptures) {
   const auto capture = [this] {
     engine_->start();
     settle();
-    for (int i = 0; i < 4; ++i) lab_.standIns.microphone->play(kVoice);
+    for (int i = 0; i < 4; ++i) lab_.standIns.microphone->play(kLoud);
     lab_.standIns.recognizer->say(heard("open my cart", {0.9}, true));
     settle();
     static_cast<void>(lab_.standIns.journal->take());

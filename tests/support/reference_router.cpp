@@ -6,8 +6,8 @@
 #include <unordered_set>
 
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
 #include <ZelvoraSDK/routing/decision.h>
+#include <ZelvoraSDK/routing/normalizer.h>
 
 namespace zelvora::reference {
 namespace {

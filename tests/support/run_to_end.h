@@ -5,7 +5,7 @@
 #include <boost/asio/use_future.hpp>
 #include <utility>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 
 namespace zelvora::testing {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora::testing {

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/platform/network.h>
-#include <ZelvoraSDK/ui/platform_provider.h>
+#include <ZelvoraSDK/ui/application.h>
 
 namespace zelvora {
 namespace {

@@ -3,7 +3,7 @@
 #include <QtGui/QAccessible>
 #include <QtTest/QTest>
 
-#include <ZelvoraSDK/ui/choice_value.h>
+#include <ZelvoraSDK/ui/values.h>
 #include <tests/ui/scene.h>
 
 namespace zelvora {

@@ -3,7 +3,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
 
-#include <ZelvoraSDK/ui/private/resource_bundle.h>
+#include <ZelvoraSDK/ui/private/badge_image.h>
 
 namespace zelvora {
 namespace {

@@ -1,8 +1,8 @@
 #include <ZelvoraSDK/workbench/json_places.h>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_read.h>
+#include <ZelvoraSDK/base/text.h>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include <ZelvoraSDK/workbench/lint.h>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/workbench/json_places.h>
 
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 #include <ZelvoraSDK/workbench/spec_schema.h>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 #include <ZelvoraSDK/workbench/json_places.h>

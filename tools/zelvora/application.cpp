@@ -13,16 +13,15 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
-#include <ZelvoraSDK/platform/url.h>
+#include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/routing/learning_store.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
 

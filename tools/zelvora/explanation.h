@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/platform/system.h>
 #include <ZelvoraSDK/routing/context_engine.h>
 #include <ZelvoraSDK/routing/local_router.h>

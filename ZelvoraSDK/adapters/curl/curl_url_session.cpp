@@ -2,10 +2,9 @@
 
 #include <utility>
 
-#include <ZelvoraSDK/adapters/curl/private/transfer.h>
 #include <ZelvoraSDK/adapters/curl/private/transfer_loop.h>
-#include <ZelvoraSDK/async/awaitable.h>
-#include <ZelvoraSDK/async/bounded_thread.h>
+#include <ZelvoraSDK/async/coroutine.h>
+#include <ZelvoraSDK/async/threads.h>
 
 namespace zelvora {
 namespace {

@@ -18,7 +18,7 @@ inline constexpr char kCurlErrorDomain[] = "curl";
 struct CurlOptions {
   /// PEM certificates to trust beside the system's.
   std::optional<std::filesystem::path> extraAuthorities = std::nullopt;
-  /// No request waits longer than this, whatever it asks for.
+  /// The upper limit of every request's own time-out.
   std::optional<Seconds> longestTimeout = std::nullopt;
 };
 

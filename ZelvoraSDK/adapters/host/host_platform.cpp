@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/host/host_platform.h>
+#include <ZelvoraSDK/adapters/host.h>
 
 #include <pwd.h>
 #include <unistd.h>

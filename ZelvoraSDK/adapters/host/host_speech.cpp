@@ -1,22 +1,31 @@
-#include <ZelvoraSDK/adapters/host/host_speech.h>
+#include <ZelvoraSDK/adapters/host.h>
 
 #include <utility>
 
-#include <ZelvoraSDK/adapters/audio/wordless_recognizer.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
-#include <ZelvoraSDK/adapters/pulse/pulse_engine.h>
-#include <ZelvoraSDK/adapters/pulse/pulse_session.h>
-#include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
-#include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
-#include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/error.h>
-#ifdef ZELVORA_HAS_SHERPA
+#ifdef ZELVORA_HAS_SPEECH
 #include <ZelvoraSDK/adapters/audio/combined_recognizer.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
+#include <ZelvoraSDK/adapters/pulse/pulse_audio.h>
+#include <ZelvoraSDK/adapters/sndfile/file_microphone.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
+#include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
+#endif
+#ifdef ZELVORA_HAS_SHERPA
 #include <ZelvoraSDK/adapters/sherpa/sherpa_recognizer.h>
 #endif
 
 namespace zelvora {
+
+Awaitable<Permissions::SpeechStatus> GrantedPermissions::requestSpeechRecognition() {
+  co_return SpeechStatus::authorized;
+}
+
+Awaitable<bool> GrantedPermissions::requestMicrophone() { co_return true; }
+
+#ifdef ZELVORA_HAS_SPEECH
+
 namespace {
 
 std::shared_ptr<AudioEngineFactory> microphone(const HostSpeechOptions& options,
@@ -56,12 +65,6 @@ std::shared_ptr<SpeechRecognizerFactory> recognizers(const HostSpeechOptions& op
 
 }  // namespace
 
-Awaitable<Permissions::SpeechStatus> GrantedPermissions::requestSpeechRecognition() {
-  co_return SpeechStatus::authorized;
-}
-
-Awaitable<bool> GrantedPermissions::requestMicrophone() { co_return true; }
-
 std::vector<std::string> hostRecognizers() {
 #ifdef ZELVORA_HAS_SHERPA
   return {"pocketsphinx", "sherpa"};
@@ -80,5 +83,17 @@ SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors
           .permissions = options.permissions,
           .synthesizers = std::make_shared<SpeechdSynthesizerFactory>()};
 }
+
+#else
+
+// The libraries of sound were left out of this build.
+std::vector<std::string> hostRecognizers() { return {}; }
+
+SpeechPlatform hostSpeech(const HostSpeechOptions& /*options*/, Executors& /*executors*/,
+                          std::shared_ptr<LogSink> /*log*/) {
+  throw Error("ZelvoraHost", 1, "this build neither hears nor speaks");
+}
+
+#endif
 
 }  // namespace zelvora

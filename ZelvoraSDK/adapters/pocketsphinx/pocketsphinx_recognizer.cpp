@@ -1,24 +1,15 @@
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
 
-#include <algorithm>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/audio/private/decoders.h>
 #include <ZelvoraSDK/adapters/audio/private/stream_recognizer.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
-#include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {
 namespace {
 
-std::string plain(const std::string& locale) {
-  std::string name = lowercased(locale);
-  std::ranges::replace(name, '_', '-');
-  return name;
-}
-
 bool isEnglish(const std::string& locale) {
-  const std::string name = plain(locale);
+  const std::string name = audio::plainLocale(locale);
   return name == "en" || name.starts_with("en-");
 }
 
@@ -65,7 +56,7 @@ void PocketsphinxRecognizerFactory::preload(const std::vector<std::string>& phra
 }
 
 void PocketsphinxRecognizerFactory::sayWhichEnglish(const std::string& locale) {
-  const std::string name = plain(locale);
+  const std::string name = audio::plainLocale(locale);
   if (!log_ || name == "en" || name == "en-us") return;
   const std::scoped_lock lock(mutex_);
   if (said_.insert(name).second) log_->write("[Zelvora][Speech] " + locale + " is heard as en-US");

@@ -22,7 +22,8 @@ class Decoders;
 /// A decoder takes some 115 MB and half a second to load, in the background from the first
 /// recogniser on, and is kept until `release()`. It serves one task at a time: starting a second
 /// one throws Error. The handler of a task must neither finish nor destroy the task. Where the
-/// model can't be read the handler is told. Errors have the domain "ZelvoraSpeechRecognizer".
+/// model can't be read, the handler gets the Error. Errors have the domain
+/// "ZelvoraSpeechRecognizer".
 class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// `vocabulary` holds phrases to expect besides those of each request, names of brands included;

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/queued_work.h>
+#include <ZelvoraSDK/async/serial_queue.h>
 #include <ZelvoraSDK/base/error.h>
 
 namespace zelvora {

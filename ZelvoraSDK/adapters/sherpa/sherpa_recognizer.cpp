@@ -3,25 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/audio/private/decoders.h>
 #include <ZelvoraSDK/adapters/audio/private/stream_recognizer.h>
 #include <ZelvoraSDK/adapters/sherpa/private/transducer.h>
-#include <ZelvoraSDK/base/text.h>
 
 namespace zelvora {
-namespace {
-
-std::string plain(const std::string& locale) {
-  std::string name = lowercased(locale);
-  std::ranges::replace(name, '_', '-');
-  return name;
-}
-
-}  // namespace
 
 SherpaRecognizerFactory::SherpaRecognizerFactory(SherpaModel model,
                                                  std::vector<std::string> vocabulary) {
-  for (const std::string& locale : model.locales) locales_.push_back(plain(locale));
+  for (const std::string& locale : model.locales) locales_.push_back(audio::plainLocale(locale));
   decoders_ = std::make_unique<audio::Decoders>(
       std::move(vocabulary), [which = std::move(model)](const audio::Decoders::Phrases& phrases) {
         return std::make_unique<sherpa::Transducer>(which, phrases);
@@ -31,7 +20,7 @@ SherpaRecognizerFactory::SherpaRecognizerFactory(SherpaModel model,
 SherpaRecognizerFactory::~SherpaRecognizerFactory() = default;
 
 bool SherpaRecognizerFactory::speaks(const std::string& locale) const {
-  return std::ranges::find(locales_, plain(locale)) != locales_.end();
+  return std::ranges::find(locales_, audio::plainLocale(locale)) != locales_.end();
 }
 
 std::unique_ptr<SpeechRecognizer> SherpaRecognizerFactory::makeRecognizer(

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
 

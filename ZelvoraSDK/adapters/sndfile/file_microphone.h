@@ -37,7 +37,7 @@ class RealTimePace final : public Pace {
 /// buffer by buffer at the file's own rate and in its channels, each capture from the start.
 ///
 /// After its end comes silence until the capture is stopped, as it does after a speaker's last
-/// word: whoever listens decides by itself when that was it. The last buffer of the file is filled
+/// word: the listener decides when the command has ended. The last buffer of the file is filled
 /// up with silence. A file that turns out damaged ends the capture with an Error.
 class FileMicrophone final : public AudioEngineFactory {
  public:

@@ -10,8 +10,6 @@
 #include <thread>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/speechd/private/daemon.h>
-#include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
 #include <ZelvoraSDK/adapters/speechd/private/session.h>
 #include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/async/guarded.h>

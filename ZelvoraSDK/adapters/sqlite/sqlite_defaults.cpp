@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/sqlite/private/connection.h>
 #include <ZelvoraSDK/adapters/sqlite/private/store_file.h>
 #include <ZelvoraSDK/base/error.h>
 

@@ -8,11 +8,11 @@
 #include <utility>
 
 #include <ZelvoraSDK/async/call_scope.h>
+#include <ZelvoraSDK/async/callbacks.h>
 #include <ZelvoraSDK/async/guarded.h>
-#include <ZelvoraSDK/async/slot.h>
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/facade/callbacks.h>
 #include <ZelvoraSDK/facade/text_pipeline.h>
+#include <ZelvoraSDK/facade/voice_pipeline.h>
 #include <ZelvoraSDK/zelvora.h>
 
 namespace zelvora {

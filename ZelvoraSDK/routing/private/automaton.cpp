@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kFirstSlots = 1024;
 
-/// Words of up to so many bytes are told apart by their keys alone.
+/// Words of up to so many bytes differ in their keys alone.
 constexpr std::size_t kShortWord = sizeof(std::uint64_t);
 
 /// All distinct words together, in bytes.

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
+#include <ZelvoraSDK/routing/normalizer.h>
 
 namespace zelvora {
 

@@ -20,7 +20,7 @@
 namespace zelvora {
 
 // Points are sums of doubles, and the order of summation shows: 0.6 + 0.6 + 0.6 is not 1.8. Yet all
-// are multiples of 0.6 but for that, so whole units order any two tasks whose units differ.
+// are multiples of 0.6 except for that, so whole units order any two tasks whose units differ.
 
 inline constexpr std::uint32_t kPhraseUnits = 10;
 inline constexpr std::uint32_t kSingleUnits = 5;

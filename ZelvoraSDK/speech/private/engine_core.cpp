@@ -354,7 +354,7 @@ void EngineCore::finishRecognition() {
   });
 }
 
-/// Applied here, not posted: whoever reads behind the teardown finds it.
+/// Applied here, not posted: a reader after the teardown finds it.
 void EngineCore::takeResult(const std::shared_ptr<Hearing>& hearing, const SpeechResult& result) {
   const Seconds now = parts_.time->now();
   const auto text = hearing->with([&](CaptureHearing& so) {

@@ -12,7 +12,6 @@
 #include <ZelvoraSDK/async/guarded.h>
 #include <ZelvoraSDK/async/serial_queue.h>
 #include <ZelvoraSDK/platform/audio.h>
-#include <ZelvoraSDK/speech/private/recording.h>
 #include <ZelvoraSDK/speech/private/sound_path.h>
 #include <ZelvoraSDK/speech/speech_engine.h>
 
@@ -72,7 +71,7 @@ class SessionShare {
 };
 
 /// What the recogniser has made of one capture. Written on the recogniser's thread as results come,
-/// so that whoever reads has them all.
+/// so that a reader gets them all.
 struct CaptureHearing {
   CaptureNumber number = 0;
   std::string lastNonEmpty;
@@ -80,7 +79,7 @@ struct CaptureHearing {
   std::optional<double> finalConfidence;  ///< Of the final result.
   Seconds lastTextAt{-std::numeric_limits<double>::infinity()};
   bool gotAnyResult = false;
-  bool isClosed = false;  ///< What comes now belongs to nobody.
+  bool isClosed = false;  ///< What comes now is dropped.
 };
 
 /// The state of a speech engine. Confined to the engine's queue, where it is also destroyed; a
@@ -95,14 +94,14 @@ class EngineCore : public std::enable_shared_from_this<EngineCore> {
   EngineCore(const EngineCore&) = delete;
   EngineCore& operator=(const EngineCore&) = delete;
 
-  /// The first recogniser, so that it may load while nobody speaks, and a clean directory.
+  /// The first recogniser, so that it loads before a capture, and a clean directory.
   void begin();
   void start(CaptureNumber number);
   void stop();
   void reset();
   void prepare();
   void release();
-  /// Ends everything without a word, for good.
+  /// Ends everything and reports nothing. No capture starts after that.
   void close();
   /// Ends the capture of `hearing`, if it is under way.
   void end(const std::shared_ptr<Hearing>& hearing, CaptureEnd why);

@@ -1,14 +1,48 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <memory>
+#include <optional>
 
-#include <ZelvoraSDK/async/bounded_thread.h>
+#include <ZelvoraSDK/async/threads.h>
 #include <ZelvoraSDK/platform/audio.h>
 #include <ZelvoraSDK/platform/speech.h>
-#include <ZelvoraSDK/speech/capture_time.h>
+#include <ZelvoraSDK/platform/system.h>
+#include <ZelvoraSDK/speech/endpointing.h>
+#include <ZelvoraSDK/speech/stt_config.h>
 
 namespace zelvora {
+
+/// The file that a capture is recorded to, deleted with this object. One thread at a time, except
+/// what the writer is used for.
+class Recording {
+ public:
+  /// A file zelvora-UUID.caf in `directory`. Throws Error when it can't be opened.
+  Recording(AudioFileFactory& files, const std::filesystem::path& directory,
+            const AudioFormat& format);
+  ~Recording();
+
+  Recording(const Recording&) = delete;
+  Recording& operator=(const Recording&) = delete;
+
+  [[nodiscard]] const std::shared_ptr<AudioFileWriter>& writer() const { return writer_; }
+
+  /// The whole file; absent when it can't be read. The file is deleted.
+  std::optional<AudioData> take();
+
+ private:
+  std::filesystem::path path_;
+  std::shared_ptr<AudioFileWriter> writer_;
+};
+
+/// After that long without a write a recording has lost its process: a capture ends after seconds
+/// and writes many times in each.
+inline constexpr Seconds kAbandonedAfter{60};
+
+/// Deletes what killed processes left in `directory`: files with the name of a recording that
+/// `files` knows to be abandoned or that were last written `kAbandonedAfter` ago. Never throws.
+void removeAbandonedRecordings(AudioFileFactory& files, const std::filesystem::path& directory);
 
 /// The way that the sound of one capture takes. The audio thread measures each buffer, copies it
 /// into a ring of `kCaptureRingSeconds` and signals: it neither allocates nor locks nor touches a

@@ -1,8 +1,21 @@
 #pragma once
 
+#include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtQuick/QQuickPaintedItem>
 
 namespace zelvora {
+
+/// The first folder named ZelvoraSDK_ZelvoraSDK.bundle in one of the places; empty when there is
+/// none.
+QString findResourceBundle(const QStringList& places);
+
+/// The bundle beside the application, by which it may replace our images, or else the module's own.
+QString resourceBundle();
+
+/// The image of that name in a bundle: a scalable one, or else one of pixels; empty when there is
+/// none.
+QString imageIn(const QString& bundle, const QString& name);
 
 /// An image of the resource bundle, stretched over the item; nothing when the bundle lacks it.
 class BadgeImage : public QQuickPaintedItem {
@@ -30,7 +43,7 @@ class BadgeImage : public QQuickPaintedItem {
   void componentComplete() override;
 
  private:
-  /// Each look into the bundle is told on standard output.
+  /// Logs each look into the bundle on standard output.
   void look();
 
   QString name_;

@@ -2,10 +2,14 @@
 
 #include <QtCore/QMetaMethod>
 #include <QtCore/QMetaProperty>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QInputMethod>
 #include <QtGui/QKeyEvent>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
 #include <QtQml/QQmlProperty>
+#include <QtQuick/QQuickWindow>
+
 #include <algorithm>
 
 namespace zelvora {
@@ -107,6 +111,57 @@ void OnDemand::settle() {
   }
   component_->completeCreate();
   Q_EMIT itemChanged();
+}
+
+namespace {
+
+constexpr double kMargin = 8;  ///< Points that stay free for the focus ring.
+
+void scroll(QQuickItem& flickable, const QRectF& place) {
+  const double height = flickable.height();
+  const double top = place.top() - kMargin, bottom = place.bottom() + kMargin;
+  double at = flickable.property("contentY").toDouble();
+  if (bottom > at + height) at = bottom - height;
+  at = std::min(at, top);
+  const double origin = flickable.property("originY").toDouble();
+  const double end = origin + flickable.property("contentHeight").toDouble() - height;
+  flickable.setProperty("contentY", std::clamp(at, origin, std::max(origin, end)));
+}
+
+}  // namespace
+
+void Reveal::show(QQuickItem* item) {
+  if (!item) return;
+  for (QQuickItem* at = item->parentItem(); at; at = at->parentItem()) {
+    auto* content = at->property("contentItem").value<QQuickItem*>();
+    if (!content || !at->inherits("QQuickFlickable")) continue;
+    scroll(*at, item->mapRectToItem(content, QRectF(0, 0, item->width(), item->height())));
+  }
+}
+
+Insets::Insets(QQuickItem* parent) : QQuickItem(parent) {
+  const QInputMethod* method = QGuiApplication::inputMethod();
+  connect(method, &QInputMethod::visibleChanged, this, &Insets::keyboardChanged);
+  connect(method, &QInputMethod::keyboardRectangleChanged, this, &Insets::keyboardChanged);
+}
+
+double Insets::keyboard() const {
+  const QInputMethod* method = QGuiApplication::inputMethod();
+  return method->isVisible() ? method->keyboardRectangle().height() : 0;
+}
+
+void Insets::itemChange(ItemChange change, const ItemChangeData& value) {
+  QQuickItem::itemChange(change, value);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 9, 0)
+  // Untried: this project is built with Qt 6.4.
+  if (change != ItemSceneChange || !value.window) return;
+  const auto take = [this](const QMargins& margins) {
+    margins_ = margins;
+    Q_EMIT changed();
+  };
+  connect(value.window, &QWindow::safeAreaMarginsChanged, this, take);
+  take(value.window->safeAreaMargins());
+#endif
 }
 
 }  // namespace zelvora

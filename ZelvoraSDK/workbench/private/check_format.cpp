@@ -10,13 +10,13 @@
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/workbench/private/spec_format.h>
+#include <ZelvoraSDK/workbench/spec_schema.h>
 
 namespace zelvora::workbench {
 namespace {
 
 namespace json = boost::json;
-using Kind = SpecEdit::Kind;
+using EditKind = SpecEdit::Kind;
 
 std::string_view asView(json::string_view text) { return {text.data(), text.size()}; }
 
@@ -140,8 +140,8 @@ DecodingProblem problemOf(const std::string& description) {
 
 SpecEdit settingAt(const std::string& path, std::string json) {
   const std::size_t dot = path.rfind('.');
-  if (dot == path.npos) return {Kind::set, "", path, std::move(json)};
-  return {Kind::set, path.substr(0, dot), path.substr(dot + 1), std::move(json)};
+  if (dot == path.npos) return {EditKind::set, "", path, std::move(json)};
+  return {EditKind::set, path.substr(0, dot), path.substr(dot + 1), std::move(json)};
 }
 
 bool isMinimalOnPurpose(const LintedSpec& spec) {
@@ -270,13 +270,13 @@ class KeyCheck {
     const std::string at = memberPath(path, name);
     LintFinding finding{.code = "unknown-key", .path = at, .cause = std::string(name)};
     finding.message = "the format has no key " + inQuotes(name) + " here, so nothing reads it";
-    const SpecEdit renaming{Kind::rename, at, std::string(near.name), ""};
+    const SpecEdit renaming{EditKind::rename, at, std::string(near.name), ""};
     if (isNear(near, name) && !members.contains(near.name) && stillDecodes(renaming)) {
       finding.hint = "call it " + inQuotes(near.name);
       finding.edits = {renaming};
     } else {
       finding.hint = "leave it out; the nearest key is " + inQuotes(near.name);
-      finding.edits = {{Kind::remove, at, "", ""}};
+      finding.edits = {{EditKind::remove, at, "", ""}};
     }
     findings_.add(std::move(finding));
   }
@@ -351,7 +351,7 @@ class EffectCheck {
     if (!context->enabled &&
         (context->synonymsByLocale || context->relatedIntents || context->memory))
       report(at, "the context is off, so its synonyms, related tasks and follow-ups do nothing",
-             "write \"enabled\": true, or leave the section out", {Kind::remove, at, "", ""});
+             "write \"enabled\": true, or leave the section out", {EditKind::remove, at, "", ""});
     if (context->max_expansions != 5 && context->max_expansions != 3)
       expect<std::int64_t>(at + ".max_expansions", context->max_expansions, 5,
                            "five phrasings with synonyms are tried at most, whatever stands here");
@@ -385,7 +385,8 @@ class EffectCheck {
   void checkAction(const std::optional<RuntimeSpec::TaskAction>& action, const std::string& at) {
     if (!action || !action->id || action->type == "present") return;
     report(at + ".id", "only an action of the type \"present\" shows a presentation",
-           "write \"type\": \"present\", or leave the id out", {Kind::remove, at + ".id", "", ""});
+           "write \"type\": \"present\", or leave the id out",
+           {EditKind::remove, at + ".id", "", ""});
   }
 
   const RuntimeSpec& spec_;

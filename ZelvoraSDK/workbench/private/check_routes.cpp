@@ -5,14 +5,13 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/workbench/private/linted_spec.h>
 #include <ZelvoraSDK/workbench/private/remedies.h>
 
 namespace zelvora::workbench {
 namespace {
 
 using Texts = std::vector<std::size_t>;
-using Kind = OwnText::Kind;
+using TextKind = OwnText::Kind;
 
 std::string decimal2(double value) { return shortestDecimal(std::round(value * 100) / 100); }
 
@@ -51,7 +50,7 @@ class RouteCheck {
     const std::uint32_t task = own(text).task;
     const Lead& lead = leadOf(text);
     if (lead.opens(task) || lead.offersFirst(task)) return;
-    const bool isTitle = own(text).kind == Kind::title;
+    const bool isTitle = own(text).kind == TextKind::title;
     LintFinding finding{.path = own(text).path};
     using enum LintSeverity;
     if (lead.kind == Lead::Kind::opens) {

@@ -8,12 +8,12 @@
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
+#include <ZelvoraSDK/routing/normalizer.h>
 
 namespace zelvora::workbench {
 namespace {
 
-using Kind = SpecEdit::Kind;
+using EditKind = SpecEdit::Kind;
 using Texts = std::vector<std::string>;
 
 // Thresholds.
@@ -64,7 +64,7 @@ class ThresholdCheck {
                    .path = std::string(kThresholdsPath) + "." + key,
                    .message = std::move(message),
                    .hint = "write " + better,
-                   .edits = {{Kind::set, kThresholdsPath, key, better}},
+                   .edits = {{EditKind::set, kThresholdsPath, key, better}},
                    .cause = key});
   }
 
@@ -86,7 +86,7 @@ void checkRelated(const RuntimeSpec& spec, Findings& findings) {
          .path = path,
          .message = "there is no task " + inQuotes(id) + ", so this relation does nothing",
          .hint = near.empty() ? "leave it out" : "leave it out, or write " + inQuotes(near),
-         .edits = {{Kind::remove, path, "", ""}},
+         .edits = {{EditKind::remove, path, "", ""}},
          .cause = id});
   };
   for (const auto& [id, related] : *spec.routing.context->relatedIntents) {
@@ -104,7 +104,7 @@ void addDead(Findings& findings, const std::string& path, std::string message, s
                 .path = path,
                 .message = std::move(message),
                 .hint = std::move(hint),
-                .edits = {{Kind::remove, path, "", ""}},
+                .edits = {{EditKind::remove, path, "", ""}},
                 .cause = path});
 }
 

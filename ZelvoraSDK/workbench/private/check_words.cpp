@@ -7,17 +7,15 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
 #include <ZelvoraSDK/routing/decision.h>
 #include <ZelvoraSDK/routing/normalizer.h>
-#include <ZelvoraSDK/workbench/private/linted_spec.h>
 #include <ZelvoraSDK/workbench/private/remedies.h>
 
 namespace zelvora::workbench {
 namespace {
 
 using Words = std::vector<std::string>;
-using Kind = OwnText::Kind;
+using TextKind = OwnText::Kind;
 
 Words canonicalWords(std::string_view text) {
   const std::string canonical = normalizeForMatch(text);
@@ -118,7 +116,7 @@ class WordCheck {
     for (const OwnText& own : spec_.ownTexts()) {
       checkStopwords(own);
       if (!isScored(own)) continue;
-      if (own.kind == Kind::keyword)
+      if (own.kind == TextKind::keyword)
         checkKeywordInside(own);
       else
         checkTokensInside(own, reported);
@@ -126,7 +124,9 @@ class WordCheck {
   }
 
  private:
-  static bool isScored(const OwnText& own) { return own.kind != Kind::title && !own.isOfLocale; }
+  static bool isScored(const OwnText& own) {
+    return own.kind != TextKind::title && !own.isOfLocale;
+  }
 
   void add(LintFinding finding, std::optional<Remedy> remedy, std::string otherwise) {
     finding.hint = remedy ? remedy->hint : std::move(otherwise);
@@ -137,7 +137,7 @@ class WordCheck {
   void checkAmbiguous() {
     std::map<Words, const OwnText*> first;
     for (const OwnText& own : spec_.ownTexts()) {
-      if (own.kind != Kind::keyword || own.isOfLocale) continue;
+      if (own.kind != TextKind::keyword || own.isOfLocale) continue;
       Words words = canonicalWords(own.text);
       if (words.empty()) continue;
       std::ranges::sort(words);
@@ -187,7 +187,7 @@ class WordCheck {
     std::map<std::string, std::set<std::uint32_t>> tasksWith;
     std::set<std::string> tokens;
     for (const OwnText& own : spec_.ownTexts())
-      if (own.kind == Kind::example && !own.isOfLocale)
+      if (own.kind == TextKind::example && !own.isOfLocale)
         for (std::string& token : tokensOf(own.text))
           if (isShortWord(token, 2)) tokens.insert(std::move(token));
     for (const OwnText& own : spec_.ownTexts()) {
@@ -196,7 +196,7 @@ class WordCheck {
         if (canonical.find(token) != canonical.npos) tasksWith[token].insert(own.task);
     }
     for (const OwnText& own : spec_.ownTexts()) {
-      if (own.kind != Kind::example || own.isOfLocale) continue;
+      if (own.kind != TextKind::example || own.isOfLocale) continue;
       std::set<std::string> seen;
       for (const std::string& token : tokensOf(own.text)) {
         if (!tokens.contains(token) || !seen.insert(token).second) continue;
@@ -334,7 +334,7 @@ class WordCheck {
     Remedy remedy{"leave out " + inQuotes(token), {}};
     const auto& texts = spec_.ownTexts();
     for (auto own = texts.rbegin(); own != texts.rend(); ++own) {
-      if (own->task != task || own->kind != Kind::example || own->isOfLocale) continue;
+      if (own->task != task || own->kind != TextKind::example || own->isOfLocale) continue;
       const Words tokens = tokensOf(own->text);
       if (std::ranges::find(tokens, token) == tokens.end()) continue;
       const std::string shorter = withoutWord(own->text, token);
@@ -355,7 +355,7 @@ class WordCheck {
   // Stopwords.
 
   void checkStopwords(const OwnText& own) {
-    if (own.kind == Kind::title || !isEmptied(own)) return;
+    if (own.kind == TextKind::title || !isEmptied(own)) return;
     LintFinding finding{.code = "stopwords-remove",
                         .path = own.path,
                         .message = "every word of " + inQuotes(own.text) + " is a stopword of " +

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/workbench/private/linted_spec.h>
+#include <ZelvoraSDK/workbench/private/checks.h>
 
 #include <algorithm>
 #include <utility>
@@ -8,7 +8,7 @@
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/local_stage.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
+#include <ZelvoraSDK/routing/normalizer.h>
 #include <ZelvoraSDK/spec/json_value.h>
 
 namespace zelvora::workbench {

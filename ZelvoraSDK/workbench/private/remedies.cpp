@@ -6,15 +6,15 @@
 
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/base/text.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
 #include <ZelvoraSDK/routing/decision.h>
 #include <ZelvoraSDK/routing/local_router.h>
+#include <ZelvoraSDK/routing/normalizer.h>
 #include <ZelvoraSDK/workbench/private/checks.h>
 
 namespace zelvora::workbench {
 namespace {
 
-using Kind = SpecEdit::Kind;
+using EditKind = SpecEdit::Kind;
 
 constexpr double kSinglePoints = 3.0;
 constexpr double kTokenPoints = 0.6;
@@ -109,11 +109,12 @@ void Remedies::addKeyword(Draft& draft, std::uint32_t task, const std::string& k
       });
   if (!hasOwn && draft.added.empty())
     draft.remedy.edits.push_back(
-        {Kind::append, spec_.taskPath(task), "keywords", toJson(records[task].title)});
+        {EditKind::append, spec_.taskPath(task), "keywords", toJson(records[task].title)});
   draft.record.keywords.push_back(keyword);
   draft.touched.push_back(keyword);
   draft.added.push_back(keyword);
-  draft.remedy.edits.push_back({Kind::append, spec_.taskPath(task), "keywords", toJson(keyword)});
+  draft.remedy.edits.push_back(
+      {EditKind::append, spec_.taskPath(task), "keywords", toJson(keyword)});
   say(draft.remedy, "add the keyword " + inQuotes(keyword));
 }
 
@@ -121,7 +122,8 @@ void Remedies::addExample(Draft& draft, std::uint32_t task, const std::string& e
   draft.record.examples.push_back(example);
   draft.touched.push_back(example);
   draft.added.push_back(example);
-  draft.remedy.edits.push_back({Kind::append, spec_.taskPath(task), "examples", toJson(example)});
+  draft.remedy.edits.push_back(
+      {EditKind::append, spec_.taskPath(task), "examples", toJson(example)});
 }
 
 // Trying.
@@ -267,7 +269,7 @@ Remedy Remedies::openAny(std::uint32_t task, const std::vector<std::size_t>& own
 
 bool Remedies::takeOut(Draft& draft, const OwnText& own) {
   if (own.kind == OwnText::Kind::title) return false;
-  const SpecEdit removal{Kind::remove, own.path, "", ""};
+  const SpecEdit removal{EditKind::remove, own.path, "", ""};
   if (own.isOfLocale) {  // not scored
     draft.remedy.edits.push_back(removal);
     return true;
@@ -307,8 +309,8 @@ std::optional<Remedy> Remedies::replacing(const OwnText& own, const std::string&
   const std::string array = own.path.substr(0, own.path.rfind('['));
   const std::size_t dot = array.rfind('.');
   return Remedy{"write " + inQuotes(by),
-                {{Kind::remove, own.path, "", ""},
-                 {Kind::append, array.substr(0, dot), array.substr(dot + 1), toJson(by)}}};
+                {{EditKind::remove, own.path, "", ""},
+                 {EditKind::append, array.substr(0, dot), array.substr(dot + 1), toJson(by)}}};
 }
 
 }  // namespace zelvora::workbench

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <ZelvoraSDK/workbench/private/linted_spec.h>
+#include <ZelvoraSDK/workbench/private/checks.h>
 
 namespace zelvora::workbench {
 

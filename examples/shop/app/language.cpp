@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <utility>
 
-#include <ZelvoraSDK/ui/translations.h>
+#include <ZelvoraSDK/ui/application.h>
 
 namespace zelvora::shop {
 

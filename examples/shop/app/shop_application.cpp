@@ -13,7 +13,7 @@
 #include <ZelvoraSDK/facade/settings.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
-#include <ZelvoraSDK/ui/platform_provider.h>
+#include <ZelvoraSDK/ui/application.h>
 
 #include "glyph_provider.h"
 

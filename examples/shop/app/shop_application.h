@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <memory>
 
-#include <ZelvoraSDK/adapters/host/host_platform.h>
+#include <ZelvoraSDK/adapters/host.h>
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
 #include <ZelvoraSDK/platform.h>
 

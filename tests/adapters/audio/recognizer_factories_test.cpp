@@ -5,7 +5,6 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/audio/combined_recognizer.h>
-#include <ZelvoraSDK/adapters/audio/wordless_recognizer.h>
 #include <ZelvoraSDK/testing/speech.h>
 #include <tests/adapters/audio/listening.h>
 

@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
-#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <tests/support/plain_number.h>
 
 namespace zelvora::audio {

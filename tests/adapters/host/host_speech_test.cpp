@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/host/host_speech.h>
+#include <ZelvoraSDK/adapters/host.h>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/plist/property_list.h>
+#include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
 #include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <tests/support/german_numbers.h>
 #include <tests/support/synthetic_voice.h>

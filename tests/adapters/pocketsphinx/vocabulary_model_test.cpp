@@ -5,8 +5,7 @@
 #include <sstream>
 
 #include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
-#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
-#include <ZelvoraSDK/adapters/pocketsphinx/private/arpa_model.h>
+#include <ZelvoraSDK/adapters/pocketsphinx/private/decoder.h>
 #include <ZelvoraSDK/base/limits.h>
 #include <tests/support/plain_number.h>
 

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/pulse/pulse_engine.h>
+#include <ZelvoraSDK/adapters/pulse/pulse_audio.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/pulse/private/reblock.h>
+#include <ZelvoraSDK/adapters/pulse/private/capture.h>
 #include <ZelvoraSDK/base/limits.h>
 #include <tests/support/sound_files.h>
 #include <tests/support/sound_server.h>
@@ -31,9 +31,9 @@ using testing::SoundServer;
 using testing::Subprocess;
 using testing::TemporaryFolder;
 
-constexpr AudioFormat kStereo{48000, 2};
+constexpr AudioFormat kDeviceStereo{48000, 2};
 /// Longer than anything takes here, and shorter than a build server's patience.
-constexpr auto kPatience = 30s;
+constexpr auto kServerPatience = 30s;
 
 /// Keeps what follows the first sample that is not silent, until that is enough.
 class Listener {
@@ -42,7 +42,7 @@ class Listener {
 
   void operator()(const PcmBuffer& buffer) {
     EXPECT_EQ(buffer.frames, 1024U);
-    EXPECT_EQ(buffer.format, kStereo);
+    EXPECT_EQ(buffer.format, kDeviceStereo);
     const auto samples = std::get<std::span<const float>>(buffer.samples);
     EXPECT_EQ(samples.size(), buffer.frames * 2);
     auto from = samples.begin();
@@ -54,7 +54,7 @@ class Listener {
   }
 
   [[nodiscard]] bool waitUntilFull() {
-    return enough_.get_future().wait_for(kPatience) == std::future_status::ready;
+    return enough_.get_future().wait_for(kServerPatience) == std::future_status::ready;
   }
   /// REQUIRES: the tap is gone.
   std::vector<float> heard() {
@@ -87,12 +87,12 @@ struct RunningCapture {
     });
     engine->onFailure([this](const Error& error) { failure.set_value(error); });
     engine->start();
-    EXPECT_EQ(sound.get_future().wait_for(kPatience), std::future_status::ready);
+    EXPECT_EQ(sound.get_future().wait_for(kServerPatience), std::future_status::ready);
   }
 
   std::string awaitFailure() {
     auto told = failure.get_future();
-    if (told.wait_for(kPatience) != std::future_status::ready) return "none";
+    if (told.wait_for(kServerPatience) != std::future_status::ready) return "none";
     return told.get().description();
   }
 
@@ -130,7 +130,7 @@ TEST(PulseEngine, AsksADeviceForSoundWithinTheLimitsOnly) {
     });
     engine->start();
     auto format = heard.get_future();
-    ASSERT_EQ(format.wait_for(kPatience), std::future_status::ready) << row.sink;
+    ASSERT_EQ(format.wait_for(kServerPatience), std::future_status::ready) << row.sink;
     EXPECT_EQ(format.get(), row.expected) << row.sink;
     engine->stop();
     server.control("unload-module " + source);
@@ -142,11 +142,11 @@ TEST(PulseEngine, HearsEachSampleAsItWasPlayed) {
   const SoundServer server;
   const TemporaryFolder folder;
   const std::vector<float> played = noise(48000);
-  testing::writeRecording(folder.path() / "said.caf", kStereo, played);
+  testing::writeRecording(folder.path() / "said.caf", kDeviceStereo, played);
 
   Listener listener(played.size());
   const auto engine = PulseEngineFactory().makeEngine();
-  ASSERT_EQ(engine->inputFormat(), kStereo);
+  ASSERT_EQ(engine->inputFormat(), kDeviceStereo);
   engine->installTap(1024, std::ref(listener));
   engine->start();
   EXPECT_TRUE(engine->isRunning());
@@ -211,7 +211,7 @@ TEST(PulseEngine, SaysWhyThereIsNoMicrophone) {
 TEST(PulseEngine, GivesUpWhenTheMicrophoneGoesBeforeItStarts) {
   const SoundServer server;
   const auto engine = PulseEngineFactory().makeEngine();
-  ASSERT_EQ(engine->inputFormat(), kStereo);
+  ASSERT_EQ(engine->inputFormat(), kDeviceStereo);
   server.unplugMicrophone();
   EXPECT_THAT(failureOf(*engine), HasSubstr("can't listen to ci_mic"));
 }
@@ -236,7 +236,7 @@ class Steps {
     const auto buffers = [this](std::size_t count) {
       return [this, count] {
         std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, kPatience, [&] { return buffers_ >= count || failed_; });
+        changed_.wait_for(lock, kServerPatience, [&] { return buffers_ >= count || failed_; });
       };
     };
     steps_ = {[this] { engine_->inputFormat(); },
@@ -306,7 +306,7 @@ TEST(PulseEngine, LosesItsServerAfterEachStep) {
     const auto begin = std::chrono::steady_clock::now();
     for (std::size_t step = n; step < steps.count(); ++step) steps.run(step);
     steps.release();
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, kPatience) << n;
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, kServerPatience) << n;
   }
 }
 

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/pulse/pulse_session.h>
+#include <ZelvoraSDK/adapters/pulse/pulse_audio.h>
 
 #include <gtest/gtest.h>
 

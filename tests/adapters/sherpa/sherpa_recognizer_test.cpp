@@ -8,7 +8,6 @@
 #include <fstream>
 #include <optional>
 
-#include <ZelvoraSDK/adapters/sherpa/private/model_folder.h>
 #include <ZelvoraSDK/adapters/sherpa/private/transducer.h>
 #include <tests/adapters/audio/listening.h>
 #include <tests/support/synthetic_voice.h>

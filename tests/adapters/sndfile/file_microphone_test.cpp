@@ -16,7 +16,7 @@ namespace {
 using testing::noise;
 using testing::TemporaryFolder;
 
-constexpr AudioFormat kStereo{44100, 2};
+constexpr AudioFormat kFileStereo{44100, 2};
 
 /// Ticks when the test says so.
 class ManualPace final : public Pace {
@@ -60,11 +60,11 @@ class FileMicrophoneTest : public ::testing::Test {
 TEST_F(FileMicrophoneTest, PlaysTheFileAndThenSilence) {
   auto said = noise(1500 * 2);
   const auto file = folder.path() / "said.caf";
-  testing::writeRecording(file, kStereo, said);
+  testing::writeRecording(file, kFileStereo, said);
   said.resize(3 * 2048);
 
   const auto engine = engineOn(file);
-  EXPECT_EQ(engine->inputFormat(), kStereo);
+  EXPECT_EQ(engine->inputFormat(), kFileStereo);
   for (int capture = 0; capture < 2; ++capture) {
     heard.clear();
     engine->start();
@@ -95,7 +95,7 @@ TEST_F(FileMicrophoneTest, RefusesWhatIsNoSound) {
 
 TEST_F(FileMicrophoneTest, IsQuietWithoutATap) {
   const auto file = folder.path() / "said.caf";
-  testing::writeRecording(file, kStereo, noise(2048));
+  testing::writeRecording(file, kFileStereo, noise(2048));
   const auto engine = engineOn(file);
   engine->start();
   engine->removeTap();

@@ -1,4 +1,4 @@
-#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 
 #include <gtest/gtest.h>
 #include <sndfile.h>

@@ -37,7 +37,7 @@ using testing::SpeechServer;
 using testing::TemporaryFolder;
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr auto kPatience = 60s;
+constexpr auto kDaemonPatience = 60s;
 
 /// Texts, and how they ended.
 class Texts {
@@ -51,7 +51,7 @@ class Texts {
   /// Absent: it does not end.
   std::optional<bool> end(std::size_t which) {
     auto end = ended_.at(which).get_future();
-    if (end.wait_for(kPatience) != std::future_status::ready) return std::nullopt;
+    if (end.wait_for(kDaemonPatience) != std::future_status::ready) return std::nullopt;
     return end.get();
   }
 
@@ -90,7 +90,7 @@ void atEachLine(const std::filesystem::path& path, bool daemonVanishes,
     });
     Texts texts;
     auto synthesizer = speaking(texts);
-    ASSERT_EQ(reached.get_future().wait_for(kPatience), std::future_status::ready) << n;
+    ASSERT_EQ(reached.get_future().wait_for(kDaemonPatience), std::future_status::ready) << n;
     interfere(synthesizer, texts);
     const auto begin = SteadyClock::now();
     synthesizer.reset();

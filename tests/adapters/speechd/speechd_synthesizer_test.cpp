@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include <ZelvoraSDK/adapters/speechd/private/pending_texts.h>
-#include <ZelvoraSDK/adapters/speechd/private/protocol.h>
+#include <ZelvoraSDK/adapters/speechd/private/conversation.h>
+#include <ZelvoraSDK/adapters/speechd/private/session.h>
 #include <ZelvoraSDK/base/limits.h>
 #include <tests/support/loudspeaker.h>
 #include <tests/support/sound_server.h>

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/base/file.h>
+#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/testing/speech.h>
-#include <ZelvoraSDK/ui/choice_value.h>
+#include <ZelvoraSDK/ui/values.h>
 #include <examples/shop/app/tour.h>
 #include <tests/examples/shop/shop_app.h>
 #include <tests/support/sound_files.h>

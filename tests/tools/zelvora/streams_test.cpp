@@ -17,7 +17,7 @@ using testing::TerminalProcess;
 using testing::ToolCall;
 using testing::ToolRun;
 
-const std::string kSpec = ZELVORA_SOURCE_DIR "/examples/shop/shop.json";
+const std::string kShopSpec = ZELVORA_SOURCE_DIR "/examples/shop/shop.json";
 
 class Streams : public ::testing::Test {
  protected:
@@ -26,21 +26,21 @@ class Streams : public ::testing::Test {
     const std::string data = folder_.path() / "data";
     const std::string utterances = folder_.write("u.tsv", "open my cart\tcart\n");
     return {
-        {"route", {.arguments = {"route", "--offline", "--spec", kSpec, "open my cart"}}},
-        {"explain", {.arguments = {"explain", "--spec", kSpec, "open my cart"}}},
-        {"choose", {.arguments = {"choose", "--spec", kSpec, "--data-dir", data, "basket"}}},
-        {"validate", {.arguments = {"validate", "--json", kSpec}}},
+        {"route", {.arguments = {"route", "--offline", "--spec", kShopSpec, "open my cart"}}},
+        {"explain", {.arguments = {"explain", "--spec", kShopSpec, "open my cart"}}},
+        {"choose", {.arguments = {"choose", "--spec", kShopSpec, "--data-dir", data, "basket"}}},
+        {"validate", {.arguments = {"validate", "--json", kShopSpec}}},
         {"init", {.arguments = {"init", "a folder"}}},
-        {"shell", {.arguments = {"shell", "--offline", "--spec", kSpec}, .input = "my cart\n"}},
+        {"shell", {.arguments = {"shell", "--offline", "--spec", kShopSpec}, .input = "my cart\n"}},
         {"completion", {.arguments = {"completion", "bash"}}},
         {"listen",
-         {.arguments = {"listen", "--offline", "--spec", kSpec, "--stt-mode", "disabled"}}},
+         {.arguments = {"listen", "--offline", "--spec", kShopSpec, "--stt-mode", "disabled"}}},
         {"serve", {.arguments = {"serve", "--port", "0"}}},
         {"complete", {.arguments = {"complete", "--", ""}}},
         {"reference", {.arguments = {"reference", "man"}}},
-        {"lint", {.arguments = {"lint", "--json", kSpec}}},
-        {"eval", {.arguments = {"eval", "--spec", kSpec, utterances}}},
-        {"tune", {.arguments = {"tune", "--spec", kSpec, utterances}}},
+        {"lint", {.arguments = {"lint", "--json", kShopSpec}}},
+        {"eval", {.arguments = {"eval", "--spec", kShopSpec, utterances}}},
+        {"tune", {.arguments = {"tune", "--spec", kShopSpec, utterances}}},
         {"schema", {.arguments = {"schema"}}},
     };
   }
@@ -89,7 +89,7 @@ TEST_F(Streams, InputThatCanNotBeReadIsReported) {
   const std::string folder = folder_.path();
   for (const char* command : {"route", "explain", "shell"}) {
     const ToolRun run =
-        runTool({.arguments = {command, "--offline", "--spec", kSpec}, .inputFile = folder});
+        runTool({.arguments = {command, "--offline", "--spec", kShopSpec}, .inputFile = folder});
     EXPECT_EQ(run.status, 2) << command;
     EXPECT_THAT(run.err, HasSubstr("standard input: Is a directory")) << command;
   }
@@ -112,7 +112,7 @@ TEST_F(Streams, ALineOverTheLimitIsPassedOverAndTheRestGoesOn) {
   for (const char* command : {"explain", "shell"}) {
     const std::string file = folder_.write("lines", input);
     const ToolRun run = runTool(
-        {.arguments = {command, "--json", "--offline", "--spec", kSpec}, .inputFile = file});
+        {.arguments = {command, "--json", "--offline", "--spec", kShopSpec}, .inputFile = file});
     EXPECT_EQ(run.status, 2) << command;
     EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 3) << command;
     EXPECT_THAT(run.err, HasSubstr("standard input, line 3: longer than 1 MiB, not routed\n"));
@@ -123,7 +123,7 @@ TEST_F(Streams, ALineOverTheLimitIsPassedOverAndTheRestGoesOn) {
 
 TEST_F(Streams, ATerminalGetsNoControlCharactersAndAPipeAllOfThem) {
   const std::string evil = "my \033]0;x\007 cart \u009B31m \x7f";
-  ToolCall call{.arguments = {"explain", "--spec", kSpec, evil}};
+  ToolCall call{.arguments = {"explain", "--spec", kShopSpec, evil}};
   EXPECT_THAT(runTool(call).out, HasSubstr(evil));
 
   call.environment = {{"NO_COLOR", "1"}};
@@ -152,7 +152,7 @@ TEST_F(Streams, ATerminalGetsTheFirst500CharactersOfAnErrorAndAPipeAllOfThem) {
 }
 
 TEST_F(Streams, ATerminalGetsTheAnswerFirstAndColoursUnlessToldOtherwise) {
-  ToolCall call{.arguments = {"route", "--offline", "--spec", kSpec, "open my cart"}};
+  ToolCall call{.arguments = {"route", "--offline", "--spec", kShopSpec, "open my cart"}};
   for (const bool coloured : {true, false}) {
     call.environment = {{"NO_COLOR", coloured ? "" : "1"}};
     TerminalProcess terminal(call);
@@ -164,8 +164,8 @@ TEST_F(Streams, ATerminalGetsTheAnswerFirstAndColoursUnlessToldOtherwise) {
 }
 
 TEST_F(Streams, QuietKeepsDiagnosticsBackAndNothingElse) {
-  const ToolRun run =
-      runTool({.arguments = {"route", "--quiet", "--offline", "--spec", kSpec, "open my cart"}});
+  const ToolRun run = runTool(
+      {.arguments = {"route", "--quiet", "--offline", "--spec", kShopSpec, "open my cart"}});
   EXPECT_THAT(run.out, HasSubstr("open screen basket"));
   EXPECT_EQ(run.err, "");
   EXPECT_NE(runTool({.arguments = {"route", "--quiet", "--spec", "/none", "x"}}).err, "");

@@ -11,9 +11,9 @@
 #include <sstream>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/base/file.h>
 #include <ZelvoraSDK/base/json_read.h>
 #include <ZelvoraSDK/base/json_write.h>
+#include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/spec/json_value.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 #include <ZelvoraSDK/workbench/lint.h>

@@ -12,11 +12,10 @@
 #include <string>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/host/host_speech.h>
+#include <ZelvoraSDK/adapters/host.h>
 #include <ZelvoraSDK/facade/voice_command.h>
-#include <ZelvoraSDK/outcome/audit_event.h>
 #include <ZelvoraSDK/outcome/result.h>
-#include <ZelvoraSDK/speech/metered_engines.h>
+#include <ZelvoraSDK/platform/audio.h>
 
 #include "../application.h"
 #include "../commands.h"

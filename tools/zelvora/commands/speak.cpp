@@ -10,7 +10,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/speechd/speechd_synthesizer.h>
-#include <ZelvoraSDK/async/awaitable.h>
+#include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/speech/voice_speaker.h>
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/json_write.h>
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/outcome/result.h>
 
 #include "labelled.h"

@@ -9,14 +9,13 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
-#include <ZelvoraSDK/adapters/sndfile/sound_reader.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <ZelvoraSDK/base/error.h>
 #include <ZelvoraSDK/base/text.h>
 #include <ZelvoraSDK/facade/local_stage.h>
-#include <ZelvoraSDK/facade/prepared_spec.h>
 #include <ZelvoraSDK/facade/spoken_phrases.h>
 #include <ZelvoraSDK/facade/transcript_decision.h>
-#include <ZelvoraSDK/routing/canonical_text.h>
+#include <ZelvoraSDK/routing/normalizer.h>
 #include <ZelvoraSDK/speech/endpointing.h>
 
 #include "../application.h"

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 
 #include "evaluation.h"
 #include "labelled.h"

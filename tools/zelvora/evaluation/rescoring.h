@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <ZelvoraSDK/facade/prepared_spec.h>
+#include <ZelvoraSDK/facade/local_stage.h>
 #include <ZelvoraSDK/outcome/result.h>
 #include <ZelvoraSDK/routing/context_engine.h>
 #include <ZelvoraSDK/routing/decision.h>

@@ -22,7 +22,7 @@
 #include <utility>
 
 #include <ZelvoraSDK/base/error.h>
-#include <ZelvoraSDK/platform/url.h>
+#include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora::serve {
 namespace {

@@ -5,7 +5,7 @@
 #include <numeric>
 #include <utility>
 
-#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 
 namespace zelvora::audio {
 namespace {

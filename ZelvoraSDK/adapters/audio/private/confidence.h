@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 #include <ZelvoraSDK/adapters/audio/private/sound_match.h>
-#include <ZelvoraSDK/adapters/audio/private/vocabulary.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::audio {

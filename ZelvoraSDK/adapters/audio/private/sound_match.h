@@ -12,12 +12,12 @@
 #include <utility>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/audio/private/phones.h>
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora::audio {
 
-/// The phones of a word with spaces between them; empty when nobody can tell.
+/// The phones of a word with spaces between them; empty when they are unknown.
 using Pronounce = std::function<std::string(const std::string& word)>;
 
 /// How much a transcript is like what the application expects. Shares of its phones, in [0, 1],

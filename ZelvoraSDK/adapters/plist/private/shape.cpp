@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/plist/property_list.h>
+#include <ZelvoraSDK/adapters/plist/plist_bundle.h>
 #include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora {

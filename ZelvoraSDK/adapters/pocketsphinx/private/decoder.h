@@ -8,7 +8,16 @@
 #include <vector>
 
 #include <ZelvoraSDK/adapters/audio/private/confidence.h>
-#include <ZelvoraSDK/adapters/audio/private/stream_decoder.h>
+#include <ZelvoraSDK/adapters/audio/private/pronunciation.h>
+#include <ZelvoraSDK/adapters/audio/private/stream_recognizer.h>
+
+namespace zelvora::sphinx {
+
+/// A trigram model of the sentences in the ARPA format. What was seen gives up half a count each
+/// (absolute discounting), which is left to what was not. Pure.
+[[nodiscard]] std::string arpaTrigram(const std::vector<audio::Sentence>& sentences);
+
+}  // namespace zelvora::sphinx
 
 struct ps_decoder_s;
 

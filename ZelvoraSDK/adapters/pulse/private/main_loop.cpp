@@ -3,9 +3,11 @@
 #include <pulse/error.h>
 #include <pulse/rtclock.h>
 
-#include <ZelvoraSDK/adapters/pulse/private/failure.h>
-
 namespace zelvora::pulse {
+
+Error failure(int code, const std::string& what) {
+  return {"ZelvoraAudio", code, what + ": " + pa_strerror(code)};
+}
 
 ThreadedLoop::ThreadedLoop() : loop_(pa_threaded_mainloop_new()) {
   if (!loop_) throw failure(PA_ERR_INTERNAL, "can't prepare for sound");

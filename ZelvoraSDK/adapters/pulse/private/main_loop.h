@@ -6,8 +6,14 @@
 
 #include <chrono>
 #include <memory>
+#include <string>
+
+#include <ZelvoraSDK/base/error.h>
 
 namespace zelvora::pulse {
+
+/// `what` went wrong and the sound server's reason; `code` is one of libpulse's.
+Error failure(int code, const std::string& what);
 
 /// libpulse's own thread. Every callback of the library runs there with the lock held, and every
 /// call from elsewhere takes it first.
@@ -35,7 +41,7 @@ class ThreadedLoop {
 
   [[nodiscard]] pa_mainloop_api* api() const { return pa_threaded_mainloop_get_api(loop_); }
 
-  /// Wakes whoever is inside `waitUntil`. For callbacks.
+  /// Wakes the thread inside `waitUntil`. For callbacks.
   void wake() const { pa_threaded_mainloop_signal(loop_, 0); }
 
   /// Lets the thread work until `done()`, at most for `limit`; whether it is done. REQUIRES: the
@@ -48,7 +54,7 @@ class ThreadedLoop {
   }
 
  private:
-  /// Wakes the waiter when the time is up, so that no server can keep it for good.
+  /// Wakes the waiter when the time is up, so that no server can block it forever.
   class Alarm {
    public:
     Alarm(const ThreadedLoop& loop, pa_context* context, std::chrono::microseconds limit);

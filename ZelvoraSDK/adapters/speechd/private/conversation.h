@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -8,9 +9,61 @@
 #include <string_view>
 #include <vector>
 
-#include <ZelvoraSDK/adapters/speechd/private/protocol.h>
-
 namespace zelvora::speechd {
+
+// The language of speech-dispatcher's socket, SSIP: lines from either side, one answer to each
+// command, and notices in between. Pure.
+
+/// What the codes of answers mean.
+inline constexpr int kReceivingText = 230;
+inline constexpr int kTextQueued = 225;
+inline constexpr int kValueFollows = 251;
+inline constexpr int kTextSaid = 702;
+inline constexpr int kTextCut = 703;
+
+/// An answer or a notice.
+struct Answer {
+  int code = 0;
+  std::vector<std::string> values;  ///< For news of a text, its number comes first.
+
+  [[nodiscard]] bool isNotice() const { return code >= 700 && code < 800; }
+};
+
+/// Puts answers together from bytes as they come.
+class AnswerReader {
+ public:
+  void take(std::string_view bytes);
+  /// The next answer that is complete. Absent when more bytes are needed, and always once
+  /// `isOverfull`.
+  std::optional<Answer> next();
+  /// Whether an answer passed `kMaxSpeechReplyLineBytes` or `kMaxSpeechReplyLines`.
+  [[nodiscard]] bool isOverfull() const { return isOverfull_; }
+
+ private:
+  std::optional<Answer> takeLine(std::string_view line);
+
+  std::string received_;
+  std::vector<std::string> values_;
+  bool isOverfull_ = false;
+};
+
+/// `text` as it can travel: UTF-8, line breaks as "\r\n", and neither NUL nor a lone CR. The daemon
+/// refuses every later text of a conversation once one was not UTF-8.
+[[nodiscard]] std::string filteredText(std::string_view text);
+
+/// `filtered` with the line that ends it. That line, a dot alone, is the only one of its kind.
+/// REQUIRES: a result of `filteredText`.
+[[nodiscard]] std::string framedText(std::string_view filtered);
+
+/// Ends a text that was announced and is not wanted any more.
+inline constexpr std::string_view kNoText = ".\r\n";
+
+/// "pt_BR.UTF-8" as speech-dispatcher spells it; empty for what is no language code, which might
+/// carry commands.
+[[nodiscard]] std::string languageCode(std::string_view language);
+
+/// From 0…1 to −100…100, both with the ordinary speed in the middle.
+[[nodiscard]] int voiceRate(double rate);
 
 /// Counts the texts of a synthesiser.
 using TextNumber = std::uint64_t;
@@ -47,7 +100,7 @@ class Conversation {
     ready,      ///< Nothing is on its way.
     sending,    ///< A command is.
     inText,     ///< A text is: the daemon takes nothing else before it has answered.
-    closed,     ///< For good.
+    closed,     ///< Nothing is sent or taken any more.
   };
 
   [[nodiscard]] State state() const { return state_; }
@@ -57,7 +110,7 @@ class Conversation {
   Actions say(Text text);
   /// Silences what is being said and drops what waits. Reports no end of the texts so far.
   Actions cancel();
-  /// Drops a text that nobody waits for any more; its end is not reported.
+  /// Drops a text whose end no longer matters; it is not reported.
   void forget(TextNumber number);
   /// Silences and hangs up. Reports no ends.
   Actions close();
@@ -72,7 +125,7 @@ class Conversation {
     std::string line;
     std::string language = {};              ///< Of `setLanguage`.
     std::string block = {};                 ///< Of `speak`: sent when the daemon asks for it.
-    std::optional<TextNumber> number = {};  ///< Of `speak`; absent: nobody waits for it.
+    std::optional<TextNumber> number = {};  ///< Of `speak`; absent: its end is not reported.
   };
 
   void takeAnswer(const Answer& answer, Actions& actions);
@@ -91,7 +144,7 @@ class Conversation {
   std::optional<TextNumber> current_;         ///< The text that is `inText`.
   std::map<std::string, TextNumber> queued_;  ///< By the number that the daemon gave.
   std::map<std::string, bool> early_;         ///< Notices that came before that number.
-  std::string defaultLanguage_;               ///< Empty until the daemon has told it.
+  std::string defaultLanguage_;               ///< Empty until the daemon has answered.
   std::string language_;                      ///< Of the next text, unless another is set.
 };
 

@@ -1,13 +1,159 @@
 #include <ZelvoraSDK/adapters/speechd/private/session.h>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/write.hpp>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
 #include <string_view>
 #include <utility>
 
 #include <ZelvoraSDK/base/limits.h>
 
 namespace zelvora::speechd {
+namespace {
+
+/// How often a launcher is asked whether it is done.
+constexpr std::chrono::milliseconds kLauncherPoll{10};
+
+std::string valueOf(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+std::string socketPath() {
+  constexpr std::string_view kUnix = "unix_socket:";
+  const std::string address = valueOf("SPEECHD_ADDRESS");
+  if (address.starts_with(kUnix)) return address.substr(kUnix.size());
+  std::string runtime = valueOf("XDG_RUNTIME_DIR");
+  // Where the daemon looks when the system gives it no folder.
+  if (runtime.empty()) runtime = valueOf("XDG_CACHE_HOME");
+  if (runtime.empty()) runtime = valueOf("HOME") + "/.cache";
+  return runtime + "/speech-dispatcher/speechd.sock";
+}
+
+/// What a new process gets of this one: no descriptor, no signal mask, no ignored signal.
+class FreshProcess {
+ public:
+  FreshProcess() {
+    posix_spawn_file_actions_init(&files_);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+      posix_spawn_file_actions_addopen(&files_, stream, "/dev/null", O_RDWR, 0);
+    posix_spawn_file_actions_addclosefrom_np(&files_, STDERR_FILENO + 1);
+    posix_spawnattr_init(&attributes_);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes_, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes_, &signals);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  ~FreshProcess() {
+    posix_spawnattr_destroy(&attributes_);
+    posix_spawn_file_actions_destroy(&files_);
+  }
+  FreshProcess(const FreshProcess&) = delete;
+  FreshProcess& operator=(const FreshProcess&) = delete;
+
+  /// The process; -1 when there is no such program.
+  template <std::size_t Count>
+  [[nodiscard]] pid_t start(std::array<std::string, Count> words) const {
+    std::array<char*, Count + 1> arguments{};
+    for (std::size_t i = 0; i < Count; ++i) arguments[i] = words[i].data();
+    pid_t pid = -1;
+    const int failed =
+        ::posix_spawnp(&pid, arguments[0], &files_, &attributes_, arguments.data(), environ);
+    return failed ? -1 : pid;
+  }
+
+ private:
+  posix_spawn_file_actions_t files_{};
+  posix_spawnattr_t attributes_{};
+};
+
+}  // namespace
+
+Dialling::Dialling(asio::any_io_executor executor, OnConnected onConnected)
+    : onConnected_(std::move(onConnected)),
+      path_(socketPath()),
+      socket_(executor),
+      timer_(executor) {}
+
+Dialling::~Dialling() { endLauncher(); }
+
+void Dialling::begin() {
+  const Attempt attempt = connect();
+  if (attempt == Attempt::connected) return finish(std::move(socket_));
+  if (attempt == Attempt::nobodyListens)
+    launcher_ = FreshProcess().start(
+        std::array<std::string, 6>{"speech-dispatcher", "--spawn", "--communication-method",
+                                   "unix_socket", "--socket-path", path_});
+  if (launcher_ < 0) return finish(std::nullopt);
+  giveUpAt_ = std::chrono::steady_clock::now() + kMaxSpeechStart;
+  awaitLauncher();
+}
+
+void Dialling::cancel() {
+  onConnected_ = nullptr;
+  timer_.cancel();
+  endLauncher();
+}
+
+Dialling::Attempt Dialling::connect() {
+  try {
+    socket_ = Socket(socket_.get_executor(), asio::local::stream_protocol());
+    socket_.non_blocking(true);
+    socket_.connect(path_);
+    return Attempt::connected;
+  } catch (const boost::system::system_error& error) {
+    const bool isAbsent = error.code() == boost::system::errc::no_such_file_or_directory ||
+                          error.code() == boost::system::errc::connection_refused;
+    return isAbsent ? Attempt::nobodyListens : Attempt::failed;
+  }
+}
+
+void Dialling::awaitLauncher() {
+  // It ends when the daemon listens, or when it can't start.
+  const bool hasEnded = launcherHasEnded();
+  if (hasEnded || std::chrono::steady_clock::now() >= giveUpAt_) {
+    endLauncher();
+    return finish(hasEnded && connect() == Attempt::connected
+                      ? std::optional<Socket>(std::move(socket_))
+                      : std::nullopt);
+  }
+  timer_.expires_after(kLauncherPoll);
+  timer_.async_wait([weak = weak_from_this()](const auto& cancelled) {
+    if (const auto self = weak.lock(); self && !cancelled) self->awaitLauncher();
+  });
+}
+
+void Dialling::finish(std::optional<Socket> socket) {
+  if (const auto onConnected = std::exchange(onConnected_, nullptr)) onConnected(std::move(socket));
+}
+
+bool Dialling::launcherHasEnded() {
+  pid_t ended = 0;
+  do {
+    ended = ::waitpid(launcher_, nullptr, WNOHANG);
+  } while (ended < 0 && errno == EINTR);
+  // An application that ignores SIGCHLD has its children reaped before anybody can ask.
+  if (ended != 0) launcher_ = -1;
+  return ended != 0;
+}
+
+void Dialling::endLauncher() {
+  if (launcher_ < 0 || launcherHasEnded()) return;
+  ::kill(launcher_, SIGKILL);
+  // A killed process ends at once, unless it is stuck inside the system; then its owner reaps it.
+  for (int attempt = 0; attempt < 100 && !launcherHasEnded(); ++attempt) ::usleep(1000);
+  launcher_ = -1;
+}
 
 Session::Session(const asio::any_io_executor& executor) : socket_(executor), farewell_(executor) {}
 

@@ -1,16 +1,99 @@
 #pragma once
 
-#include <array>
+#include <boost/asio/local/stream_protocol.hpp>
 #include <boost/asio/steady_timer.hpp>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <ZelvoraSDK/adapters/speechd/private/conversation.h>
-#include <ZelvoraSDK/adapters/speechd/private/daemon.h>
+#include <ZelvoraSDK/async/coroutine.h>
 
 namespace zelvora::speechd {
+
+using Socket = asio::local::stream_protocol::socket;
+
+/// The way to the user's speech-dispatcher, which is started where none runs: that takes half a
+/// second. Confined to its executor, which runs one thing at a time; no call waits.
+class Dialling : public std::enable_shared_from_this<Dialling> {
+ public:
+  /// Called once, perhaps before `begin` returns; absent when there is no daemon to be had.
+  using OnConnected = std::function<void(std::optional<Socket> socket)>;
+
+  Dialling(asio::any_io_executor executor, OnConnected onConnected);
+  /// Ends what is being started.
+  ~Dialling();
+  Dialling(const Dialling&) = delete;
+  Dialling& operator=(const Dialling&) = delete;
+
+  /// REQUIRES: once.
+  void begin();
+  /// Gives up: `onConnected` is not called after that.
+  void cancel();
+
+ private:
+  enum class Attempt { connected, nobodyListens, failed };
+
+  Attempt connect();
+  void awaitLauncher();
+  void finish(std::optional<Socket> socket);
+  [[nodiscard]] bool launcherHasEnded();
+  void endLauncher();
+
+  OnConnected onConnected_;
+  std::string path_;
+  Socket socket_;
+  asio::steady_timer timer_;
+  std::chrono::steady_clock::time_point giveUpAt_;
+  int launcher_ = -1;  ///< The process that puts the daemon into the background; -1: none.
+};
+
+/// The texts that have not ended. Each ends once: the caller that takes its handler calls it.
+class PendingTexts {
+ public:
+  using Time = std::chrono::steady_clock::time_point;
+  using OnEnd = std::function<void(bool said)>;
+
+  struct Added {
+    TextNumber number;
+    Time deadline;  ///< One that comes after others has until after theirs.
+  };
+  Added add(OnEnd onEnd, Time now, std::chrono::steady_clock::duration allowance) {
+    const Time begin = texts_.empty() ? now : std::max(now, lastDeadline_);
+    lastDeadline_ = begin + allowance;
+    texts_.emplace(++lastNumber_, std::move(onEnd));
+    return {lastNumber_, lastDeadline_};
+  }
+
+  [[nodiscard]] bool contains(TextNumber number) const { return texts_.contains(number); }
+
+  /// Empty when it has ended before.
+  OnEnd take(TextNumber number) {
+    auto text = texts_.extract(number);
+    return text ? std::move(text.mapped()) : OnEnd();
+  }
+
+  std::vector<OnEnd> takeAll() {
+    std::vector<OnEnd> all;
+    for (auto& [number, onEnd] : texts_) all.push_back(std::move(onEnd));
+    texts_.clear();
+    return all;
+  }
+
+ private:
+  std::map<TextNumber, OnEnd> texts_;
+  TextNumber lastNumber_ = 0;
+  Time lastDeadline_{};
+};
 
 /// Moves the bytes of a conversation between it and the daemon. Confined to the socket's executor,
 /// which runs one thing at a time; no call waits. May be closed inside its callbacks.

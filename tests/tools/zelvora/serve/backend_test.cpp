@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <ZelvoraSDK/backend/catalogue.h>
+#include <ZelvoraSDK/backend/exchange.h>
 #include <ZelvoraSDK/backend/interpret.h>
 #include <ZelvoraSDK/backend/semantic.h>
-#include <ZelvoraSDK/backend/wire.h>
 #include <ZelvoraSDK/base/json_read.h>
 
 #include "tools/zelvora/serve/backend.h"

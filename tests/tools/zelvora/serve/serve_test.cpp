@@ -16,7 +16,7 @@ using testing::runTool;
 using testing::ToolProcess;
 using testing::ToolRun;
 
-const std::string kShop = ZELVORA_SOURCE_DIR "/examples/shop/";
+const std::string kShopFolder = ZELVORA_SOURCE_DIR "/examples/shop/";
 
 class Serve : public ::testing::Test {
  protected:
@@ -26,14 +26,14 @@ class Serve : public ::testing::Test {
   }
 
   ToolRun route(const std::string& text, const std::string& token = "s3cret") {
-    return runTool(
-        {.arguments = {"route", "--json", "--verbose", "--spec", kShop + "shop.json", "--base-url",
-                       address_, "--access-token", token, "--data-dir", folder_.path(), text}});
+    return runTool({.arguments = {"route", "--json", "--verbose", "--spec",
+                                  kShopFolder + "shop.json", "--base-url", address_,
+                                  "--access-token", token, "--data-dir", folder_.path(), text}});
   }
 
   testing::TemporaryFolder folder_;
   ToolProcess server_{{.arguments = {"serve", "--port", "0", "--catalogue",
-                                     kShop + "catalogue.json", "--require-token", "s3cret"}}};
+                                     kShopFolder + "catalogue.json", "--require-token", "s3cret"}}};
   std::string address_;
 };
 
@@ -66,7 +66,8 @@ TEST_F(Serve, JudgesASpecTogetherWithItsBackendWhenEvalIsToldTo) {
                           "how did others rate it\treviews\n"
                           "what is the weather on mars\t-\n";
   const auto figures = [&](std::vector<std::string> more) {
-    std::vector<std::string> arguments{"eval", "--json", "--spec", kShop + "shop.json", texts};
+    std::vector<std::string> arguments{"eval", "--json", "--spec", kShopFolder + "shop.json",
+                                       texts};
     arguments.insert(arguments.end(), more.begin(), more.end());
     const ToolRun run = runTool({.arguments = arguments});
     EXPECT_EQ(run.status, 0) << run.err;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <ZelvoraSDK/adapters/pocketsphinx/pocketsphinx_recognizer.h>
-#include <ZelvoraSDK/adapters/sndfile/sndfile_recordings.h>
+#include <ZelvoraSDK/adapters/sndfile/sound_files.h>
 #include <tests/support/sound_files.h>
 #include <tests/support/synthetic_voice.h>
 #include <tests/support/temporary_folder.h>
