@@ -30,13 +30,13 @@ const std::string kSilenceSay = "No speech detected";
 
 /// The ways of a spoken command: the façade's plain operations, a `VoiceCommand`, and sound that
 /// the application recorded while it also listens.
-enum class Kind { plain, command, audio };
+enum class SpokenKind { plain, command, audio };
 enum class Release { onMain, onAnotherThread, inTheCall, inACallback };
 
 /// A command that needs the cloud and every stage, and a release after the n-th call of a port.
 class ReleasedCommand {
  public:
-  ReleasedCommand(Kind kind, Release how, std::size_t after)
+  ReleasedCommand(SpokenKind kind, Release how, std::size_t after)
       : kind_(kind), how_(how), after_(after) {
     application_.settings.sttConfig = ZelvoraSTTConfig::hybrid();
     ports_.recognizer->lateResult = testing::heard("open", {0.3}, true);
@@ -48,14 +48,14 @@ class ReleasedCommand {
                    .onTranscript = [this](const std::string&) { enter(); }});
     facade_->onResult = [this](const ZelvoraResult&) {
       enter();
-      isAnswered_ = isAnswered_ || kind_ == Kind::plain;
+      isAnswered_ = isAnswered_ || kind_ == SpokenKind::plain;
     };
     facade_->onAuditEvent = [this](const ZelvoraAuditEvent&) { enter(); };
     watching_ = facade_->objectWillChange().subscribe([this] {
       enter();
       look();
     });
-    if (kind_ == Kind::command) watchCommand();
+    if (kind_ == SpokenKind::command) watchCommand();
     application_.calls->at(after, [this] { releaseHow(); });
   }
   ~ReleasedCommand() {
@@ -102,9 +102,9 @@ class ReleasedCommand {
 
   void begin() {
     const std::lock_guard lock(mutex_);
-    if (kind_ == Kind::command) return command_->tap();
+    if (kind_ == SpokenKind::command) return command_->tap();
     facade_->startVoice();
-    if (kind_ != Kind::audio || !facade_) return;
+    if (kind_ != SpokenKind::audio || !facade_) return;
     facade_->routeAudio(AudioData(9), std::nullopt, [this](const ZelvoraRouteResponse&) {
       enter();
       isAnswered_ = true;
@@ -114,12 +114,12 @@ class ReleasedCommand {
   /// On main: the user speaks one buffer and is done.
   void look() {
     const std::lock_guard lock(mutex_);
-    if (!facade_ || kind_ == Kind::audio) return;
+    if (!facade_ || kind_ == SpokenKind::audio) return;
     if (!facade_->stt() || !facade_->stt()->isRecording()) return;
-    if (kind_ == Kind::command && command_->phase() != VoiceCommand::Phase::listening) return;
+    if (kind_ == SpokenKind::command && command_->phase() != VoiceCommand::Phase::listening) return;
     if (std::exchange(isStopped_, true)) return;
     application_.speak();
-    if (kind_ == Kind::command)
+    if (kind_ == SpokenKind::command)
       command_->stop();
     else
       facade_->stopVoice();
@@ -151,7 +151,7 @@ class ReleasedCommand {
     if (isReleaseWanted_.exchange(false)) release();
   }
 
-  Kind kind_;
+  SpokenKind kind_;
   Release how_;
   std::size_t after_;
   std::thread::id main_ = std::this_thread::get_id();
@@ -175,7 +175,7 @@ class ReleasedCommand {
   int enteredAfterRelease_ = 0;
 };
 
-class SpokenLifetime : public ::testing::TestWithParam<Kind> {};
+class SpokenLifetime : public ::testing::TestWithParam<SpokenKind> {};
 
 TEST_P(SpokenLifetime, MayBeReleasedAtEveryStep) {
   using enum Release;
@@ -197,19 +197,20 @@ TEST_P(SpokenLifetime, MayBeReleasedAtEveryStep) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, SpokenLifetime,
-                         ::testing::Values(Kind::plain, Kind::command, Kind::audio));
+                         ::testing::Values(SpokenKind::plain, SpokenKind::command,
+                                           SpokenKind::audio));
 
 enum class Fault { throws, isLate, neverAnswers };
 
 /// A spoken command during which one call of a port goes wrong.
 class DisturbedCommand {
  public:
-  DisturbedCommand(Kind kind, Fault fault, std::size_t number) : kind_(kind) {
+  DisturbedCommand(SpokenKind kind, Fault fault, std::size_t number) : kind_(kind) {
     application_.settings.sttConfig = ZelvoraSTTConfig::hybrid();
     ports_.recognizer->lateResult = testing::heard("open", {0.3}, true);
     facade_ = application_.facadeOn(application_.speakingPlatform());
     facade_->onResult = [this](const ZelvoraResult&) { ++results_; };
-    if (kind == Kind::command) command_ = std::make_unique<VoiceCommand>(*facade_);
+    if (kind == SpokenKind::command) command_ = std::make_unique<VoiceCommand>(*facade_);
     application_.calls->onCall([this, fault, number](std::size_t n, const std::string& call) {
       if (n == number) disturb(fault, call);
     });
@@ -223,7 +224,7 @@ class DisturbedCommand {
   }
 
   /// Whether the command came to its end.
-  bool speak() { return kind_ == Kind::command ? speakToACommand() : speakPlainly(); }
+  bool speak() { return kind_ == SpokenKind::command ? speakToACommand() : speakPlainly(); }
   void settle() const { application_.settle(); }
 
   [[nodiscard]] std::size_t calls() const { return application_.calls->count(); }
@@ -272,7 +273,7 @@ class DisturbedCommand {
     return application_.runUntil([this] { return results_ > 0; });
   }
 
-  Kind kind_;
+  SpokenKind kind_;
   SpokenApplication application_;
   testing::SpeechStandIns& ports_ = application_.standIns;
   std::promise<void> opened_;
@@ -284,7 +285,7 @@ class DisturbedCommand {
   std::unique_ptr<VoiceCommand> command_;
 };
 
-class DisturbedSpokenCommand : public ::testing::TestWithParam<std::tuple<Kind, Fault>> {};
+class DisturbedSpokenCommand : public ::testing::TestWithParam<std::tuple<SpokenKind, Fault>> {};
 
 /// Several at once, since they mostly wait. Qt has one main thread.
 #ifdef ZELVORA_TESTS_ON_QT
@@ -296,13 +297,13 @@ constexpr auto kWhere = std::launch::async;
 #endif
 
 /// Disturbs the `number`th call; false when the command ended before.
-bool endsInOneOutcome(Kind kind, Fault fault, std::size_t number) {
+bool endsInOneOutcome(SpokenKind kind, Fault fault, std::size_t number) {
   DisturbedCommand spoken(kind, fault, number);
   const bool ended = spoken.speak();
   spoken.settle();
   EXPECT_TRUE(ended) << "call " << number << ' ' << spoken.disturbed();
   int results = 1;
-  if (kind == Kind::command) {
+  if (kind == SpokenKind::command) {
     EXPECT_TRUE(spoken.outcome()) << "call " << number << ' ' << spoken.disturbed();
     if (!spoken.outcome() || !spoken.outcome()->result) results = 0;
   }
@@ -326,10 +327,10 @@ TEST_P(DisturbedSpokenCommand, EndsInOneOutcome) {
   EXPECT_GE(largest, 10U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, DisturbedSpokenCommand,
-                         ::testing::Combine(::testing::Values(Kind::plain, Kind::command),
-                                            ::testing::Values(Fault::throws, Fault::isLate,
-                                                              Fault::neverAnswers)));
+INSTANTIATE_TEST_SUITE_P(
+    Commands, DisturbedSpokenCommand,
+    ::testing::Combine(::testing::Values(SpokenKind::plain, SpokenKind::command),
+                       ::testing::Values(Fault::throws, Fault::isLate, Fault::neverAnswers)));
 
 // Each call of a port returns only when the main executor has run a later task: where main waits
 // for one, that one never ends.

@@ -9,8 +9,8 @@
 namespace zelvora {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 std::vector<ZelvoraTaskSpec> recordsOf(std::string_view tasks) {
   return decodeJson<MinimalRuntimeSpec>("{\"tasks\": [" + std::string(tasks) + "]}").tasks();

@@ -11,8 +11,8 @@
 namespace zelvora {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 /// The description of the Error that decoding ends in, or "decoded".
 std::string failureOf(std::string_view text) {

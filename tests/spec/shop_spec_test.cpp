@@ -15,8 +15,8 @@
 namespace zelvora {
 namespace {
 
-using testing::Contains;
-using testing::IsEmpty;
+using ::testing::Contains;
+using ::testing::IsEmpty;
 
 RuntimeSpec shopSpec() {
   std::ifstream file(ZELVORA_SOURCE_DIR "/examples/shop/shop.json", std::ios::binary);

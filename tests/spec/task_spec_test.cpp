@@ -10,8 +10,8 @@
 namespace zelvora {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 struct ListedSpec : ZelvoraSpec {
   std::string id = "app";

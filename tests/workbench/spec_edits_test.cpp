@@ -5,9 +5,8 @@
 namespace zelvora {
 namespace {
 
-using enum SpecEdit::Kind;
-
 TEST(SpecEdits, ChangeOnePlaceAndKeepEveryOtherByte) {
+  using enum SpecEdit::Kind;
   const struct {
     const char* before;
     SpecEdit edit;

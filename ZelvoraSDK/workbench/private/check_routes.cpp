@@ -10,7 +10,7 @@
 namespace zelvora::workbench {
 namespace {
 
-using Texts = std::vector<std::size_t>;
+using TextIndices = std::vector<std::size_t>;
 using TextKind = OwnText::Kind;
 
 std::string decimal2(double value) { return shortestDecimal(std::round(value * 100) / 100); }
@@ -21,7 +21,7 @@ class RouteCheck {
       : spec_(spec), routed_(routed), findings_(findings), remedies_(spec, routed) {}
 
   void check() {
-    std::vector<Texts> textsOf(spec_.tasks().size());
+    std::vector<TextIndices> textsOf(spec_.tasks().size());
     for (std::size_t text = 0; text < spec_.ownTexts().size(); ++text)
       textsOf[spec_.ownTexts()[text].task].push_back(text);
     for (std::uint32_t task = 0; task < textsOf.size(); ++task) {
@@ -76,8 +76,8 @@ class RouteCheck {
     findings_.add(std::move(finding));
   }
 
-  void checkChoices(std::uint32_t task, const Texts& texts) {
-    Texts offered;
+  void checkChoices(std::uint32_t task, const TextIndices& texts) {
+    TextIndices offered;
     for (const std::size_t text : texts)
       if (leadOf(text).offersFirst(task)) offered.push_back(text);
     if (offered.empty()) return;
@@ -103,7 +103,7 @@ class RouteCheck {
     return whole;
   }
 
-  void checkReach(std::uint32_t task, const Texts& texts) {
+  void checkReach(std::uint32_t task, const TextIndices& texts) {
     const auto& limits = spec_.prepared()->thresholds();
     const std::vector<ScoredTask> ranked = spec_.prepared()->tasks()->rank(wholeTask(task));
     const ZelvoraTaskSpec* const record = &spec_.tasks()[task];
@@ -143,8 +143,8 @@ class RouteCheck {
     return nullptr;
   }
 
-  void checkShadow(std::uint32_t task, const Texts& texts) {
-    Texts reaching;
+  void checkShadow(std::uint32_t task, const TextIndices& texts) {
+    TextIndices reaching;
     for (const std::size_t text : texts) {
       const Lead& lead = leadOf(text);
       if (lead.kind == Lead::Kind::nothing) continue;
@@ -170,7 +170,7 @@ class RouteCheck {
            0;
   }
 
-  void checkLocales(std::uint32_t task, const Texts& texts) {
+  void checkLocales(std::uint32_t task, const TextIndices& texts) {
     std::vector<std::string> locales;
     for (const std::size_t text : texts)
       if (own(text).isOfLocale && std::ranges::find(locales, own(text).locale) == locales.end())
@@ -178,8 +178,8 @@ class RouteCheck {
     for (const std::string& locale : locales) checkLocale(task, locale, texts);
   }
 
-  void checkLocale(std::uint32_t task, const std::string& locale, const Texts& texts) {
-    Texts failing;
+  void checkLocale(std::uint32_t task, const std::string& locale, const TextIndices& texts) {
+    TextIndices failing;
     std::size_t count = 0;
     for (const std::size_t text : texts) {
       if (!own(text).isOfLocale || own(text).locale != locale) continue;
