@@ -200,12 +200,12 @@ INSTANTIATE_TEST_SUITE_P(Commands, SpokenLifetime,
                          ::testing::Values(SpokenKind::plain, SpokenKind::command,
                                            SpokenKind::audio));
 
-enum class Fault { throws, isLate, neverAnswers };
+enum class SpokenFault { throws, isLate, neverAnswers };
 
 /// A spoken command during which one call of a port goes wrong.
 class DisturbedCommand {
  public:
-  DisturbedCommand(SpokenKind kind, Fault fault, std::size_t number) : kind_(kind) {
+  DisturbedCommand(SpokenKind kind, SpokenFault fault, std::size_t number) : kind_(kind) {
     application_.settings.sttConfig = ZelvoraSTTConfig::hybrid();
     ports_.recognizer->lateResult = testing::heard("open", {0.3}, true);
     facade_ = application_.facadeOn(application_.speakingPlatform());
@@ -237,12 +237,12 @@ class DisturbedCommand {
   }
 
  private:
-  void disturb(Fault fault, const std::string& call) {
+  void disturb(SpokenFault fault, const std::string& call) {
     disturbed_.with([&](std::string& name) { name = call; });
     switch (fault) {
-      case Fault::throws: throw Error("Test", 1, "out of order");
-      case Fault::isLate: return std::this_thread::sleep_for(std::chrono::milliseconds(20));
-      case Fault::neverAnswers: return hang(call);
+      case SpokenFault::throws: throw Error("Test", 1, "out of order");
+      case SpokenFault::isLate: return std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      case SpokenFault::neverAnswers: return hang(call);
     }
   }
   void hang(const std::string& call) {
@@ -285,7 +285,8 @@ class DisturbedCommand {
   std::unique_ptr<VoiceCommand> command_;
 };
 
-class DisturbedSpokenCommand : public ::testing::TestWithParam<std::tuple<SpokenKind, Fault>> {};
+class DisturbedSpokenCommand
+    : public ::testing::TestWithParam<std::tuple<SpokenKind, SpokenFault>> {};
 
 /// Several at once, since they mostly wait. Qt has one main thread.
 #ifdef ZELVORA_TESTS_ON_QT
@@ -297,7 +298,7 @@ constexpr auto kWhere = std::launch::async;
 #endif
 
 /// Disturbs the `number`th call; false when the command ended before.
-bool endsInOneOutcome(SpokenKind kind, Fault fault, std::size_t number) {
+bool endsInOneOutcome(SpokenKind kind, SpokenFault fault, std::size_t number) {
   DisturbedCommand spoken(kind, fault, number);
   const bool ended = spoken.speak();
   spoken.settle();
@@ -330,7 +331,8 @@ TEST_P(DisturbedSpokenCommand, EndsInOneOutcome) {
 INSTANTIATE_TEST_SUITE_P(
     Commands, DisturbedSpokenCommand,
     ::testing::Combine(::testing::Values(SpokenKind::plain, SpokenKind::command),
-                       ::testing::Values(Fault::throws, Fault::isLate, Fault::neverAnswers)));
+                       ::testing::Values(SpokenFault::throws, SpokenFault::isLate,
+                                         SpokenFault::neverAnswers)));
 
 // Each call of a port returns only when the main executor has run a later task: where main waits
 // for one, that one never ends.
