@@ -7,6 +7,7 @@
 #include <ZelvoraSDK/base/json_write.h>
 #include <ZelvoraSDK/workbench/json_places.h>
 #include <ZelvoraSDK/workbench/private/checks.h>
+#include <ZelvoraSDK/workbench/private/remedies.h>
 
 namespace zelvora {
 
@@ -27,8 +28,10 @@ std::vector<LintFinding> lintSpec(std::string_view text, const LintProgress& pro
   checkSettings(spec, findings);
   if (spec.prepared()) {
     const RoutedTexts routed(spec, progress);
-    checkWords(spec, routed, findings);
-    checkRoutes(spec, routed, findings);
+    Remedies remedies(spec, routed);
+    // Errors get their remedies first, as long as there are tries for all.
+    checkRoutes(spec, routed, remedies, findings);
+    checkWords(spec, routed, remedies, findings);
   }
   std::vector<LintFinding> all = std::move(findings.all());
   std::ranges::stable_sort(all, {}, [](const LintFinding& each) {

@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "clean_spec.h"
+#include "tests/support/app_generator.h"
 
 namespace zelvora {
 
@@ -116,6 +117,11 @@ std::vector<Fault> faults() {
        "tasks[0].examples[2]",
        "\"hi\" of this example is found in texts",
        {append("tasks[0]", "examples", "\"hi shopping cart\"")}},
+      {"short-token",
+       warning,
+       "tasks[0].examples[2]",
+       "\"hi\" of this example is found in texts",
+       {append("tasks[0]", "examples", "\"hi-end shopping cart\"")}},
       {"inside-word",
        warning,
        "tasks[0].keywords[2]",
@@ -297,6 +303,39 @@ TEST(Lint, ProposesWhatRemovesTheFindingAndAddsNoError) {
     }
   }
   EXPECT_GT(tried, 40);
+}
+
+/// Texts that do not lead to their tasks.
+std::ptrdiff_t astray(const std::vector<LintFinding>& findings) {
+  return std::ranges::count_if(findings, [](const LintFinding& each) {
+    return each.code == "opens-other" || each.code == "misses";
+  });
+}
+
+TEST(Lint, TriesWhatItProposesForALargeSpecToo) {
+  testing::AppGenerator generator(3);
+  const std::string text = generator.specJson(40);
+  const auto findings = lintSpec(text);
+  int tried = 0;
+  for (std::size_t i = 0; i < findings.size(); ++i) {
+    SCOPED_TRACE(::testing::PrintToString(findings[i]));
+    EXPECT_NE(findings[i].hint, "");
+    if (findings[i].edits.empty() || i % 20 != 0) continue;
+    const auto after = lintSpec(withEdits(text, findings[i].edits));
+    EXPECT_LE(errorsIn(after), errorsIn(findings));
+    EXPECT_LE(astray(after), astray(findings));
+    ++tried;
+  }
+  EXPECT_GT(tried, 10);
+}
+
+TEST(Lint, LeavesItToTheAuthorWhichWordsMayMeanSeveralThings) {
+  const auto findings =
+      lintSpec(withEdits(cleanSpec(), {append("tasks[0]", "keywords", "\"bags\"")}));
+  ASSERT_EQ(findings.size(), 1u) << ::testing::PrintToString(findings);
+  EXPECT_EQ(findings[0].code, "only-choices");
+  EXPECT_THAT(findings[0].hint, HasSubstr("fine for what may mean several things"));
+  EXPECT_THAT(findings[0].edits, IsEmpty());
 }
 
 TEST(Lint, TakesAMinimalSpecOnPurposeForWhatItIs) {

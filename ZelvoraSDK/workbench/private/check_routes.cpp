@@ -17,8 +17,9 @@ std::string decimal2(double value) { return shortestDecimal(std::round(value * 1
 
 class RouteCheck {
  public:
-  RouteCheck(const LintedSpec& spec, const RoutedTexts& routed, Findings& findings)
-      : spec_(spec), routed_(routed), findings_(findings), remedies_(spec, routed) {}
+  RouteCheck(const LintedSpec& spec, const RoutedTexts& routed, Remedies& remedies,
+             Findings& findings)
+      : spec_(spec), routed_(routed), findings_(findings), remedies_(remedies) {}
 
   void check() {
     std::vector<TextIndices> textsOf(spec_.tasks().size());
@@ -92,7 +93,10 @@ class RouteCheck {
                         .path = spec_.taskPath(task),
                         .message = std::move(message),
                         .cause = "choices"};
-    apply(finding, remedies_.open(task, offered));
+    // Only the author can tell what should open at once: no edits.
+    apply(finding,
+          {"fine for what may mean several things; otherwise " + remedies_.open(task, offered).hint,
+           {}});
   }
 
   /// Everything of the task in one utterance: no utterance gives it more points.
@@ -204,13 +208,14 @@ class RouteCheck {
   const LintedSpec& spec_;
   const RoutedTexts& routed_;
   Findings& findings_;
-  Remedies remedies_;
+  Remedies& remedies_;
 };
 
 }  // namespace
 
-void checkRoutes(const LintedSpec& spec, const RoutedTexts& routed, Findings& findings) {
-  RouteCheck(spec, routed, findings).check();
+void checkRoutes(const LintedSpec& spec, const RoutedTexts& routed, Remedies& remedies,
+                 Findings& findings) {
+  RouteCheck(spec, routed, remedies, findings).check();
 }
 
 }  // namespace zelvora::workbench

@@ -96,11 +96,12 @@ class Vocabulary {
 
 class WordCheck {
  public:
-  WordCheck(const LintedSpec& spec, const RoutedTexts& routed, Findings& findings)
+  WordCheck(const LintedSpec& spec, const RoutedTexts& routed, Remedies& remedies,
+            Findings& findings)
       : spec_(spec),
         routed_(routed),
         findings_(findings),
-        remedies_(spec, routed),
+        remedies_(remedies),
         vocabulary_(spec, routed) {
     std::set<std::string> parts;
     for (const OwnText& own : spec.ownTexts())
@@ -226,13 +227,26 @@ class WordCheck {
     std::optional<Remedy> remedy =
         isBlank(shorter) ? remedies_.without(own) : remedies_.replacing(own, shorter);
     if (remedy) remedy->hint = "leave out " + inQuotes(token);
-    add(std::move(finding), std::move(remedy), "leave out " + inQuotes(token));
+    add(std::move(finding), std::move(remedy), inOtherWords(token));
+  }
+
+  /// For a token whose loss alone would lead a text elsewhere.
+  static std::string inOtherWords(const std::string& token) {
+    return "say it in other words, without " + inQuotes(token);
   }
 
   static std::string withoutWord(const std::string& text, const std::string& token) {
     std::vector<std::string_view> kept;
-    for (const std::string_view word : splitWords(text))
-      if (canonicalWords(word) != Words{token}) kept.push_back(word);
+    std::vector<Words> others;  // of "carry-on" without "on"; keeps what `kept` refers to
+    for (const std::string_view word : splitWords(text)) {
+      Words parts = canonicalWords(word);
+      if (std::erase(parts, token) == 0) {
+        kept.push_back(word);
+        continue;
+      }
+      others.push_back(std::move(parts));
+      kept.insert(kept.end(), others.back().begin(), others.back().end());
+    }
     return joinWords(kept);
   }
 
@@ -325,7 +339,7 @@ class WordCheck {
                                      "tasks, inside " +
                                      listed(longerWords),
                           .cause = token};
-      add(std::move(finding), leavingOut(own.task, token), "leave out " + inQuotes(token));
+      add(std::move(finding), leavingOut(own.task, token), inOtherWords(token));
     }
   }
 
@@ -374,14 +388,15 @@ class WordCheck {
   const LintedSpec& spec_;
   const RoutedTexts& routed_;
   Findings& findings_;
-  Remedies remedies_;
+  Remedies& remedies_;
   Vocabulary vocabulary_;
 };
 
 }  // namespace
 
-void checkWords(const LintedSpec& spec, const RoutedTexts& routed, Findings& findings) {
-  WordCheck(spec, routed, findings).check();
+void checkWords(const LintedSpec& spec, const RoutedTexts& routed, Remedies& remedies,
+                Findings& findings) {
+  WordCheck(spec, routed, remedies, findings).check();
 }
 
 }  // namespace zelvora::workbench

@@ -102,6 +102,7 @@ struct Lead {
   [[nodiscard]] bool offersFirst(std::uint32_t which) const {
     return kind == Kind::offers && task == which;
   }
+  [[nodiscard]] bool leads(std::uint32_t which) const { return opens(which) || offersFirst(which); }
 };
 
 /// The own texts of a spec as they are routed, each with an empty session and no learning.
@@ -158,6 +159,7 @@ inline std::string inQuotes(std::string_view text) { return '"' + std::string(te
 [[nodiscard]] std::string_view nearestName(std::string_view name,
                                            const std::vector<std::string_view>& names);
 
+class Remedies;
 class RoutedTexts;
 
 /// Whether the document has the format, and which of its keys do nothing: `invalid`, `falls-back`,
@@ -168,10 +170,12 @@ void checkFormat(std::string_view text, const LintedSpec& spec, Findings& findin
 void checkSettings(const LintedSpec& spec, Findings& findings);
 
 /// Single words: `ambiguous-keyword`, `short-token`, `inside-word`, `stopwords-remove`.
-void checkWords(const LintedSpec& spec, const RoutedTexts& routed, Findings& findings);
+void checkWords(const LintedSpec& spec, const RoutedTexts& routed, Remedies& remedies,
+                Findings& findings);
 
 /// Where a task's own texts lead: `opens-other`, `misses`, `only-choices`, `unreachable`,
 /// `shadowed`, `not-scored`.
-void checkRoutes(const LintedSpec& spec, const RoutedTexts& routed, Findings& findings);
+void checkRoutes(const LintedSpec& spec, const RoutedTexts& routed, Remedies& remedies,
+                 Findings& findings);
 
 }  // namespace zelvora::workbench

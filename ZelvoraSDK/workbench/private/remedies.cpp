@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include <ZelvoraSDK/base/json_write.h>
@@ -33,37 +34,65 @@ std::string joined(const std::vector<std::string>& words) {
   return joinWords({words.begin(), words.end()});
 }
 
-/// Routes with one task in another form: all others keep their scores.
-class RouteWith {
- public:
-  RouteWith(const PreparedSpec& spec, std::uint32_t task, const ZelvoraTaskSpec& record)
-      : spec_(spec), task_(task), changed_({record}) {}
-
-  ZelvoraResult operator()(std::string_view text) const {
-    const std::vector<ScoredTask> own = changed_.rank(text);
-    if (own.empty()) return nothingSaid();
-    std::vector<ScoredTask> ranked = spec_.tasks()->rank(text);
-    const ZelvoraTaskSpec* const first = spec_.tasks()->tasks().data();
-    for (ScoredTask& each : ranked)
-      if (each.task == first + task_) each = {each.task, own[0].score, own[0].confidence};
-    // Equal scores keep the order of the spec.
-    std::ranges::sort(ranked, [](const ScoredTask& a, const ScoredTask& b) {
-      return a.score != b.score ? a.score > b.score : a.task < b.task;
-    });
-    return decide(ranked, ranked.size(), spec_.thresholds());
-  }
-
- private:
-  const PreparedSpec& spec_;
-  std::uint32_t task_;
-  CompiledTasks changed_;
-};
+void addGroupsOfExample(std::vector<std::vector<std::string>>& groups, const std::string& example) {
+  for (std::string& word : wordsOf(normalizeForMatch(example)))
+    if (!isStopword(word)) groups.push_back({std::move(word)});
+}
 
 void say(Remedy& remedy, const std::string& what) {
   remedy.hint += (remedy.hint.empty() ? "" : "; ") + what;
 }
 
 }  // namespace
+
+/// Routes with one task in another form: all others keep their scores.
+class Remedies::RouteWith {
+ public:
+  RouteWith(Remedies& remedies, std::uint32_t task, const ZelvoraTaskSpec& record)
+      : remedies_(remedies), task_(&remedies.spec_.tasks()[task]), changed_({record}) {}
+
+  ZelvoraResult operator()(std::string_view text) const {
+    const std::vector<ScoredTask> own = changed_.rank(text);
+    if (own.empty()) return nothingSaid();
+    std::vector<ScoredTask> best = remedies_.bestOf(std::string(text));
+    std::erase_if(best, [&](const ScoredTask& each) { return each.task == task_; });
+    best.push_back({task_, own[0].score, own[0].confidence});
+    // Equal scores keep the order of the spec.
+    std::ranges::sort(best, [](const ScoredTask& a, const ScoredTask& b) {
+      return a.score != b.score ? a.score > b.score : a.task < b.task;
+    });
+    return decide(best, remedies_.spec_.tasks().size(), remedies_.spec_.prepared()->thresholds());
+  }
+
+ private:
+  Remedies& remedies_;
+  const ZelvoraTaskSpec* task_;
+  CompiledTasks changed_;
+};
+
+const std::vector<ScoredTask>& Remedies::bestOf(const std::string& phrasing) {
+  const auto [at, isNew] = bestOf_.try_emplace(phrasing);
+  if (!isNew) return at->second;
+  at->second = spec_.prepared()->tasks()->rank(phrasing);
+  at->second.resize(std::min<std::size_t>(at->second.size(), 3));
+  at->second.shrink_to_fit();
+  return at->second;
+}
+
+bool Remedies::isAhead(std::uint32_t task, std::size_t ownText) {
+  const auto [at, isNew] = ahead_.try_emplace(ownText);
+  if (isNew) {
+    const auto note = [&](std::string_view phrasing) {
+      const std::vector<ScoredTask>& best = bestOf(std::string(phrasing));
+      for (std::size_t i = 0; i < std::min<std::size_t>(best.size(), 2); ++i)
+        at->second.insert(static_cast<std::uint32_t>(best[i].task - spec_.tasks().data()));
+      return ZelvoraResult(nothingSaid());
+    };
+    --triesLeft_;
+    (void)routed_.leadOf(routed_.of(ownText).normalized, spec_.ownTexts()[ownText].locale, note);
+  }
+  return at->second.contains(task);
+}
 
 const std::vector<std::size_t>& Remedies::textsWith(const std::string& word) {
   const auto [at, isNew] = textsWith_.try_emplace(word);
@@ -111,7 +140,8 @@ void Remedies::addKeyword(Draft& draft, std::uint32_t task, const std::string& k
     draft.remedy.edits.push_back(
         {EditKind::append, spec_.taskPath(task), "keywords", toJson(records[task].title)});
   draft.record.keywords.push_back(keyword);
-  draft.touched.push_back(keyword);
+  draft.touched.push_back(wordsOf(normalizeForMatch(keyword)));
+  draft.onlyLowers = false;
   draft.added.push_back(keyword);
   draft.remedy.edits.push_back(
       {EditKind::append, spec_.taskPath(task), "keywords", toJson(keyword)});
@@ -120,7 +150,8 @@ void Remedies::addKeyword(Draft& draft, std::uint32_t task, const std::string& k
 
 void Remedies::addExample(Draft& draft, std::uint32_t task, const std::string& example) const {
   draft.record.examples.push_back(example);
-  draft.touched.push_back(example);
+  addGroupsOfExample(draft.touched, example);
+  draft.onlyLowers = false;
   draft.added.push_back(example);
   draft.remedy.edits.push_back(
       {EditKind::append, spec_.taskPath(task), "examples", toJson(example)});
@@ -129,20 +160,23 @@ void Remedies::addExample(Draft& draft, std::uint32_t task, const std::string& e
 // Trying.
 
 std::vector<std::size_t> Remedies::touchedTexts(const Draft& draft) {
-  std::vector<std::size_t> texts;
-  for (const std::string& each : draft.touched)
-    for (const std::string& word : wordsOf(normalizeForMatch(each))) {
-      const std::vector<std::size_t>& more = textsWith(word);
-      texts.insert(texts.end(), more.begin(), more.end());
+  std::set<std::size_t> texts;
+  for (const std::vector<std::string>& group : draft.touched) {
+    if (group.empty()) continue;
+    std::vector<std::size_t> withAll = textsWith(group[0]);
+    for (std::size_t i = 1; i < group.size(); ++i) {
+      std::vector<std::size_t> both;
+      std::ranges::set_intersection(withAll, textsWith(group[i]), std::back_inserter(both));
+      withAll = std::move(both);
     }
-  std::ranges::sort(texts);
-  texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
-  return texts;
+    texts.insert(withAll.begin(), withAll.end());
+  }
+  return {texts.begin(), texts.end()};
 }
 
 bool Remedies::isKept(const Draft& draft, std::uint32_t task, std::optional<std::size_t> mustOpen) {
-  if (triesLeft_ <= 0) return true;
-  const RouteWith with(*spec_.prepared(), task, draft.record);
+  if (triesLeft_ <= 0) return false;
+  const RouteWith with(*this, task, draft.record);
   const RouteLocally route = [&](std::string_view text) { return with(text); };
   const auto leadOf = [&](const std::string& normalized, const std::string& locale) {
     --triesLeft_;
@@ -151,13 +185,19 @@ bool Remedies::isKept(const Draft& draft, std::uint32_t task, std::optional<std:
   if (mustOpen &&
       !leadOf(routed_.of(*mustOpen).normalized, spec_.ownTexts()[*mustOpen].locale).opens(task))
     return false;
-  for (const std::string& text : draft.added)
-    if (leadOf(text, spec_.locale()).opensOther(task)) return false;
+  for (const std::string& text : draft.added) {
+    const auto cleaned = cleanUtterance(text, *spec_.prepared(), spec_.locale());
+    if (!cleaned.normalized.empty() && !leadOf(cleaned.normalized, spec_.locale()).leads(task))
+      return false;
+  }
   for (const std::size_t text : touchedTexts(draft)) {
     const OwnText& own = spec_.ownTexts()[text];
     const RoutedTexts::Routed& before = routed_.of(text);
     if (before.normalized.empty() || before.lead.opensOther(own.task)) continue;
-    if (leadOf(before.normalized, own.locale).opensOther(own.task)) return false;
+    if (draft.onlyLowers && !isAhead(task, text)) continue;
+    const Lead after = leadOf(before.normalized, own.locale);
+    if (after.opensOther(own.task) || (before.lead.leads(own.task) && !after.leads(own.task)))
+      return false;
   }
   return true;
 }
@@ -237,7 +277,7 @@ Remedy Remedies::open(std::uint32_t task, const std::vector<std::size_t>& ownTex
   std::vector<std::size_t> left;
   for (const std::size_t text : ownTexts) {
     const RoutedTexts::Routed& routed = routed_.of(text);
-    const RouteWith with(*spec_.prepared(), task, draft.record);
+    const RouteWith with(*this, task, draft.record);
     const bool opensNow = !draft.added.empty() && !routed.normalized.empty() && triesLeft_ > 0 &&
                           routed_
                               .leadOf(routed.normalized, spec_.ownTexts()[text].locale,
@@ -280,7 +320,10 @@ bool Remedies::takeOut(Draft& draft, const OwnText& own) {
   const auto at = std::ranges::find(texts, isKeyword ? trimmed(own.text) : own.text);
   if (at == texts.end() || (isKeyword && texts.size() == 1)) return false;
   texts.erase(at);
-  next.touched.push_back(own.text);
+  if (isKeyword)
+    next.touched.push_back(wordsOf(normalizeForMatch(own.text)));
+  else
+    addGroupsOfExample(next.touched, own.text);
   next.remedy.edits.push_back(removal);
   if (!isKept(next, own.task, std::nullopt)) return false;
   draft = std::move(next);
@@ -302,7 +345,19 @@ std::optional<Remedy> Remedies::replacing(const OwnText& own, const std::string&
   const auto at = std::ranges::find(texts, isKeyword ? trimmed(own.text) : own.text);
   if (at == texts.end()) return std::nullopt;
   *at = by;
-  draft.touched = {own.text, by};
+  const std::vector<std::string> before = wordsOf(normalizeForMatch(own.text));
+  const std::vector<std::string> after = wordsOf(normalizeForMatch(by));
+  if (isKeyword) {
+    draft.touched = {before, after};
+    draft.onlyLowers = false;
+  } else {
+    for (const auto& [words, others] : {std::pair(&before, &after), std::pair(&after, &before)})
+      for (const std::string& word : *words)
+        if (std::ranges::count(*words, word) > std::ranges::count(*others, word)) {
+          draft.touched.push_back({word});
+          draft.onlyLowers = draft.onlyLowers && words == &before;
+        }
+  }
   draft.added = {by};
   if (!isKept(draft, own.task, std::nullopt)) return std::nullopt;
   // The array of a spelling of its own, such as "synonyms", stays the same one.

@@ -3,11 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include <ZelvoraSDK/routing/decision.h>
 #include <ZelvoraSDK/workbench/private/checks.h>
 
 namespace zelvora::workbench {
@@ -18,9 +20,10 @@ struct Remedy {
   std::vector<SpecEdit> edits;
 };
 
-/// Finds changes of one task that have the wanted effect and make no text of any task open another
-/// one that did not before. Each is tried on the texts that it can touch, by the library's own
-/// scoring; a large spec runs out of tries at some point and then gets likely changes untried.
+/// Finds changes of one task that have the wanted effect, make no text of any task open another one
+/// that did not before, and leave each text that leads to its task doing so. Each is tried on the
+/// texts that it can touch, by the library's own scoring; a very large spec runs out of tries at
+/// some point and gets no more changes proposed.
 class Remedies {
  public:
   Remedies(const LintedSpec& spec, const RoutedTexts& routed) : spec_(spec), routed_(routed) {}
@@ -49,10 +52,13 @@ class Remedies {
   /// A task as it would be.
   struct Draft {
     ZelvoraTaskSpec record;
-    std::vector<std::string> touched;  ///< Keywords and examples put in or taken out.
+    /// Groups of words: only a text that has all of a group can have another score.
+    std::vector<std::vector<std::string>> touched;
+    bool onlyLowers = true;  ///< Whether no text can have a higher score.
     std::vector<std::string> added;
     Remedy remedy;
   };
+  class RouteWith;
 
   Draft draftOf(std::uint32_t task) const;
   void addKeyword(Draft& draft, std::uint32_t task, const std::string& keyword) const;
@@ -67,11 +73,18 @@ class Remedies {
   [[nodiscard]] bool isKept(const Draft& draft, std::uint32_t task,
                             std::optional<std::size_t> mustOpen);
   std::vector<std::size_t> touchedTexts(const Draft& draft);
+  /// The best tasks of a phrasing in the spec as it is: enough for one of them to be taken out.
+  const std::vector<ScoredTask>& bestOf(const std::string& phrasing);
+  /// Whether a text has the task first or second in any of its phrasings: where it has not, fewer
+  /// points for the task change nothing.
+  bool isAhead(std::uint32_t task, std::size_t ownText);
 
   const LintedSpec& spec_;
   const RoutedTexts& routed_;
   std::unordered_map<std::string, std::vector<std::size_t>> textsWith_;
-  long triesLeft_ = 20000;  ///< Texts routed again, or the work of that.
+  std::unordered_map<std::string, std::vector<ScoredTask>> bestOf_;
+  std::unordered_map<std::size_t, std::set<std::uint32_t>> ahead_;  ///< By own text.
+  long triesLeft_ = 1000000;  ///< Texts routed again, or the work of that.
 };
 
 }  // namespace zelvora::workbench
