@@ -52,8 +52,8 @@ std::string tile(const char* kind, const std::string& label, std::size_t count, 
          "<i style=\"left:" +
          width(share.low) + "%;width:" + width(share.high - share.low) +
          "%\"></i><b style=\"left:" + width(share.share) + "%\"></b></div><small>" +
-         std::to_string(count) + " of " + std::to_string(all) + ", " + percentText(share.low) +
-         " – " + percentText(share.high) + "</small></li>";
+         std::to_string(count) + " of " + std::to_string(all) + ", <span>" +
+         percentText(share.low) + " – " + percentText(share.high) + "</span></small></li>";
 }
 
 std::string tiles(const Evaluation& it) {

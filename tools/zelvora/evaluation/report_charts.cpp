@@ -114,12 +114,12 @@ std::string sweepChart(const Sweep& sweep) {
   svg += "\">";
   for (const double share : {0.0, 0.25, 0.5, 0.75, 1.0}) {
     svg += line(kLeft, y(share), kRight, y(share), share == 0 ? "axis" : "grid");
-    svg += textAt(kLeft - 6, y(share) + 4, "end", shortestDecimal(share * 100));
+    svg += textAt(kLeft - 12, y(share) + 4, "end", shortestDecimal(share * 100));
   }
   for (int i = 0; i <= 5; ++i)
-    svg += textAt(x(widest * i / 5), kBottom + 18, "middle",
+    svg += textAt(x(widest * i / 5), kBottom + 20, "middle",
                   shortestDecimal(std::round(widest * i * 200) / 10));
-  svg += textAt((kLeft + kRight) / 2, kBottom + 40, "middle", sweep.cost + ", per cent", "label");
+  svg += textAt((kLeft + kRight) / 2, kBottom + 44, "middle", sweep.cost + ", per cent", "label");
   svg += textAt(kLeft, kTop - 14, "start", "right, per cent", "label");
   std::string path;
   for (const SweepPoint& point : sweep.points)
@@ -130,18 +130,25 @@ std::string sweepChart(const Sweep& sweep) {
            attribute("cy", y(point.right)) + "><title>execute_min_score " +
            shortestDecimal(point.score) + ": " + percentText(point.right) + " right, " +
            percentText(point.cost) + " " + escapedHtml(sweep.cost) + "</title></circle>";
-  const auto mark = [&](const SweepPoint& point, const char* style, const std::string& name,
-                        double below) {
-    const bool isLeft = x(point.cost) < 480;
+  const auto dot = [&](const SweepPoint& point, const char* style) {
     svg += std::string("<circle class=\"") + style + "\" r=\"7\"" + attribute("cx", x(point.cost)) +
            attribute("cy", y(point.right)) + "/>";
-    svg += textAt(x(point.cost) + (isLeft ? 12 : -12), y(point.right) + below,
-                  isLeft ? "start" : "end", name, "mark");
   };
   const bool isSame = sweep.best.cost == sweep.today.cost && sweep.best.right == sweep.today.right;
-  if (!isSame) mark(sweep.best, "best", "best, at " + shortestDecimal(sweep.best.score), -8);
-  mark(sweep.today, "today",
-       (isSame ? "today and best, at " : "today, at ") + shortestDecimal(sweep.today.score), 20);
+  // The curve rises to the right: there is room above a dot on its left and below on its right.
+  if (!isSame) {
+    dot(sweep.best, "best");
+    const std::string name = "best, at " + shortestDecimal(sweep.best.score);
+    const bool isLeft = x(sweep.best.cost) < kLeft + 130;
+    svg += textAt(x(sweep.best.cost) + (isLeft ? 0 : -12), y(sweep.best.right) - (isLeft ? 18 : 8),
+                  isLeft ? "start" : "end", name, "mark");
+  }
+  dot(sweep.today, "today");
+  const bool isLeft = x(sweep.today.cost) < 480;
+  svg += textAt(
+      x(sweep.today.cost) + (isLeft ? 12 : -12), y(sweep.today.right) + 20,
+      isLeft ? "start" : "end",
+      (isSame ? "today and best, at " : "today, at ") + shortestDecimal(sweep.today.score), "mark");
   return svg + "</svg>";
 }
 
