@@ -10,6 +10,7 @@
 #include <array>
 #include <cmath>
 #include <iostream>
+#include <random>
 
 #include <ZelvoraSDK/ui/zelvora_theme.h>
 #include <tests/examples/shop/shop_app.h>
@@ -22,6 +23,30 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::IsEmpty;
+
+/// How the shop is looked at.
+struct Look {
+  QSize size;
+  const char* language = "en";
+  double scale = 1;
+  bool dark = false;
+
+  [[nodiscard]] std::string name() const {
+    return std::to_string(size.width()) + "x" + std::to_string(size.height()) + " " + language +
+           " scale " + std::to_string(static_cast<int>(scale)) + (dark ? " dark" : " light");
+  }
+};
+
+/// Every size with every language and both scales of text. What is light in an upright window is
+/// dark in a wide one.
+std::vector<Look> looks(const std::vector<const char*>& languages) {
+  std::vector<Look> all;
+  for (const QSize size : {QSize(320, 480), QSize(390, 844), QSize(844, 390), QSize(1280, 800)})
+    for (const char* language : languages)
+      for (const double scale : {1.0, 2.0})
+        all.push_back({size, language, scale, (scale > 1) == (size.width() > size.height())});
+  return all;
+}
 
 class Everybody : public ShopApp {
  protected:
@@ -46,12 +71,12 @@ class Everybody : public ShopApp {
     QMetaObject::invokeMethod(&app_.shop(), "open", Q_ARG(QString, screenId),
                               Q_ARG(QVariant, QVariantMap()));
   }
-  void look(QSize size, const char* language, double scale, bool dark) {
-    app_.language().setCode(QLatin1String(language));
-    app_.shop().setProperty("textScale", scale);
-    app_.shop().setProperty("dark", dark);
-    app_.window().resize(size);
-    await([&] { return app_.window().rootObject()->width() == size.width(); });
+  void look(const Look& at) {
+    app_.language().setCode(QLatin1String(at.language));
+    app_.shop().setProperty("textScale", at.scale);
+    app_.shop().setProperty("dark", at.dark);
+    app_.window().resize(at.size);
+    await([&] { return app_.window().rootObject()->width() == at.size.width(); });
   }
   /// Lays out what is new.
   void settle() {
@@ -81,58 +106,70 @@ class Everybody : public ShopApp {
 };
 
 TEST_F(Everybody, FindsEachScreenLaidOutAtEverySizeAndLanguage) {
-  const QSize sizes[] = {{320, 480}, {390, 844}, {844, 390}, {1280, 800}};
   const QStringList screens = keysOf("Screens", "screens");
   ASSERT_GT(screens.size(), 20);
-  int looks = 0;
-  for (const QSize size : sizes)
-    for (const auto& [language, scale] :
-         {std::pair{"en", 1.0}, {"en", 2.0}, {"de", 1.6}, {"he", 1.0}, {"he", 2.0}}) {
-      look(size, language, scale, ++looks % 2 == 0);
-      QMetaObject::invokeMethod(&app_.shop(), "startAgain");
-      for (const QString& screenId : screens) {
-        open(screenId);
-        settle();
-        EXPECT_THAT(layoutFaults(app_.window()), IsEmpty())
-            << qPrintable(screenId) << " " << size.width() << "x" << size.height() << " "
-            << language << " " << scale;
-      }
+  for (const Look& at : looks({"en", "de", "he"})) {
+    SCOPED_TRACE(at.name());
+    look(at);
+    QMetaObject::invokeMethod(&app_.shop(), "startAgain");
+    for (const QString& screenId : screens) {
+      open(screenId);
+      settle();
+      EXPECT_THAT(layoutFaults(app_.window()), IsEmpty()) << qPrintable(screenId);
     }
+  }
+}
+
+TEST_F(Everybody, SettlesWhenItIsTurnedOrResized) {
+  // What does not settle warns, which fails the test, or worse.
+  const std::vector<Look> all = looks({"en", "de", "he"});
+  std::mt19937 random(4);
+  for (const QString& screenId : keysOf("Screens", "screens")) {
+    QMetaObject::invokeMethod(&app_.shop(), "startAgain");
+    open(screenId);
+    for (int turn = 0; turn < 4; ++turn) {
+      const Look& at = all[random() % all.size()];
+      SCOPED_TRACE(screenId.toStdString() + " " + at.name());
+      look(at);
+      settle();
+    }
+  }
 }
 
 TEST_F(Everybody, ReachesEverythingByTab) {
   const QStringList screens = keysOf("Screens", "screens");
-  int looks = 0;
-  for (const QSize size : {QSize(320, 480), QSize(1280, 800)})
-    for (const char* language : {"en", "he"}) {
-      look(size, language, ++looks % 2 + 1.0, false);
-      for (const QString& screenId : screens) {
-        SCOPED_TRACE(screenId.toStdString());
-        QMetaObject::invokeMethod(&app_.shop(), "startAgain");
-        open(screenId);
-        settle();
-        EXPECT_THAT(reachFaults(app_.window()), IsEmpty())
-            << qPrintable(screenId) << " " << size.width() << " " << language;
-      }
+  for (const Look& at : looks({"en", "he"})) {
+    SCOPED_TRACE(at.name());
+    look(at);
+    for (const QString& screenId : screens) {
+      SCOPED_TRACE(screenId.toStdString());
+      QMetaObject::invokeMethod(&app_.shop(), "startAgain");
+      open(screenId);
+      settle();
+      EXPECT_THAT(reachFaults(app_.window()), IsEmpty());
     }
-}
-
-TEST_F(Everybody, HoldsTheFocusInASheet) {
-  for (const QString& id : keysOf("Screens", "presentations")) {
-    look({320, 480}, "he", 2, true);
-    QMetaObject::invokeMethod(&app_.shop(), "present", Q_ARG(QString, id));
-    await([&] { return presentation() == id.toStdString(); });
-    settle();
-    EXPECT_THAT(layoutFaults(app_.window()), IsEmpty()) << qPrintable(id);
-    EXPECT_THAT(reachFaults(app_.window()), IsEmpty()) << qPrintable(id);
-    press(Qt::Key_Escape);
-    await([&] { return presentation().empty(); });
-    EXPECT_EQ(screen(), "main") << "Escape closes the sheet and nothing else";
   }
 }
 
+TEST_F(Everybody, HoldsTheFocusInASheet) {
+  const QStringList sheets = keysOf("Screens", "presentations");
+  for (const Look& at : looks({"en", "de", "he"}))
+    for (const QString& id : sheets) {
+      SCOPED_TRACE(at.name() + " " + id.toStdString());
+      look(at);
+      QMetaObject::invokeMethod(&app_.shop(), "present", Q_ARG(QString, id));
+      await([&] { return presentation() == id.toStdString(); });
+      settle();
+      EXPECT_THAT(layoutFaults(app_.window()), IsEmpty());
+      EXPECT_THAT(reachFaults(app_.window()), IsEmpty());
+      press(Qt::Key_Escape);
+      await([&] { return presentation().empty(); });
+      EXPECT_EQ(screen(), "main") << "Escape closes the sheet and nothing else";
+    }
+}
+
 TEST_F(Everybody, DimsTheWholeWindowBehindASheet) {
-  look({1280, 800}, "en", 1, false);
+  look({.size = {1280, 800}});
   const auto corners = [&] {
     const QImage seen = app_.window().grabWindow();
     return std::array{seen.pixelColor(2, 2).lightness(), seen.pixelColor(1277, 2).lightness(),

@@ -27,6 +27,7 @@ Page {
                 required property string modelData
                 readonly property int count: Basket.countOf(modelData)
 
+                room: page.innerWidth
                 product: Stock.find(modelData)
                 Accessible.name: qsTr("%1, %2 each, %n pieces", "", count).arg(product.name).arg(Stock.money(product.price))
 

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 
 /// Where it goes, how it is paid, and the order.
 Page {

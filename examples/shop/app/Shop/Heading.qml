@@ -7,10 +7,12 @@ GridLayout {
 
     property string text
     property string more
+    /// The page's width. A layout that asks for its own while it is laid out is never done.
+    required property real room
 
     signal clicked()
 
-    columns: words.implicitWidth + button.implicitWidth + 16 < width ? 2 : 1
+    columns: words.implicitWidth + button.implicitWidth + 16 < room ? 2 : 1
     rowSpacing: 0
     Layout.fillWidth: true
 

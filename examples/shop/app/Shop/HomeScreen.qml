@@ -112,11 +112,13 @@ Page {
         }
     }
     Heading {
+        room: page.innerWidth
         text: qsTr("Popular now")
         more: qsTr("See all")
         onClicked: page.open("results", { sort: "popular" })
     }
     ProductGrid {
+        room: page.innerWidth
         products: Stock.products.slice(0, 6)
         onOpen: (screenId, params) => page.open(screenId, params)
     }

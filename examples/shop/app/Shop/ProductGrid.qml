@@ -4,14 +4,17 @@ import QtQuick
 import QtQuick.Layouts
 
 /// Products side by side, as many as there is room for.
-GridLayout {
+Grid {
     id: grid
 
     property var products: []
+    /// The page's width. What asks for its own while it is laid out is never done.
+    required property real room
+    readonly property int across: Math.max(1, Math.min(columns, products.length))
 
     signal open(string screenId, var params)
 
-    columns: Math.max(1, Math.floor((width + columnSpacing) / (140 * Math.max(1, Theme.textScale * 0.9) + columnSpacing)))
+    columns: Math.max(1, Math.floor((room + columnSpacing) / (140 * Math.max(1, Theme.textScale * 0.9) + columnSpacing)))
     columnSpacing: 14
     rowSpacing: 18
     Layout.fillWidth: true
@@ -23,10 +26,7 @@ GridLayout {
             required property var modelData
 
             product: modelData
-            Layout.fillWidth: true
-            Layout.preferredWidth: 10
-            Layout.alignment: Qt.AlignTop
-            Layout.maximumWidth: 300
+            width: Math.min(300, (grid.room - (grid.across - 1) * grid.columnSpacing) / grid.across)
             onClicked: grid.open("detail", { product: modelData.id })
         }
     }

@@ -7,8 +7,11 @@ GridLayout {
 
     property var product
     property string detail: product.brand
+    /// The page's width. A layout that asks for its own while it is laid out is never done.
+    required property real room
     default property alias trailing: end.data
-    readonly property bool isTight: width < 300 * Theme.textScale
+    readonly property bool isTight: room < 332 * Theme.textScale
+    readonly property int side: room < 150 * Theme.textScale ? 48 : 72
 
     columns: isTight ? 2 : 3
     columnSpacing: 14
@@ -16,8 +19,8 @@ GridLayout {
     Layout.fillWidth: true
 
     Picture {
-        implicitWidth: 72
-        implicitHeight: 72
+        implicitWidth: line.side
+        implicitHeight: line.side
         radius: 16
         art: line.product.art
         hue: line.product.hue

@@ -18,7 +18,7 @@ Pressable {
 
         Picture {
             Layout.fillWidth: true
-            Layout.preferredHeight: width * 0.92
+            Layout.preferredHeight: tile.width * 0.92
             Layout.bottomMargin: 8
             art: tile.product.art
             hue: tile.product.hue

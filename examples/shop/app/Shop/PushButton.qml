@@ -7,15 +7,23 @@ Pressable {
 
     property bool quiet: false
     property string glyph
+    /// The width of the words when they stand in one line. Their own changes with that of the button.
+    readonly property real oneLine: Math.ceil(measure.advanceWidth) + 1
 
     padding: 12
     leftPadding: 20
     rightPadding: 20
-    implicitWidth: words.implicitWidth + leftPadding + rightPadding + (picture.visible ? 28 : 0)
+    implicitWidth: oneLine + leftPadding + rightPadding + (picture.visible ? 28 : 0)
     implicitHeight: Math.max(50, words.implicitHeight + topPadding + bottomPadding)
     corner: Math.min(height / 2, 25)
     Layout.fillWidth: true
 
+    TextMetrics {
+        id: measure
+
+        font: words.font
+        text: button.text
+    }
     background: Rectangle {
         radius: button.corner
         color: button.quiet ? Theme.accentSoft : Theme.accent
@@ -37,7 +45,7 @@ Pressable {
             id: words
 
             anchors { centerIn: parent; horizontalCenterOffset: picture.visible ? (button.mirrored ? -14 : 14) : 0 }
-            width: Math.min(implicitWidth, parent.width - (picture.visible ? 28 : 0))
+            width: Math.min(button.oneLine, parent.width - (picture.visible ? 28 : 0))
             horizontalAlignment: Text.AlignHCenter
             text: button.text
             read: false

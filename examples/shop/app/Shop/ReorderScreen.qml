@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 
@@ -19,6 +21,7 @@ Page {
             ProductLine {
                 required property string modelData
 
+                room: page.innerWidth
                 product: Stock.find(modelData)
             }
         }

@@ -38,6 +38,7 @@ Page {
         }
     }
     ProductGrid {
+        room: page.innerWidth
         products: Stock.matching(Object.assign({}, page.params, { sort: page.sort }))
         onOpen: (screenId, params) => page.open(screenId, params)
     }

@@ -15,7 +15,10 @@ Page {
     ]
 
     Card {
-        ProductLine { product: page.product }
+        ProductLine {
+            room: page.innerWidth
+            product: page.product
+        }
         Flow {
             Layout.fillWidth: true
             spacing: 12

@@ -65,10 +65,14 @@ Page {
             }
         }
     }
-    Heading { text: field.text === "" ? qsTr("You looked at") : qsTr("%n found", "", grid.products.length) }
+    Heading {
+        room: page.innerWidth
+        text: field.text === "" ? qsTr("You looked at") : qsTr("%n found", "", grid.products.length)
+    }
     ProductGrid {
         id: grid
 
+        room: page.innerWidth
         products: field.text === "" ? Stock.products.slice(1, 5) : Stock.search(field.text)
         onOpen: (screenId, params) => page.open(screenId, params)
     }

@@ -13,6 +13,7 @@ Page {
         detail: qsTr("Tap the heart of a product to keep it here.")
     }
     ProductGrid {
+        room: page.innerWidth
         products: Basket.wishes.map(id => Stock.find(id))
         onOpen: (screenId, params) => page.open(screenId, params)
     }
