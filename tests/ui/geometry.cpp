@@ -17,6 +17,8 @@ namespace {
 constexpr double kSlack = 1.5;  ///< Points by which measures of text are rounded.
 constexpr int kSmallest = 10;   ///< Letters that are still read, in points.
 const QRegularExpression kBetweenWords(QStringLiteral("[\\s\u00AD-]+"));
+const QRegularExpression kLooseUnit(
+    QStringLiteral("\\d (?:[%\u20AC]|(?:cm|km|ml|mm|\u05E1\u05F4\u05DE|\u05E7\u05F4\u05DE)\\b)"));
 
 bool is(const QQuickItem& item, const char* type) { return item.inherits(type); }
 
@@ -82,6 +84,8 @@ void findCutTexts(const QQuickWindow& window, std::vector<std::string>& faults) 
   eachShown(usablePart(window), [&](const QQuickItem& item) {
     if (!isText(item)) return;
     findBrokenWord(item, faults);
+    if (item.property("text").toString().contains(kLooseUnit))
+      faults.push_back("a unit that may part from its number: " + nameOf(item));
     if (item.property("truncated").toBool()) faults.push_back("elided: " + nameOf(item));
     const QRectF painted = paintedBy(item);
     const bool isSingle = item.property("lineCount").toInt() <= 1;

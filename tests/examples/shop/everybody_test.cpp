@@ -22,6 +22,7 @@ namespace zelvora::shop {
 namespace {
 
 using ::testing::Contains;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 /// How the shop is looked at.
@@ -338,6 +339,38 @@ TEST_F(Everybody, SpeaksTheLanguageThatIsChosen) {
   EXPECT_THAT(spokenPage(app_.window()), Contains("field: לאן תרצו להגיע?"));
   assistant().route(QStringLiteral("פתח את העגלה"));
   await([&] { return screen() == "basket"; });
+}
+
+TEST_F(Everybody, WritesNumbersAsTheLanguageDoes) {
+  const struct {
+    const char* language;
+    const char* rating;
+    const char* price;
+    const char* size;
+    const char* store;
+  } rows[] = {
+      {"en", "4.7 of 5, 214 reviews", "€129", "Size 38, 5 in Britain, 24.0 centimetres",
+       "4 Quay Road, open until 20:00 · 0.6\u00A0km"},
+      {"de", "4,7 von 5, 214 Bewertungen", "129\u00A0€", "Größe 38, britisch 5, 24,0 Zentimeter",
+       "Kaistraße 4, geöffnet bis 20:00 · 0,6\u00A0km"},
+      {"he", "4.7 מתוך 5, 214 ביקורות", "€129", "מידה 38, בבריטניה 5, 24.0 סנטימטר",
+       "דרך הרציף 4, פתוח עד 20:00 · 0.6\u00A0ק״מ"}};
+  const auto hears = [&](const char* words) {
+    EXPECT_THAT(spokenPage(app_.window()), Contains(HasSubstr(words)));
+  };
+  for (const auto& row : rows) {
+    look({.size = {390, 844}, .language = row.language});
+    open("opinions");
+    hears(row.rating);
+    open("basket");
+    hears(row.price);
+    open("map");
+    hears(row.store);
+    QMetaObject::invokeMethod(&app_.shop(), "present", Q_ARG(QString, "fit_sheet"));
+    await([&] { return presentation() == "fit_sheet"; });
+    hears(row.size);
+    QMetaObject::invokeMethod(&app_.shop(), "startAgain");
+  }
 }
 
 }  // namespace

@@ -83,7 +83,7 @@ Page {
 
         ListRow {
             glyph: "star"
-            text: qsTr("%1 of 5").arg(page.product.rating)
+            text: qsTr("%1 of 5").arg(Stock.decimal(page.product.rating, 1))
             detail: qsTr("%n reviews", "", page.product.reviews)
             onClicked: page.open("opinions", { product: page.product.id })
         }

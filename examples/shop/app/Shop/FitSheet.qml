@@ -10,7 +10,32 @@ ColumnLayout {
     signal open(string screenId, var params)
     signal done()
 
-    readonly property var rows: [["38", "5", "24.0"], ["39", "6", "24.7"], ["40", "6½", "25.3"], ["41", "7½", "26.0"], ["42", "8", "26.7"]]
+    readonly property var rows: [["38", "5", 24.0], ["39", "6", 24.7], ["40", "6½", 25.3], ["41", "7½", 26.0], ["42", "8", 26.7]]
+
+    component Line: RowLayout {
+        id: line
+
+        required property var cells
+        property bool soft: false
+        property bool strong: false
+
+        Repeater {
+            model: line.cells
+
+            Label {
+                required property string modelData
+
+                Layout.fillWidth: true
+                Layout.preferredWidth: 10
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.NoWrap
+                text: modelData
+                read: false
+                soft: line.soft
+                font.weight: line.strong ? Font.DemiBold : Font.Normal
+            }
+        }
+    }
 
     spacing: 16
 
@@ -28,6 +53,13 @@ ColumnLayout {
         padding: 10
         spacing: 0
 
+        Line {
+            Layout.leftMargin: 10
+            Layout.rightMargin: 10
+            Layout.topMargin: 6
+            cells: ["EU", "UK", qsTr("cm")]
+            soft: true
+        }
         Repeater {
             model: guide.rows
 
@@ -35,6 +67,7 @@ ColumnLayout {
                 id: row
 
                 required property var modelData
+                readonly property string length: Stock.decimal(modelData[2], 1)
                 readonly property bool chosen: Basket.shoeSize === Number(modelData[0])
 
                 objectName: "size-" + modelData[0]
@@ -45,7 +78,7 @@ ColumnLayout {
                 checkable: true
                 checked: chosen
                 autoExclusive: true
-                text: qsTr("Size %1, %2 in Britain, %3 centimetres").arg(modelData[0]).arg(modelData[1]).arg(modelData[2])
+                text: qsTr("Size %1, %2 in Britain, %3 centimetres").arg(modelData[0]).arg(modelData[1]).arg(length)
                 Accessible.role: Accessible.RadioButton
                 onClicked: Basket.shoeSize = Number(modelData[0])
 
@@ -54,21 +87,9 @@ ColumnLayout {
                     color: row.chosen ? Theme.accentSoft : "transparent"
                     border { width: row.chosen ? 2 : 0; color: Theme.accent }
                 }
-                contentItem: RowLayout {
-                    Repeater {
-                        model: ["EU " + row.modelData[0], "UK " + row.modelData[1], row.modelData[2] + " cm"]
-
-                        Label {
-                            required property string modelData
-
-                            Layout.fillWidth: true
-                            Layout.preferredWidth: 10
-                            horizontalAlignment: Text.AlignHCenter
-                            text: modelData
-                            read: false
-                            font.weight: row.chosen ? Font.DemiBold : Font.Normal
-                        }
-                    }
+                contentItem: Line {
+                    cells: [row.modelData[0], row.modelData[1], row.length]
+                    strong: row.chosen
                 }
             }
         }

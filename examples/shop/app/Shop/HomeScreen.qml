@@ -30,7 +30,7 @@ Page {
         padding: 20
         corner: 24
         implicitHeight: Math.max(148, implicitContentHeight + 40)
-        text: qsTr("Spring promotion") + ", " + qsTr("Up to 25 % off the new season")
+        text: qsTr("Spring promotion") + ", " + qsTr("Up to 25% off the new season")
         onClicked: page.present("seasonal_sheet")
 
         background: Rectangle {
@@ -54,7 +54,7 @@ Page {
                 }
                 Label {
                     Layout.fillWidth: true
-                    text: qsTr("Up to 25 % off the new season")
+                    text: qsTr("Up to 25% off the new season")
                     read: false
                     color: Theme.bannerInk
                     font.pixelSize: 20 * Theme.textScale

@@ -33,6 +33,6 @@ Text {
         id: longestWord
 
         font: label.font
-        text: label.text.split(/[\s-]+/).reduce((longest, word) => word.length > longest.length ? word : longest, "")
+        text: label.text.split(/[^\S\u00A0]+|-/).reduce((longest, word) => word.length > longest.length ? word : longest, "")
     }
 }

@@ -12,6 +12,9 @@ Pressable {
     property string endGlyph: pressable ? "forward" : ""
     property bool pressable: true
     property bool last: false
+    /// In a narrow window large words have the drawing's room.
+    readonly property bool isTight: Window.width < 170 * Theme.textScale
+    readonly property bool hasGlyph: glyph !== "" && !isTight
 
     padding: 10
     leftPadding: 6
@@ -29,7 +32,7 @@ Pressable {
         radius: 12
 
         Rectangle {
-            anchors { left: parent.left; leftMargin: row.glyph !== "" ? 56 : 6; right: parent.right; bottom: parent.bottom }
+            anchors { left: parent.left; leftMargin: row.hasGlyph ? 56 : 6; right: parent.right; bottom: parent.bottom }
             visible: !row.last
             height: 1
             color: Theme.line
@@ -39,7 +42,7 @@ Pressable {
         spacing: 14
 
         Rectangle {
-            visible: row.glyph !== ""
+            visible: row.hasGlyph
             implicitWidth: 40
             implicitHeight: 40
             radius: 13
@@ -85,7 +88,7 @@ Pressable {
             name: row.endGlyph
             size: 16
             color: Theme.soft
-            mirror: row.mirrored
+            mirror: row.mirrored && row.endGlyph === "forward"
         }
     }
 }

@@ -8,9 +8,9 @@ Page {
     id: page
 
     readonly property var stores: [
-        { name: qsTr("Meadow Harbour"), detail: qsTr("4 Quay Road, open until 20:00"), far: "0.6 km", x: 0.30, y: 0.42 },
-        { name: qsTr("Meadow Market"), detail: qsTr("21 Market Square, open until 19:00"), far: "1.9 km", x: 0.66, y: 0.28 },
-        { name: qsTr("Meadow Hill"), detail: qsTr("8 Upper Street, open until 18:00"), far: "3.2 km", x: 0.78, y: 0.70 }
+        { name: qsTr("Meadow Harbour"), detail: qsTr("4 Quay Road, open until 20:00"), far: 0.6, x: 0.30, y: 0.42 },
+        { name: qsTr("Meadow Market"), detail: qsTr("21 Market Square, open until 19:00"), far: 1.9, x: 0.66, y: 0.28 },
+        { name: qsTr("Meadow Hill"), detail: qsTr("8 Upper Street, open until 18:00"), far: 3.2, x: 0.78, y: 0.70 }
     ]
 
     Rectangle {
@@ -83,7 +83,7 @@ Page {
 
                 glyph: "pin"
                 text: modelData.name
-                detail: modelData.detail + " · " + modelData.far
+                detail: modelData.detail + " · " + qsTr("%1\u00A0km").arg(Stock.decimal(modelData.far, 1))
                 last: index === page.stores.length - 1
                 onClicked: page.open("hours", {})
             }

@@ -23,10 +23,10 @@ Page {
             Layout.fillWidth: true
             spacing: 12
             Accessible.role: Accessible.StaticText
-            Accessible.name: qsTr("%1 of 5").arg(page.product.rating) + ", " + qsTr("%n reviews", "", page.product.reviews)
+            Accessible.name: qsTr("%1 of 5").arg(Stock.decimal(page.product.rating, 1)) + ", " + qsTr("%n reviews", "", page.product.reviews)
 
             Label {
-                text: page.product.rating
+                text: Stock.decimal(page.product.rating, 1)
                 read: false
                 font.pixelSize: 40 * Math.min(1.4, Theme.textScale)
                 font.weight: Font.Bold

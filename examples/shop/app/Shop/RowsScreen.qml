@@ -19,8 +19,8 @@ Page {
         vouchers: {
             intro: qsTr("Used up first when you pay."),
             rows: [
-                { glyph: "gift", text: qsTr("From Mira"), detail: qsTr("Valid until December"), value: "€25" },
-                { glyph: "gift", text: qsTr("Birthday card"), detail: qsTr("Valid until March"), value: "€10" }
+                { glyph: "gift", text: qsTr("From Mira"), detail: qsTr("Valid until December"), value: Stock.money(25) },
+                { glyph: "gift", text: qsTr("Birthday card"), detail: qsTr("Valid until March"), value: Stock.money(10) }
             ]
         },
         locations: {

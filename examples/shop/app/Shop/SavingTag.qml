@@ -15,7 +15,7 @@ Rectangle {
         id: words
 
         anchors.centerIn: parent
-        text: "−" + tag.percent + " %"
+        text: qsTr("−%1%").arg(tag.percent)
         read: false
         role: Label.Role.Small
         color: Theme.warmInk

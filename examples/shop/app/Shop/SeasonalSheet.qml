@@ -41,7 +41,7 @@ ColumnLayout {
     }
     Label {
         Layout.fillWidth: true
-        text: qsTr("Up to 25 % off shoes, dresses and bags. Until the end of May, in all stores and here.")
+        text: qsTr("Up to 25% off shoes, dresses and bags. Until the end of May, in all stores and here.")
         soft: true
         lineHeight: 1.3
     }

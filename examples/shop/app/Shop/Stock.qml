@@ -4,7 +4,7 @@ import QtQuick
 /// What the shop sells.
 QtObject {
     readonly property var products: [
-        product("trail-running-shoe", qsTr("Trail running shoe"), "Fernway", 89, "shoes", "shoe", 0.05, 4.7, 214, 119, qsTr("Grips wet rock and soft ground. A rock plate under the ball of the foot, 6 mm drop, laces that stay tied.")),
+        product("trail-running-shoe", qsTr("Trail running shoe"), "Fernway", 89, "shoes", "shoe", 0.05, 4.7, 214, 119, qsTr("Grips wet rock and soft ground. A rock plate under the ball of the foot, 6\u00A0mm drop, laces that stay tied.")),
         product("city-sneaker", qsTr("City sneaker"), "Harbour & Pine", 74, "shoes", "sneaker", 0.55, 4.5, 156, 0, qsTr("Canvas and leather on a sole that walks all day. Wipes clean.")),
         product("rain-jacket", qsTr("Rain jacket"), "Northfold", 129, "coats", "jacket", 0.12, 4.8, 342, 0, qsTr("Keeps a day of rain out and packs into its own pocket. Taped seams, a hood that turns with you.")),
         product("canvas-backpack", qsTr("Canvas backpack"), "Loden", 68, "bags", "backpack", 0.36, 4.6, 98, 85, qsTr("Waxed canvas, 18 litres, a sleeve for the laptop and one for the bottle.")),
@@ -12,7 +12,7 @@ QtObject {
         product("summer-dress", qsTr("Summer dress"), "Maribel", 79, "dresses", "dress", 0.94, 4.9, 203, 99, qsTr("Light cotton with pockets. Falls just below the knee.")),
         product("winter-coat", qsTr("Winter coat"), "Northfold", 189, "coats", "coat", 0.08, 4.7, 121, 249, qsTr("Recycled wool with a warm lining, down to minus ten.")),
         product("wooden-train", qsTr("Wooden train"), "Spruce", 32, "toys", "train", 0.09, 4.9, 310, 0, qsTr("Beech wood and water-based paint. From three years.")),
-        product("coffee-mug", qsTr("Stoneware mug"), "Kiln", 18, "kitchen", "mug", 0.54, 4.6, 64, 0, qsTr("Thrown by hand, holds 350 ml, goes into the dishwasher."))
+        product("coffee-mug", qsTr("Stoneware mug"), "Kiln", 18, "kitchen", "mug", 0.54, 4.6, 64, 0, qsTr("Thrown by hand, holds 350\u00A0ml, goes into the dishwasher."))
     ]
     readonly property var categories: [
         { id: "shoes", title: qsTr("Shoes"), art: "sneaker", hue: 0.55 },
@@ -64,7 +64,11 @@ QtObject {
         return parts.filter(words => words !== "").join(", ")
     }
 
+    function decimal(number: real, digits: int) : string {
+        return Number(number).toLocaleString(Qt.locale(qsTr("en_US", "the locale that numbers are written by")), "f", digits)
+    }
+
     function money(amount: real) : string {
-        return "€" + (Number.isInteger(amount) ? amount : amount.toFixed(2))
+        return qsTr("€%1", "a price").arg(decimal(amount, Number.isInteger(amount) ? 0 : 2))
     }
 }

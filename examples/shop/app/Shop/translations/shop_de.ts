@@ -207,6 +207,10 @@
         <source>Close</source>
         <translation>Schließen</translation>
     </message>
+    <message>
+        <source>cm</source>
+        <translation>cm</translation>
+    </message>
 </context>
 <context>
     <name>GoodbyeDialog</name>
@@ -301,8 +305,8 @@
         <translation>Frühlingsaktion</translation>
     </message>
     <message>
-        <source>Up to 25 % off the new season</source>
-        <translation>Bis zu 25 % auf die neue Saison</translation>
+        <source>Up to 25% off the new season</source>
+        <translation>Bis zu 25&#xa0;% auf die neue Saison</translation>
     </message>
     <message>
         <source>See what is new</source>
@@ -405,6 +409,10 @@
     <message>
         <source>8 Upper Street, open until 18:00</source>
         <translation>Obere Straße 8, geöffnet bis 18:00</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;km</source>
+        <translation>%1&#xa0;km</translation>
     </message>
 </context>
 <context>
@@ -703,6 +711,13 @@
     </message>
 </context>
 <context>
+    <name>SavingTag</name>
+    <message>
+        <source>−%1%</source>
+        <translation>−%1&#xa0;%</translation>
+    </message>
+</context>
+<context>
     <name>Screens</name>
     <message>
         <source>Search</source>
@@ -862,8 +877,8 @@
         <translation>Der Frühling ist da</translation>
     </message>
     <message>
-        <source>Up to 25 % off shoes, dresses and bags. Until the end of May, in all stores and here.</source>
-        <translation>Bis zu 25 % auf Schuhe, Kleider und Taschen. Bis Ende Mai, in allen Läden und hier.</translation>
+        <source>Up to 25% off shoes, dresses and bags. Until the end of May, in all stores and here.</source>
+        <translation>Bis zu 25&#xa0;% auf Schuhe, Kleider und Taschen. Bis Ende Mai, in allen Läden und hier.</translation>
     </message>
     <message>
         <source>See all deals</source>
@@ -927,8 +942,8 @@
         <translation>Trailschuh</translation>
     </message>
     <message>
-        <source>Grips wet rock and soft ground. A rock plate under the ball of the foot, 6 mm drop, laces that stay tied.</source>
-        <translation>Hält auf nassem Fels und weichem Boden. Schutzplatte unter dem Ballen, 6 mm Sprengung, Schnürsenkel, die zubleiben.</translation>
+        <source>Grips wet rock and soft ground. A rock plate under the ball of the foot, 6&#xa0;mm drop, laces that stay tied.</source>
+        <translation>Hält auf nassem Fels und weichem Boden. Schutzplatte unter dem Ballen, 6&#xa0;mm Sprengung, Schnürsenkel, die zubleiben.</translation>
     </message>
     <message>
         <source>City sneaker</source>
@@ -991,8 +1006,8 @@
         <translation>Steingutbecher</translation>
     </message>
     <message>
-        <source>Thrown by hand, holds 350 ml, goes into the dishwasher.</source>
-        <translation>Von Hand gedreht, fasst 350 ml, spülmaschinenfest.</translation>
+        <source>Thrown by hand, holds 350&#xa0;ml, goes into the dishwasher.</source>
+        <translation>Von Hand gedreht, fasst 350&#xa0;ml, spülmaschinenfest.</translation>
     </message>
     <message>
         <source>Shoes</source>
@@ -1061,6 +1076,16 @@
     <message>
         <source>All products</source>
         <translation>Alle Artikel</translation>
+    </message>
+    <message>
+        <source>en_US</source>
+        <comment>the locale that numbers are written by</comment>
+        <translation>de_DE</translation>
+    </message>
+    <message>
+        <source>€%1</source>
+        <comment>a price</comment>
+        <translation>%1&#xa0;€</translation>
     </message>
 </context>
 <context>

@@ -207,6 +207,10 @@
         <source>Close</source>
         <translation>סגירה</translation>
     </message>
+    <message>
+        <source>cm</source>
+        <translation>ס״מ</translation>
+    </message>
 </context>
 <context>
     <name>GoodbyeDialog</name>
@@ -301,7 +305,7 @@
         <translation>מבצע אביב</translation>
     </message>
     <message>
-        <source>Up to 25 % off the new season</source>
+        <source>Up to 25% off the new season</source>
         <translation>עד 25% הנחה על העונה החדשה</translation>
     </message>
     <message>
@@ -405,6 +409,10 @@
     <message>
         <source>8 Upper Street, open until 18:00</source>
         <translation>הרחוב העליון 8, פתוח עד 18:00</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;km</source>
+        <translation>%1&#xa0;ק״מ</translation>
     </message>
 </context>
 <context>
@@ -703,6 +711,13 @@
     </message>
 </context>
 <context>
+    <name>SavingTag</name>
+    <message>
+        <source>−%1%</source>
+        <translation>−%1%</translation>
+    </message>
+</context>
+<context>
     <name>Screens</name>
     <message>
         <source>Search</source>
@@ -862,7 +877,7 @@
         <translation>האביב כאן</translation>
     </message>
     <message>
-        <source>Up to 25 % off shoes, dresses and bags. Until the end of May, in all stores and here.</source>
+        <source>Up to 25% off shoes, dresses and bags. Until the end of May, in all stores and here.</source>
         <translation>עד 25% הנחה על נעליים, שמלות ותיקים. עד סוף מאי, בכל החנויות וכאן.</translation>
     </message>
     <message>
@@ -927,7 +942,7 @@
         <translation>נעל ריצת שטח</translation>
     </message>
     <message>
-        <source>Grips wet rock and soft ground. A rock plate under the ball of the foot, 6 mm drop, laces that stay tied.</source>
+        <source>Grips wet rock and soft ground. A rock plate under the ball of the foot, 6&#xa0;mm drop, laces that stay tied.</source>
         <translation>אוחזת בסלע רטוב ובאדמה רכה. לוח הגנה מתחת לכרית הרגל, 6 מ&quot;מ, שרוכים שנשארים קשורים.</translation>
     </message>
     <message>
@@ -991,7 +1006,7 @@
         <translation>ספל קרמיקה</translation>
     </message>
     <message>
-        <source>Thrown by hand, holds 350 ml, goes into the dishwasher.</source>
+        <source>Thrown by hand, holds 350&#xa0;ml, goes into the dishwasher.</source>
         <translation>עבודת יד, 350 מ&quot;ל, מתאים למדיח.</translation>
     </message>
     <message>
@@ -1061,6 +1076,16 @@
     <message>
         <source>All products</source>
         <translation>כל המוצרים</translation>
+    </message>
+    <message>
+        <source>en_US</source>
+        <comment>the locale that numbers are written by</comment>
+        <translation>he_IL</translation>
+    </message>
+    <message>
+        <source>€%1</source>
+        <comment>a price</comment>
+        <translation>€%1</translation>
     </message>
 </context>
 <context>
