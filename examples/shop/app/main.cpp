@@ -66,6 +66,8 @@ int run(QGuiApplication& application) {
   const QTemporaryDir nobody;  // a tour is one of a customer who has picked nothing yet
   if (!tour.isEmpty()) options.dataFolder = nobody.path().toStdString();
   zelvora::shop::ShopApplication shop(options);
+  // Nothing moves in a picture, not even to the size that is wanted.
+  if (!tour.isEmpty()) QQmlProperty::write(&shop.shop(), QStringLiteral("pace"), 0);
   look(shop, parser);
   if (!tour.isEmpty()) {
     zelvora::shop::paintTour(shop, tour.toStdString());

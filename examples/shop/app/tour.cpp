@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QEvent>
 #include <QImage>
 #include <QObject>
 #include <QQmlProperty>
@@ -68,6 +69,8 @@ void say(ZelvoraAssistant& assistant, const QString& command) {
 }
 
 void paint(ShopApplication& application, const std::filesystem::path& file) {
+  // No event loop runs around a tour, and only one would destroy what was let go of.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   // What comes up has come up by then.
   const QDeadlineTimer moving(std::chrono::milliseconds(60));
   while (!moving.hasExpired()) QCoreApplication::processEvents();
