@@ -3,8 +3,6 @@
 #include <utility>
 
 #include <ZelvoraSDK/adapters/qt/qt_main_executor.h>
-#include <ZelvoraSDK/async/coroutine.h>
-#include <ZelvoraSDK/async/executors.h>
 #include <ZelvoraSDK/platform/network.h>
 #include <ZelvoraSDK/ui/application.h>
 
@@ -28,40 +26,20 @@ class NotedDefaults final : public UserDefaults {
   std::shared_ptr<testing::Journal> journal_;
 };
 
-class GivenExecutors final : public Executors {
- public:
-  GivenExecutors(asio::any_io_executor main, asio::any_io_executor background)
-      : main_(std::move(main)), background_(std::move(background)) {}
-
-  asio::any_io_executor main() override { return main_; }
-  asio::any_io_executor background() override { return background_; }
-
- private:
-  asio::any_io_executor main_;
-  asio::any_io_executor background_;
-};
-
 }  // namespace
 
 std::function<Seconds()> tapsApart() {
   return [now = Seconds{0}]() mutable { return now += Seconds{1}; };
 }
 
-/// Lives in the main thread, wherever the last platform is released.
-struct Application::Threads {
-  QtMainExecutor main;
-  WorkerPool pool{2};
-};
-
 Application::Application(const std::string& spec)
-    : threads_(std::make_unique<Threads>()),
-      executors_(
-          std::make_shared<GivenExecutors>(threads_->main.executor(), threads_->pool.executor())) {
+    : main_(std::make_unique<QtMainExecutor>()),
+      executors_(std::make_shared<testing::TestExecutors>(main_->executor())) {
   bundle->strings = {{"ZelvoraPublishableKey", "key"}, {"ZelvoraSTTMode", "localOnly"}};
   bundle->resources = {{"shop.json", folder.write("shop.json", spec)}};
 }
 
-Application::~Application() = default;
+Application::~Application() { executors_->endBackground(); }
 
 Platform Application::platform() const {
   return {.executors = executors_,

@@ -8,9 +8,12 @@
 #include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/testing/speech.h>
 #include <ZelvoraSDK/testing/system.h>
+#include <ZelvoraSDK/testing/test_platform.h>
 #include <tests/support/temporary_folder.h>
 
 namespace zelvora {
+
+class QtMainExecutor;
 
 /// A clock by which no two taps follow each other quickly.
 [[nodiscard]] std::function<Seconds()> tapsApart();
@@ -32,10 +35,8 @@ class Application {
   std::string asked;  ///< The bundle and the spec that were asked for last.
 
  private:
-  struct Threads;
-
-  std::unique_ptr<Threads> threads_;
-  std::shared_ptr<Executors> executors_;
+  std::unique_ptr<QtMainExecutor> main_;
+  std::shared_ptr<testing::TestExecutors> executors_;
 };
 
 }  // namespace zelvora
