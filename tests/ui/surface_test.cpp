@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QtTest/QTest>
+#include <algorithm>
+#include <map>
 
 #include <ZelvoraSDK/ui/private/wave.h>
 #include <ZelvoraSDK/ui/suggestions.h>
@@ -42,6 +44,31 @@ TEST(Surface, IsLaidOutAtEverySizeInEveryLanguageAndState) {
           if (state == "thinking") continue;  // it passes while the keys are pressed
           EXPECT_THAT(reachFaults(*talk.scene->window()), IsEmpty()) << where;
         }
+}
+
+TEST(Surface, AnnouncesEachStateThatItComesTo) {
+  // A screen reader says an alert that appears, and where the focus comes.
+  const std::map<std::string, std::string> words{
+      {"rest", "field: Where would you like to go?"},
+      {"typing", "field: Where would you like to go?"},
+      {"listening", "alert: Listening…"},
+      {"thinking", "alert: Thinking…"},
+      {"answer", "alert: Navigating to: Cart"},
+      {"spoken answer", "alert: Navigating to: Cart"},
+      {"heard", "alert: I did not understand that"},
+      {"unclear", "alert: Did I hear that right?"},
+      {"permission", "alert: The microphone is switched off for this app"},
+      {"microphone", "alert: No microphone can be used"},
+      {"choices", "dialog: Did you mean …"}};
+  for (const std::string& state : Conversation::states()) {
+    Conversation talk({});
+    talk.bring(state);
+    const std::vector<std::string> page = spokenPage(*talk.scene->window());
+    EXPECT_THAT(page, Contains(words.at(state))) << state;
+    const auto isAlert = [](const std::string& line) { return line.starts_with("alert: "); };
+    EXPECT_EQ(std::ranges::count_if(page, isAlert), words.at(state).starts_with("alert: ") ? 1 : 0)
+        << state;
+  }
 }
 
 TEST(Surface, OffersExamplesUntilTheFirstCommand) {

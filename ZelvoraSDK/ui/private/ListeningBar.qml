@@ -11,12 +11,31 @@ Item {
     property real level: 0
     property real mostHeight: 400
 
+    /// A screen reader announces an alert that appears. What is there from the beginning never does.
+    property bool complete: false
+
     signal stopped()
+
+    component State: Text {
+        id: state
+
+        required property Theme theme
+
+        width: parent?.width ?? 0
+        horizontalAlignment: Text.AlignLeft
+        wrapMode: Text.Wrap
+        color: state.theme.secondaryText
+        font { pixelSize: 13 * state.theme.textScale; weight: Font.Medium }
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+        Accessible.ignored: !visible
+    }
 
     function focusStop() {
         stop.forceActiveFocus(Qt.TabFocusReason)
     }
 
+    Component.onCompleted: complete = true
     implicitHeight: Math.min(column.implicitHeight + 32, mostHeight)
 
     Plate {
@@ -47,16 +66,17 @@ Item {
             width: parent.width
             spacing: 8
 
-            Text {
-                objectName: "state"
-                width: parent.width
-                horizontalAlignment: Text.AlignLeft
-                wrapMode: Text.Wrap
-                text: bar.thinking ? "Thinking\u2026" : "Listening\u2026"
-                color: bar.theme.secondaryText
-                font { pixelSize: 13 * bar.theme.textScale; weight: Font.Medium }
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+            State {
+                objectName: "listeningState"
+                theme: bar.theme
+                text: "Listening\u2026"
+                visible: bar.complete && !bar.thinking
+            }
+            State {
+                objectName: "thinkingState"
+                theme: bar.theme
+                text: "Thinking\u2026"
+                visible: bar.complete && bar.thinking
             }
             Text {
                 objectName: "liveWords"
