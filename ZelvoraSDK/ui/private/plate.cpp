@@ -199,8 +199,13 @@ void Plate::loadBlur() {
   }
   QQmlEngine* engine = qmlEngine(this);
   if (blurItem_ || !engine) return;
-  QQmlComponent component(
-      engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Zelvora/Private/Blur.qml")));
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+  // Untried: this project is built with Qt 6.4.
+  const QUrl file(QStringLiteral("qrc:/qt-project.org/imports/Zelvora/Private/MultiBlur.qml"));
+#else
+  const QUrl file(QStringLiteral("qrc:/qt-project.org/imports/Zelvora/Private/Blur.qml"));
+#endif
+  QQmlComponent component(engine, file);
   // Without the effects' module there is no blur, and the surface is only translucent.
   blurItem_ = component.createWithInitialProperties(
       {{QStringLiteral("plate"), QVariant::fromValue(this)}}, qmlContext(this));
