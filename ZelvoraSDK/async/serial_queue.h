@@ -192,7 +192,9 @@ class SerialQueue {
     if (executor_.runningInThisThread()) fatalError(label_ + ": a wait on the queue for itself");
     std::packaged_task<std::invoke_result_t<Work&>()> task(std::move(work));
     auto answer = task.get_future();
-    asio::post(executor_, std::move(task));
+    // Wrapped: where <boost/asio/packaged_task.hpp> is read, Asio takes a bare task's future
+    // itself.
+    asio::post(executor_, [task = std::move(task)]() mutable { task(); });
     return answer.get();
   }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/asio/packaged_task.hpp>  // must change nothing
+
 #include <future>
 #include <memory>
 #include <optional>

@@ -12,8 +12,9 @@ namespace {
 
 /// A program that ends while its microphone is on, and whose sound server is slow then.
 [[noreturn]] void endWhileListening(bool isReleased, bool isHung) {
-  auto* const lab = new testing::SpeechLab;
-  auto* const engine = new ZelvoraSpeechEngine("en-US", lab->engineParts());
+  // Static, so that the sanitizer finds what the process leaves behind.
+  static auto* const lab = new testing::SpeechLab;
+  static auto* const engine = new ZelvoraSpeechEngine("en-US", lab->engineParts());
   std::promise<void> recording;
   engine->onRecordingChanged = [&](bool on) {
     if (on) recording.set_value();

@@ -31,8 +31,7 @@ const char* plainSentence(CURLcode code) {
   }
 }
 
-}  // namespace
-
+/// The Error for libcurl's `code`. `detail` is what libcurl wrote about this transfer, or "".
 Error curlFailure(CURLcode code, const char* detail) {
   const char* text = plainSentence(code);
   if (text == nullptr) text = *detail != '\0' ? detail : curl_easy_strerror(code);
@@ -53,8 +52,6 @@ Error transferCancelled() {
 Error sessionClosed() {
   return Error(kCurlErrorDomain, CURLE_ABORTED_BY_CALLBACK, "The session was closed.");
 }
-
-namespace {
 
 template <class Value>
 void set(CURL* easy, CURLoption option, Value value) {

@@ -18,13 +18,6 @@
 
 namespace zelvora {
 
-/// The Error for libcurl's `code`. `detail` is what libcurl wrote about this transfer, or "".
-Error curlFailure(CURLcode code, const char* detail);
-
-Error responseTooLarge();
-Error transferCancelled();
-Error sessionClosed();
-
 /// One request on its way. Made by the caller, then left to the worker thread alone.
 class Transfer {
  public:
