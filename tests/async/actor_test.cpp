@@ -58,8 +58,17 @@ TEST(Actor, GivesTheCallerItsExecutorBack) {
   MainLoop loop;
   Actor<Numbers> actor;
   std::atomic<bool> stop = false;
+  std::atomic<int> waiting = 0;
   auto noise = std::async(std::launch::async, [&] {
-    while (!stop) actor.post([](Numbers& numbers) { numbers.clear(); });
+    while (!stop) {
+      ++waiting;
+      actor.post([&waiting](Numbers& numbers) {
+        numbers.clear();
+        --waiting;
+      });
+      // A caller that drains the queue must come to its end, however slow its thread is.
+      while (waiting > 100 && !stop) std::this_thread::yield();
+    }
   });
   for (int round = 0; round < 200; ++round) {
     auto same =
