@@ -9,6 +9,7 @@
 #include <ZelvoraSDK/async/coroutine.h>
 #include <ZelvoraSDK/async/serial_queue.h>
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/library.h>
 
 namespace zelvora {
 
@@ -37,7 +38,7 @@ class DurableQueue {
 
   /// Waits until everything that any queue accepted is done, at most `bound`; false when the time
   /// did not suffice.
-  static bool finishAll(std::chrono::milliseconds bound);
+  ZELVORA_EXPORT static bool finishAll(std::chrono::milliseconds bound);
 
  private:
   class Line;

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
+
 namespace zelvora {
 
 // UTF-8 text as the whole library understands it. Every function takes any bytes: an ill-formed
@@ -28,7 +30,7 @@ void appendCodePoint(std::string& text, char32_t value);
 [[nodiscard]] bool isValidUtf8(std::string_view text);
 
 /// `text` with U+FFFD for everything that is not UTF-8; valid text comes back unchanged.
-[[nodiscard]] std::string repairedUtf8(std::string_view text);
+[[nodiscard]] ZELVORA_EXPORT std::string repairedUtf8(std::string_view text);
 
 [[nodiscard]] bool isWhiteSpace(char32_t value);
 /// LF, VT, FF, CR, U+0085, U+2028 and U+2029.
@@ -44,12 +46,13 @@ void appendCodePoint(std::string& text, char32_t value);
 
 /// Lower-cased per code point by the full mapping and independent of locale: İ becomes i and
 /// U+0307, Σ always σ.
-[[nodiscard]] std::string lowercased(std::string_view text);
+[[nodiscard]] ZELVORA_EXPORT std::string lowercased(std::string_view text);
 /// Appends the lower-case form of `value`; the same mapping as `lowercased`.
 void appendLowercased(std::string& text, char32_t value);
 
 /// The pieces between separators, empty ones dropped, as views of `text`.
-[[nodiscard]] std::vector<std::string_view> splitWords(std::string_view text, char separator = ' ');
+[[nodiscard]] ZELVORA_EXPORT std::vector<std::string_view> splitWords(std::string_view text,
+                                                                      char separator = ' ');
 
 /// Calls `use(word)` for each of those pieces, for texts that may be too long to list their words.
 template <class Use>
@@ -64,8 +67,8 @@ void forEachWord(std::string_view text, Use use) {
 /// The pieces with one space between them.
 [[nodiscard]] std::string joinWords(const std::vector<std::string_view>& words);
 
-[[nodiscard]] std::string replacedAll(std::string_view text, std::string_view what,
-                                      std::string_view with);
+[[nodiscard]] ZELVORA_EXPORT std::string replacedAll(std::string_view text, std::string_view what,
+                                                     std::string_view with);
 
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 /// At most the first `count` characters, as a view of `text`.
@@ -79,6 +82,6 @@ void forEachWord(std::string_view text, Use use) {
 
 /// All bytes of a file. Throws Error in the domain "POSIX", with the system's error number; EFBIG
 /// for a file, or a device, of more than `kMaxFileBytes`.
-[[nodiscard]] std::string readFile(const std::filesystem::path& path);
+[[nodiscard]] ZELVORA_EXPORT std::string readFile(const std::filesystem::path& path);
 
 }  // namespace zelvora

@@ -36,7 +36,7 @@ struct PcmBuffer {
 
 /// The loudness of channel 0 as root mean square, 1 for a full-scale square wave. Absent for a
 /// buffer without frames or without samples. One pass, allocates nothing.
-[[nodiscard]] std::optional<float> level(const PcmBuffer& buffer);
+[[nodiscard]] ZELVORA_EXPORT std::optional<float> level(const PcmBuffer& buffer);
 /// A buffer of at least this level is voice.
 inline constexpr float kVoiceLevel = 0.018F;
 
