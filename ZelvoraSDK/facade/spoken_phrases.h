@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/backend/transcription.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/spec/runtime_spec.h>
 #include <ZelvoraSDK/spec/stored_spec.h>
 
@@ -22,10 +23,10 @@ namespace zelvora {
 /// The phrases that the device's recogniser should expect in `locale`, without repeats: titles,
 /// keywords and examples of all tasks, and the speech settings' hints. Hand them to the platform's
 /// recogniser when the platform is put together.
-[[nodiscard]] std::vector<std::string> recognitionVocabulary(const RuntimeSpec& spec,
-                                                             const std::string& locale);
+[[nodiscard]] ZELVORA_EXPORT std::vector<std::string> recognitionVocabulary(
+    const RuntimeSpec& spec, const std::string& locale);
 /// The same of a spec as the façade takes it; empty when that is no full one.
-[[nodiscard]] std::vector<std::string> recognitionVocabulary(const StoredSpec& spec,
-                                                             const std::string& locale);
+[[nodiscard]] ZELVORA_EXPORT std::vector<std::string> recognitionVocabulary(
+    const StoredSpec& spec, const std::string& locale);
 
 }  // namespace zelvora

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform.h>
 
 namespace zelvora {
@@ -22,15 +23,15 @@ struct ZelvoraApplication {
 using PlatformProvider = std::function<Platform(const ZelvoraApplication& application)>;
 
 /// Lets `ZelvoraAssistant` be made in QML files of `engine`; called once, before they are loaded.
-void setPlatformProvider(QQmlEngine& engine, PlatformProvider provider);
+ZELVORA_EXPORT void setPlatformProvider(QQmlEngine& engine, PlatformProvider provider);
 
 /// Null when the engine was given none.
-const PlatformProvider* platformProvider(const QQmlEngine* engine);
+ZELVORA_EXPORT const PlatformProvider* platformProvider(const QQmlEngine* engine);
 
 /// Shows the views' own words in the language of `locale`, where they are translated to it (German
 /// and Hebrew), else in English. At the start the language is the system's. Main thread.
 ///
 /// Call the QML engine's `retranslate()` afterwards when pages are shown already.
-void setTranslationLocale(const QLocale& locale);
+ZELVORA_EXPORT void setTranslationLocale(const QLocale& locale);
 
 }  // namespace zelvora

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/ui/application.h>
 #include <ZelvoraSDK/ui/suggestions.h>
 #include <ZelvoraSDK/ui/values.h>
@@ -25,7 +26,7 @@ namespace zelvora {
 /// provider, as in a preview, the assistant does nothing and says so in `error`.
 ///
 /// Lives in the main thread, which is the platform's main executor.
-class ZelvoraAssistant : public QObject, public QQmlParserStatus {
+class ZELVORA_EXPORT ZelvoraAssistant : public QObject, public QQmlParserStatus {
   Q_OBJECT
   Q_INTERFACES(QQmlParserStatus)
   QML_ELEMENT

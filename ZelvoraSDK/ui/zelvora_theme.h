@@ -8,6 +8,8 @@
 #include <QtQuick/QQuickItem>
 #include <optional>
 
+#include <ZelvoraSDK/base/library.h>
+
 namespace zelvora {
 
 /// The colours that a ZelvoraTheme settles on.
@@ -29,7 +31,7 @@ struct ThemeColors {
 /// How the views of this module look, inherited from item to item: set once at the root, it holds
 /// for everything below. What is set nowhere follows the Material or Universal style of the
 /// surroundings, else the item's palette.
-class ZelvoraTheme : public QObject {
+class ZELVORA_EXPORT ZelvoraTheme : public QObject {
   Q_OBJECT
   QML_NAMED_ELEMENT(Theme)
   QML_UNCREATABLE("ZelvoraTheme is attached to an item")
