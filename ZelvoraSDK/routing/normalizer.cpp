@@ -185,7 +185,7 @@ const Form& twoByteForm(const TwoByteForms& forms, std::string_view text) {
   return forms[value - kFirstTwoByte];
 }
 
-/// False for nearly every text, and tells it by a glance.
+/// A cheap test that is false for nearly every text.
 bool mayNeedTrimming(std::string_view text) {
   const auto isVisibleAscii = [](char c) { return c > ' ' && c <= '~'; };
   return text.empty() || !isVisibleAscii(text.front()) || !isVisibleAscii(text.back());

@@ -59,8 +59,8 @@ List parsed(std::string_view bytes) {
   return List(root);
 }
 
-/// Whether an integer with its top bit set stands for a negative number. Only what libplist writes
-/// tells that apart from a large positive one.
+/// Whether an integer with its top bit set is a negative number. libplist's own output is the only
+/// way to know: through its interface it looks like a large positive one.
 bool isWrittenNegative(plist_t node) {
   char* text = nullptr;
   std::uint32_t length = 0;

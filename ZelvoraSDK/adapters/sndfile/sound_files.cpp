@@ -27,7 +27,7 @@ struct CloseFile {
 };
 using File = std::unique_ptr<SNDFILE, CloseFile>;
 
-/// What libsndfile says of `file`, or of the last opening when there is none.
+/// libsndfile's error for `file`; for a null file, that of the last opening.
 Error failure(SNDFILE* file, const std::string& what) {
   return {"ZelvoraAudioFile", sf_error(file), what + ": " + sf_strerror(file)};
 }
@@ -129,7 +129,7 @@ int createLocked(const std::filesystem::path& path) {
   return createNamed(path);
 }
 
-/// Whether nobody holds the lock of the file at `path`; false when it can't be told.
+/// Whether the lock of the file at `path` is free; false when that is unknown.
 bool canBeLocked(const std::filesystem::path& path) {
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
   if (descriptor < 0) return false;

@@ -35,7 +35,7 @@ Item {
     function placeBehind() : rect {
         if (!plate.backdrop)
             return Qt.rect(0, 0, 0, 0)
-        // mapToItem() tells nobody when its answer changes; what is read here does.
+        // mapToItem() has no change signal; what is read here has.
         const places = [width, height]
         for (let item = plate as Item; item; item = item.parent)
             places.push(item.x, item.y)

@@ -93,7 +93,7 @@ class RouteCheck {
                         .path = spec_.taskPath(task),
                         .message = std::move(message),
                         .cause = "choices"};
-    // Only the author can tell what should open at once: no edits.
+    // Only the author can decide what should open at once: no edits.
     apply(finding,
           {"fine for what may mean several things; otherwise " + remedies_.open(task, offered).hint,
            {}});

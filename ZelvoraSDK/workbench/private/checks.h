@@ -160,7 +160,6 @@ inline std::string inQuotes(std::string_view text) { return '"' + std::string(te
                                            const std::vector<std::string_view>& names);
 
 class Remedies;
-class RoutedTexts;
 
 /// Whether the document has the format, and which of its keys do nothing: `invalid`, `falls-back`,
 /// `unknown-key`, `no-effect`.
