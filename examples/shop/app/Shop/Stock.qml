@@ -46,7 +46,7 @@ QtObject {
     }
 
     function search(text: string) : var {
-        const words = text.toLowerCase().split(" ").filter(word => word.length > 0)
+        const words = (text.match(/\S+/g) ?? []).map(word => word.toLowerCase())
         const told = product => [product.name, product.brand, product.category, titleFor({ category: product.category })].join(" ")
         return products.filter(product => words.every(word => told(product).toLowerCase().includes(word)))
     }
