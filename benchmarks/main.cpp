@@ -1,5 +1,5 @@
 // zelvora_bench [--json FILE] [options of Google Benchmark]: what routing costs, first in seconds
-// on this machine, then as ratios, which hold on any.
+// on this machine, then as ratios, which hold on any; and how large the libraries are.
 
 #include <benchmark/benchmark.h>
 
@@ -11,10 +11,12 @@
 #include <vector>
 
 #include <ZelvoraSDK/base/json_write.h>
+#include <benchmarks/library_sizes.h>
 #include <benchmarks/ratios.h>
 
 namespace {
 
+using zelvora::bench::LibrarySize;
 using zelvora::bench::Ratio;
 
 const char* verdict(const Ratio& ratio) {
@@ -29,14 +31,25 @@ void print(const std::vector<Ratio>& ratios) {
                 ratio.moreIsBetter ? ">=" : "<=", ratio.must, ratio.aim, verdict(ratio));
 }
 
-/// {"ratios":{NAME:number}}
-bool write(const std::vector<Ratio>& ratios, const char* file) {
+void print(const std::vector<LibrarySize>& sizes) {
+  std::printf("\n%-32s %10s\n", "stripped library", "MB");
+  for (const LibrarySize& size : sizes)
+    std::printf("%-32s %10.2f\n", size.name.c_str(), size.megabytes);
+}
+
+/// {"ratios":{NAME:number},"strippedMegabytes":{NAME:number}}
+bool write(const std::vector<Ratio>& ratios, const std::vector<LibrarySize>& sizes,
+           const char* file) {
   std::string text;
   zelvora::JsonWriter out(text);
   out.beginObject();
   out.key("ratios");
   out.beginObject();
   for (const Ratio& ratio : ratios) out.member(ratio.name, ratio.value);
+  out.endObject();
+  out.key("strippedMegabytes");
+  out.beginObject();
+  for (const LibrarySize& size : sizes) out.member(size.name, size.megabytes);
   out.endObject();
   out.endObject();
   return static_cast<bool>(std::ofstream(file) << text << '\n' << std::flush);
@@ -67,7 +80,9 @@ int main(int argc, char** argv) {
   benchmark::RunSpecifiedBenchmarks();
   const std::vector<Ratio> ratios = zelvora::bench::measureRatios();
   print(ratios);
-  if (jsonFile == nullptr || write(ratios, jsonFile)) return EXIT_SUCCESS;
+  const std::vector<LibrarySize> sizes = zelvora::bench::librarySizes();
+  print(sizes);
+  if (jsonFile == nullptr || write(ratios, sizes, jsonFile)) return EXIT_SUCCESS;
   std::fprintf(stderr, "zelvora_bench: cannot write %s\n", jsonFile);
   return EXIT_FAILURE;
 }

@@ -5,7 +5,8 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-# A shared library shows what ZELVORA_EXPORT marks and nothing else, least of all a piece of Boost.
+# A shared library shows what ZELVORA_EXPORT marks and nothing else, least of all a piece of Boost:
+# zelvora_show_own_names below.
 if(BUILD_SHARED_LIBS)
   set(CMAKE_CXX_VISIBILITY_PRESET hidden)
   set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
@@ -117,6 +118,16 @@ function(zelvora_library name)
   endif()
 endfunction()
 
+# zelvora_show_own_names(TARGET): what a shared library shows besides what ZELVORA_EXPORT marks. Boost's
+# headers make their templates visible everywhere; exports.map takes them back.
+function(zelvora_show_own_names target)
+  if(BUILD_SHARED_LIBS)
+    set(map ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+  endif()
+endfunction()
+
 # zelvora_product(NAME FILE ROOMS … USES …): what an application links, lib<FILE>, made of the rooms
 # given; Zelvora::NAME here and once installed. Shared or static by BUILD_SHARED_LIBS. The tests link
 # the rooms themselves, whose inner parts a shared library hides.
@@ -144,6 +155,7 @@ function(zelvora_product name file)
     # A symbol that is missing is found here and not by the application's author.
     target_link_options(${target} PRIVATE LINKER:--no-undefined LINKER:--exclude-libs,ALL)
   endif()
+  zelvora_show_own_names(${target})
   if(NOT TARGET Zelvora::${name})
     add_library(Zelvora::${name} ALIAS ${target})
   endif()

@@ -1,0 +1,16 @@
+#include <benchmarks/library_sizes.h>
+
+#include <filesystem>
+
+namespace zelvora::bench {
+
+std::vector<LibrarySize> librarySizes() {
+  std::vector<LibrarySize> sizes;
+  for (const char* const name : {"libzelvora.so.0", "libzelvora-host.so.0"}) {
+    const std::filesystem::path file = std::filesystem::path(ZELVORA_STRIPPED) / name;
+    sizes.push_back({.name = name, .megabytes = static_cast<double>(file_size(file)) / 1e6});
+  }
+  return sizes;
+}
+
+}  // namespace zelvora::bench
