@@ -6,8 +6,8 @@ cmake_minimum_required(VERSION 3.25)
 
 include(${CMAKE_CURRENT_LIST_DIR}/../../cmake/ZelvoraHeaders.cmake)
 
-# Rooms whose headers all have at least two includers.
-set(rooms base async platform outcome spec routing backend speech facade workbench adapters)
+# Rooms whose headers all have at least two includers. What Qt generates for the types of QML is one.
+set(rooms base async platform outcome spec routing backend speech facade workbench adapters ui)
 
 # What tests/ holds besides the library's folders.
 set(other_tests docs examples hardening install layers support tools)
@@ -54,6 +54,10 @@ foreach(file IN LISTS files)
   endif()
   set(header ${CMAKE_MATCH_1})
   if(NOT CMAKE_MATCH_2 IN_LIST rooms OR header IN_LIST zelvora_public_headers)
+    continue()
+  endif()
+  file(STRINGS ${ROOT}/${file} for_qml REGEX "^ *QML_[A-Z_]+" LIMIT_COUNT 1)
+  if(for_qml)
     continue()
   endif()
   string(FIND "${includes}" " ${header} " first)

@@ -38,4 +38,6 @@ expect(refused ZelvoraSDK/facade/settings.h "#include <ZelvoraSDK/routing/word.h
                ZelvoraSDK/routing/word.cpp ${one})
 expect(refused ZelvoraSDK/routing/word.h "// word"
                ZelvoraSDK/routing/word.cpp ${one} tests/words/word_test.cpp ${one})
+expect(passes  ZelvoraSDK/ui/view.h "  QML_ELEMENT" ZelvoraSDK/ui/view.cpp "#include <ZelvoraSDK/ui/view.h>")
+expect(refused ZelvoraSDK/ui/view.h "// view" ZelvoraSDK/ui/view.cpp "#include <ZelvoraSDK/ui/view.h>")
 file(REMOVE_RECURSE ${WORK})
