@@ -113,7 +113,7 @@ std::string placeOf(std::string_view bytes, std::size_t offset) {
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
-/// What stands at the start of `rest` although it may not.
+/// Names what stands at the start of `rest` but is not allowed there.
 std::string describeUnexpected(std::string_view rest) {
   if (rest.empty()) return "unexpected end of the document";
   const DecodedCodePoint point = firstCodePoint(rest);
@@ -125,7 +125,7 @@ std::string describeUnexpected(std::string_view rest) {
   return std::string("unexpected character ") + name;
 }
 
-/// Whether `before` ends in an escaped leading surrogate, perhaps with the next escape begun.
+/// Whether `before` ends in an escaped leading surrogate, perhaps followed by the next backslash.
 bool endsInLeadingSurrogate(std::string_view before) {
   if (before.ends_with('\\')) before.remove_suffix(1);
   if (before.size() < 6) return false;

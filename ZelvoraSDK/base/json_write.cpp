@@ -54,7 +54,7 @@ void JsonWriter::string(std::string_view text) {
 
 void JsonWriter::quote(std::string_view text) {
   if (!isValidUtf8(text)) return quote(repairedUtf8(text));
-  // With room for what follows: behind a long text the next byte would double the whole.
+  // Reserves more than the text needs: else the next byte after a long text doubles the buffer.
   out_.reserve(out_.size() + text.size() + text.size() / 8 + 2);
   out_ += '"';
   while (!text.empty()) {

@@ -31,8 +31,8 @@ utf8proc_category_t categoryOf(char32_t value) {
   return utf8proc_category(static_cast<utf8proc_int32_t>(value));
 }
 
-/// The lead byte's promise: how many bytes follow, and which values the first of them may take.
-/// The narrowed ranges shut out overlong forms, surrogates and what lies past U+10FFFF.
+/// What the lead byte announces: how many bytes follow, and which values the first of them may
+/// take. The narrowed ranges exclude overlong forms, surrogates and values above U+10FFFF.
 struct SequenceShape {
   std::size_t trailing = 0;
   unsigned char low = 0x80;
@@ -85,7 +85,7 @@ std::size_t leadingWhiteSpace(std::string_view text) {
   return at;
 }
 
-/// Where the last code point of non-empty `text` starts; a stray byte stands alone.
+/// Where the last code point of non-empty `text` starts; a stray byte counts as one.
 std::size_t lastCodePointStart(std::string_view text) {
   const std::size_t earliest = text.size() - std::min<std::size_t>(text.size(), 4);
   for (std::size_t start = text.size(); start-- > earliest;) {
@@ -96,7 +96,7 @@ std::size_t lastCodePointStart(std::string_view text) {
   return text.size() - 1;
 }
 
-/// Calls `visit(start)` at the start of each character until it answers false.
+/// Calls `visit(start)` at the start of each character until it returns false.
 template <class Visit>
 void forEachCharacter(std::string_view text, Visit visit) {
   utf8proc_int32_t state = 0;
@@ -318,7 +318,7 @@ std::string readFile(const std::filesystem::path& path) {
   if (!unknownSize) bytes.reserve(size);
   char block[1 << 16];
   while (const std::size_t length = std::fread(block, 1, sizeof block, file.get())) {
-    // What is no regular file may go on for ever.
+    // A file that is not a regular one may never end.
     if (length > kMaxFileBytes - bytes.size()) failReading(path, EFBIG);
     bytes.append(block, length);
   }
