@@ -21,18 +21,18 @@ class DurableQueue::Line {
 
   [[nodiscard]] asio::any_io_executor threads() const { return threads_(); }
 
-  /// Whether somebody has to be asked to serve the line.
+  /// True when nobody serves the line yet, so the caller must post a `Service`.
   bool push(std::unique_ptr<QueuedWork> work, bool isAccepted) {
     const std::lock_guard lock(mutex_);
     items_.push_back({std::move(work), isAccepted});
     return !std::exchange(isServed_, true);
   }
 
-  /// Runs the first piece of work; false when there is none. Any thread may call it: pieces never
-  /// run at once.
+  /// Runs the first piece of work; false when there is none. Callable from any thread: pieces never
+  /// run at the same time.
   bool runNext();
 
-  /// Nobody serves the line any more: only what was accepted stays.
+  /// Called when nobody serves the line any more: keeps only accepted work.
   void lose() {
     std::vector<Item> dropped;
     const std::lock_guard lock(mutex_);
@@ -115,7 +115,7 @@ bool DurableQueue::Line::runNext() {
   try {
     item.work->run();
   } catch (...) {
-    // Nobody waits for it, and the line goes on.
+    // Nobody waits for the result, and the next piece must still run.
   }
   item.work.reset();
   lock.lock();
@@ -124,7 +124,7 @@ bool DurableQueue::Line::runNext() {
   return true;
 }
 
-/// Serves a line until it is empty; destroyed without having run, it gives the line up.
+/// Serves a line until it is empty. If it is destroyed without having run, it calls `lose()`.
 class DurableQueue::Service {
  public:
   explicit Service(std::shared_ptr<Line> line) : line_(std::move(line)) {}
@@ -171,7 +171,7 @@ bool DurableQueue::finishAll(std::chrono::milliseconds bound) {
     });
   const bool isDone = obligations.waitUntilDone(bound);
   for (std::thread& helper : helpers) {
-    // A store that hangs is left alone.
+    // Do not wait for a store that hangs.
     if (isDone)
       helper.join();
     else

@@ -26,7 +26,7 @@ class SharedLoop : public asio::io_context, public std::enable_shared_from_this<
 
   asio::any_io_executor executor();
 
-  /// Accepts nothing more and lets `run()` return after the work at hand.
+  /// Accepts nothing more and lets `run()` return after the current piece of work.
   void close() {
     {
       const std::lock_guard lock(mutex_);
@@ -35,11 +35,11 @@ class SharedLoop : public asio::io_context, public std::enable_shared_from_this<
     stop();
   }
 
-  /// Destroys what waits, which may hold executors of this loop and so the loop itself. REQUIRES:
-  /// `close()` was called and no thread is inside `run()`.
+  /// Destroys the waiting work, which may hold executors and so keep the loop itself alive.
+  /// REQUIRES: `close()` was called and no thread is inside `run()`.
   void drop() { asio::execution_context::shutdown(); }
 
-  /// Hands `accept()` the right to post, unless the loop is closed.
+  /// Calls `accept()`, which may post, unless the loop is closed.
   template <class Accept>
   void whileOpen(Accept accept) {
     const std::lock_guard lock(mutex_);
@@ -51,7 +51,7 @@ class SharedLoop : public asio::io_context, public std::enable_shared_from_this<
   bool closed_ = false;
 };
 
-/// What Asio asks of an executor, with a share in the loop.
+/// An Asio executor that shares ownership of the loop.
 class SharedLoopExecutor {
  public:
   explicit SharedLoopExecutor(std::shared_ptr<SharedLoop> loop) : loop_(std::move(loop)) {}
@@ -166,7 +166,7 @@ void MainLoop::stop() { shared_->loop->stop(); }
 
 asio::any_io_executor MainLoop::executor() const { return shared_->loop->executor(); }
 
-/// What the threads hold: it outlives the pool when a thread does.
+/// Held by the threads, so it outlives the pool when a thread does.
 struct WorkerPool::Shared {
   std::shared_ptr<SharedLoop> loop = std::make_shared<SharedLoop>(BOOST_ASIO_CONCURRENCY_HINT_SAFE);
   std::once_flag started;
@@ -175,7 +175,7 @@ struct WorkerPool::Shared {
   std::size_t running = 0;
   bool stopped = false;
 
-  /// A thread's whole life. The last thread to end destroys what a stopped pool did not begin.
+  /// What each thread runs. The last one to end destroys the work that a stopped pool never began.
   void work() {
     loop->run();
     std::unique_lock lock(mutex);
@@ -193,7 +193,7 @@ WorkerPool::~WorkerPool() { stop(); }
 
 void WorkerPool::stop() {
   shared_->loop->close();
-  // From here on no thread starts any more.
+  // No thread starts after this.
   std::call_once(shared_->started, [] {});
   const bool onOwnThread = shared_->loop->get_executor().running_in_this_thread();
   const std::size_t allowed = onOwnThread ? 1 : 0;
@@ -203,7 +203,7 @@ void WorkerPool::stop() {
   const bool mustDrop = !std::exchange(shared_->stopped, true) && shared_->running == 0;
   lock.unlock();
   for (std::thread& thread : threads_) {
-    // Joined, so that the thread's objects are destroyed first.
+    // Join, so that the thread's objects are destroyed first.
     if (ended && thread.get_id() != std::this_thread::get_id())
       thread.join();
     else

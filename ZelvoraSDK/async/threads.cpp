@@ -23,7 +23,7 @@ struct EndingWork::Process {
   void begin() {
     const std::lock_guard lock(mutex);
     ++underWay;
-    // What runs at exit has run already when work begins in a destructor after it.
+    // The handler may have run already when a later destructor begins work: register it again.
     if (!std::exchange(isWaitedFor, true)) std::atexit([] { self().waitAtExit(); });
   }
   void end() {
