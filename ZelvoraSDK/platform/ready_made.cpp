@@ -45,7 +45,7 @@ std::optional<float> level(const PcmBuffer& buffer) {
 
 namespace {
 
-/// Carries levels from the audio thread to a thread that may take its time.
+/// Carries levels from the audio thread to a thread that is allowed to wait.
 class LevelRelay {
  public:
   explicit LevelRelay(MeteredAudioEngineFactory::Listener listener)
@@ -96,7 +96,7 @@ class LevelRelay {
   BoundedThread thread_;
 };
 
-/// The engine within, but for its tap.
+/// Forwards everything to `engine_`, and measures each buffer before the tap gets it.
 class MeteredEngine final : public AudioEngine {
  public:
   MeteredEngine(std::unique_ptr<AudioEngine> engine, MeteredAudioEngineFactory::Listener listener)
@@ -135,7 +135,7 @@ std::unique_ptr<AudioEngine> MeteredAudioEngineFactory::makeEngine() {
 }
 
 void StandardOutputLogSink::write(std::string_view line) {
-  // Lines may be long, so none is copied to give it its end.
+  // Lines may be long, so the line end is written separately instead of copying the line.
   ::flockfile(stdout);
   std::fwrite(line.data(), 1, line.size(), stdout);
   std::fputc('\n', stdout);
