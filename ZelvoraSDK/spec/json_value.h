@@ -37,9 +37,9 @@ class ZELVORA_EXPORT JSONValue {
 
   explicit JSONValue(const boost::json::value& parsed);
 
-  /// Null pointers and absent optionals are null; bools, numbers and text themselves; ranges of
-  /// pairs whose first is text are objects, other ranges arrays. Anything else is the text that it
-  /// prints, or else the name of its type.
+  /// Null pointers and absent optionals become null. Bools, numbers and text stay what they are.
+  /// Ranges of pairs that start with text become objects, other ranges arrays. Anything else
+  /// becomes the text that it prints, or else the name of its type.
   template <class T>
     requires(!std::same_as<T, JSONValue> && !std::same_as<T, boost::json::value>)
   explicit JSONValue(const T& any) : payload_(payloadOf(any)) {}
@@ -62,7 +62,7 @@ class ZELVORA_EXPORT JSONValue {
   Payload payload_;
 };
 
-/// Throws Error over NaN and infinities.
+/// Throws Error for NaN and infinities.
 ZELVORA_EXPORT void writeJson(JsonWriter& out, const JSONValue& value);
 
 template <class T>

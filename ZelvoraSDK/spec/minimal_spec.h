@@ -9,7 +9,7 @@
 
 namespace zelvora {
 
-/// The forgiving model of a hand-written or partial spec: every key may be absent.
+/// The lenient model of a hand-written or partial spec: every key may be absent.
 struct MinimalRuntimeSpec : ZelvoraSpec {
   struct MinimalApp {
     std::optional<std::string> id;
@@ -52,8 +52,9 @@ struct MinimalRuntimeSpec : ZelvoraSpec {
   [[nodiscard]] std::string appId() const override;
   /// "en-US" when absent.
   [[nodiscard]] std::string locale() const override;
-  /// Tasks without id, title, screen or any keyword to go by are left out. A blank that is not
-  /// empty is no absence: it breaks the record's preconditions and is fatal.
+  /// Leaves out tasks whose id, title or screen is absent or empty; any other blank breaks the
+  /// record's preconditions and is fatal. A task without keywords and synonyms has its title as its
+  /// keyword.
   [[nodiscard]] std::vector<ZelvoraTaskSpec> tasks() const override;
 };
 

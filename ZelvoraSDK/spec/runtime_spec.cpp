@@ -194,7 +194,7 @@ std::optional<double> parseDecimal(std::string_view text) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return std::nullopt;
   }
-  // Shuts out "inf" and "nan", which from_chars would take.
+  // Rejects "inf" and "nan", which from_chars would accept.
   if (text.find_first_not_of("+-.0123456789eE") != text.npos) return std::nullopt;
   double value = 0;
   const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -221,7 +221,7 @@ void readLenient(const JsonCursor& in, std::string_view key, double& field) {
 
 }  // namespace
 
-// Found by its argument, hence not in the unnamed namespace.
+// Found by argument-dependent lookup, so it can't be in the unnamed namespace.
 static void readJson(const JsonCursor& in, RuntimeSpec::Weights& weights) {
   fields([&in](std::string_view key, Lenient weight) { readLenient(in, key, weight.field); },
          weights);
@@ -278,7 +278,7 @@ std::vector<std::string> keywordsOf(const MinimalRuntimeSpec::MinimalTask& task)
   return keywords;
 }
 
-/// Absent for a task that has too little to be one. Only the empty string counts as too little.
+/// Absent when the task's id, title or screen is absent or empty. Blanks are not empty.
 std::optional<ZelvoraTaskSpec> toRecord(const MinimalRuntimeSpec::MinimalTask& task) {
   std::string id = firstPresent(task.id, task.taskId);
   std::string title = firstPresent(task.title);

@@ -21,7 +21,7 @@ class ByLocale {
  public:
   using Table = OrderedMap<Value>;
 
-  /// The table of a spec that lacks it.
+  /// For a spec without the table.
   ByLocale() = default;
   explicit ByLocale(Table table) : table_(std::move(table)) {}
   ByLocale(std::initializer_list<typename Table::value_type> entries)
@@ -74,7 +74,7 @@ struct ZELVORA_EXPORT RuntimeSpec : ZelvoraSpec {
     ByLocale<std::vector<std::string>> stopwordsByLocale;
   };
 
-  /// Carried by the format and without effect: the router scores with points of its own.
+  /// Part of the format, but without effect: the router uses its own points.
   struct Weights {
     double keyword_phrase_hit = 0;
     double keyword_single_hit = 0;
@@ -106,14 +106,14 @@ struct ZELVORA_EXPORT RuntimeSpec : ZelvoraSpec {
     std::optional<Context> context;
   };
 
-  /// Carried by the format and without effect.
+  /// Part of the format, but without effect.
   struct Boost {
     double recent_choice_bonus = 0;
     double repeat_choice_bonus = 0;
     double max_total_bonus = 0;
   };
 
-  /// Carried by the format and without effect: nothing is ever sent.
+  /// Part of the format, but without effect: nothing is ever sent.
   struct Telemetry {
     bool enabled = false;
     std::string endpoint;
@@ -174,8 +174,8 @@ struct ZELVORA_EXPORT RuntimeSpec : ZelvoraSpec {
 
 ZELVORA_EXPORT void readJson(const JsonCursor& in, RuntimeSpec& spec);
 
-/// A full spec whose records are made without the constructor's preconditions, so that
-/// `validateSpec()` reports what is wrong with a task where the spec itself would stop the process.
+/// A full spec that makes its records unchecked, so that `validateSpec()` can report a faulty task.
+/// A `RuntimeSpec` would stop the process there.
 class ZELVORA_EXPORT UncheckedSpec final : public ZelvoraSpec {
  public:
   explicit UncheckedSpec(RuntimeSpec spec) : spec_(std::move(spec)) {}

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kNotFound = 404;
 
-/// A parsed document that copies share.
+/// A parsed document that its copies share.
 struct SharedDocument {
   std::shared_ptr<const JsonDocument> document;
 };
@@ -34,7 +34,7 @@ ResolvedSpec resolvedAsFull(RuntimeSpec spec) {
           .thresholds = full->routing.thresholds};
 }
 
-/// As a minimal spec, given `whyNotFull`; absent when it is not one either.
+/// The document as a minimal spec, with `whyNotFull` in its reason; absent when it is neither.
 std::optional<ResolvedSpec> resolvedAsMinimal(const JsonCursor& root,
                                               const std::string& whyNotFull) {
   try {
@@ -50,7 +50,7 @@ std::optional<ResolvedSpec> resolvedAsMinimal(const JsonCursor& root,
   }
 }
 
-/// Throws Error over a document that is neither model, saying why it is not the full one.
+/// Throws Error for a document that fits neither model, and says why it is not a full spec.
 ResolvedSpec resolvedOrThrow(const JsonDocument& document) {
   const JsonCursor root(document.root());
   try {
@@ -62,8 +62,8 @@ ResolvedSpec resolvedOrThrow(const JsonDocument& document) {
   }
 }
 
-/// What `resolve` answers; anything thrown is the reason why there is no spec. The value that is
-/// encoded may be the application's own type and throw what it likes.
+/// Returns what `resolve` returns; anything it throws becomes the reason why there is no spec. The
+/// encoded value may be the application's own type, which can throw anything.
 template <class Resolve>
 ResolvedSpec resolvedOrNone(Resolve resolve) {
   try {
@@ -73,7 +73,7 @@ ResolvedSpec resolvedOrNone(Resolve resolve) {
   }
 }
 
-/// What `attempt` answers; an Error is fatal, with its description between the two texts.
+/// Returns what `attempt` returns; an Error is fatal, with its description between the two texts.
 template <class Attempt>
 auto orFatal(const std::string& before, const std::string& after, Attempt attempt) {
   try {
@@ -83,7 +83,7 @@ auto orFatal(const std::string& before, const std::string& after, Attempt attemp
   }
 }
 
-/// The start of the file for messages.
+/// The start of the file, for messages.
 std::string previewOf(std::string_view bytes) {
   constexpr std::size_t kPreviewBytes = 300;
   const std::string_view start = bytes.substr(0, kPreviewBytes);

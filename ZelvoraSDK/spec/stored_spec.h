@@ -17,7 +17,7 @@
 
 namespace zelvora {
 
-/// How much of a spec a document turned out to be.
+/// How much of a spec could be read from a document.
 enum class SpecReading {
   full,     ///< Everything works.
   minimal,  ///< Tasks only: no stopwords, context or speech settings.
@@ -29,16 +29,16 @@ struct ZELVORA_EXPORT ResolvedSpec {
   SpecReading reading = SpecReading::none;
   std::string reason;                       ///< A sentence on why it is not full; empty when it is.
   std::shared_ptr<const ZelvoraSpec> spec;  ///< Null when `reading` is `none`.
-  std::shared_ptr<const RuntimeSpec> runtimeSpec;  ///< The same when it is full, else null.
+  std::shared_ptr<const RuntimeSpec> runtimeSpec;  ///< The same spec when it is full, else null.
   std::optional<RuntimeSpec::Thresholds> thresholds;
 
   /// What to write to the log the first time that this spec is used; absent for a full one.
   [[nodiscard]] std::optional<std::string> libraryLine() const;
 };
 
-/// Any value that `JsonWriter` can write, owned, its type forgotten; written as the value itself.
-/// Copies share the value, which nothing can change any more. Takes no plain text, so that JSON
-/// text is not passed where a document is wanted: see `StoredSpec::fromJson`, and
+/// Owns any value that `JsonWriter` can write, and hides its type; it is written as the value
+/// itself. Copies share the value, which nothing can change. Plain text is not accepted, so that
+/// nobody passes JSON text where a document is wanted: see `StoredSpec::fromJson`, and
 /// `JSONValue("text")` for a JSON string.
 class AnyEncodable {
  public:
@@ -73,16 +73,17 @@ class ZELVORA_EXPORT StoredSpec {
   /// minimal one with a usable task.
   [[nodiscard]] static StoredSpec fromJson(std::string_view text);
 
-  /// The same, but takes any JSON: a document that is no spec is kept and reads as `none`.
+  /// The same for any JSON: a document that is not a spec is kept and reads as `none`.
   [[nodiscard]] static StoredSpec fromAnyJson(std::string_view text);
 
-  /// As `fromJson`, from a file whose path then begins the description. Throws Error in the domain
-  /// "POSIX" too.
+  /// Like `fromJson`, but reads a file; its path starts the error's description. Also throws Error
+  /// in the domain "POSIX".
   [[nodiscard]] static StoredSpec fromFile(const std::filesystem::path& path);
 
-  /// As a full spec, else as a minimal one with at least one usable task. Costs nothing for a spec
-  /// that came from JSON; for a value keep the answer. Never throws. Fatal on a minimal spec with a
-  /// task that breaks the record's preconditions.
+  /// Reads the document as a full spec, else as a minimal one with at least one usable task. Costs
+  /// nothing for a spec that came from JSON; any other value is encoded each time, so keep the
+  /// result. Never throws. Fatal on a minimal spec with a task that breaks the record's
+  /// preconditions.
   [[nodiscard]] ResolvedSpec resolve() const;
 
   friend void writeJson(JsonWriter& out, const StoredSpec& spec) { writeJson(out, spec.document_); }
@@ -96,12 +97,12 @@ class ZELVORA_EXPORT StoredSpec {
   std::optional<ResolvedSpec> resolved_;
 };
 
-/// Loads specs that lie in an application's bundle. Never an object. Validates nothing.
+/// Loads specs from an application's bundle. Can't be instantiated. Validates nothing.
 struct ZELVORA_EXPORT ZelvoraSpecLoader {
   ZelvoraSpecLoader() = delete;
 
   /// Decodes the resource `resource`.json. Throws Error: code 404 in the domain "ZelvoraSpecLoader"
-  /// when the bundle has no such resource, else what reading or decoding it threw.
+  /// when the bundle has no such resource, else any error of reading or decoding it.
   static RuntimeSpec loadFromBundle(const std::string& resource, const AppBundle& bundle);
 };
 

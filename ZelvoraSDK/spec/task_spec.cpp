@@ -30,7 +30,7 @@ std::string joined(const std::vector<std::string>& parts) {
   return text;
 }
 
-/// The ids that occur more than once, each once, in the order of their second occurrence.
+/// The ids that occur more than once, each listed once, in the order of their second occurrence.
 std::vector<std::string> duplicatedIds(const std::vector<ZelvoraTaskSpec>& tasks) {
   std::vector<std::string> duplicates;
   std::unordered_map<std::string_view, int> counts;

@@ -59,7 +59,7 @@ class ZELVORA_EXPORT ZelvoraSpec {
 
   [[nodiscard]] virtual std::string appId() const = 0;
   [[nodiscard]] virtual std::string locale() const = 0;
-  /// Made anew on each call, so keep the answer. May be fatal on tasks that break their
+  /// Builds them on each call, so keep the result. May be fatal on tasks that break their
   /// preconditions.
   [[nodiscard]] virtual std::vector<ZelvoraTaskSpec> tasks() const = 0;
 
