@@ -28,8 +28,8 @@ class CaselessText {
  private:
   std::string_view text_;
   std::string lower_;
-  /// For each byte of `lower_`, and its end, the place in `text_` whose form begins there. A
-  /// lower-case form may be longer or shorter than what it stands for.
+  /// For each byte of `lower_`, and for its end: where the code point starts in `text_` whose form
+  /// starts here, or `kInsideCodePoint`. A lower-case form may differ from it in length.
   std::vector<std::size_t> starts_;
 };
 
@@ -71,17 +71,17 @@ using SynonymTable = OrderedMap<std::vector<std::string>>;
 
 constexpr double kOriginalWeight = 1.0;
 constexpr double kPluralWeight = 1.05;
-/// Where the spec has no memory section; one without the key means 1.15.
+/// The weight without a memory section. A section without `relatedBoost` means 1.15.
 constexpr double kSynonymWeight = 1.1;
-/// Changed phrasings tried per utterance, those that turn out to be repeats included.
+/// Changed phrasings tried per utterance, including those that turn out to be repeats.
 constexpr int kMaxSynonymAttempts = 5;
-/// An utterance of fewer words follows up whatever it says.
+/// An utterance with fewer words always counts as a follow-up.
 constexpr std::size_t kFollowupWords = 5;
 constexpr std::string_view kFollowupCues[] = {"what about", "and",   "also", "tomorrow",
                                               "today",      "there", "here"};
 
-/// Candidates in the order of their sources. A phrasing comes in once; case and white space at the
-/// ends make no difference.
+/// Candidates in the order of their sources. Each phrasing is added once; case and white space at
+/// the ends make no difference.
 class CandidateList {
  public:
   void add(std::string text, Reason reason, double weight) {
@@ -90,7 +90,7 @@ class CandidateList {
     candidates_.push_back({std::move(text), reason, weight});
   }
 
-  /// Highest weight first, equal ones in the order in which they came.
+  /// Highest weight first; equal weights keep the order in which they were added.
   std::vector<ExpandedCandidate> sorted() && {
     std::ranges::stable_sort(candidates_, std::ranges::greater{}, &ExpandedCandidate::weight);
     return std::move(candidates_);
@@ -101,7 +101,7 @@ class CandidateList {
   std::vector<ExpandedCandidate> candidates_;
 };
 
-/// An utterance too long for a list that compares its texts.
+/// Only the utterance itself, for one that is too long to rephrase and compare.
 std::vector<ExpandedCandidate> asItIs(std::string utterance) {
   std::vector<ExpandedCandidate> candidates;
   if (!isBlank(utterance))
@@ -126,8 +126,7 @@ std::string singularForm(std::string_view text) {
   return singular;
 }
 
-/// The first table that exists: by language, by the whole locale, for English. One that exists and
-/// is empty counts.
+/// The first table that exists, even an empty one: by language, by the whole locale, for English.
 const SynonymTable* synonymTable(const Context& context, std::string_view locale) {
   for (const std::string& key :
        {lowercased(firstCharacters(locale, 2)), std::string(locale), std::string("en")})

@@ -17,7 +17,7 @@
 namespace zelvora {
 namespace {
 
-/// One task's place in the order of the router.
+/// One task's place in the router's order.
 struct TaskScore {
   double score = 0;
   std::uint32_t units = 0;  ///< Orders scores wherever units differ.
@@ -29,10 +29,10 @@ struct TaskScore {
   }
 };
 
-/// Keeps the first few tasks in the order of the router, offered in any order.
+/// Keeps the best of the tasks that are offered to it, in the router's order.
 class BestTasks {
  public:
-  /// Forgets all; keeps at most `limit`, at least one, from now on.
+  /// Starts over, to keep at most `limit` tasks. REQUIRES: `limit` is at least 1.
   void start(std::size_t limit) {
     heap_.clear();
     heap_.reserve(limit);
@@ -40,7 +40,7 @@ class BestTasks {
     floor_ = 1;
   }
 
-  /// False when a task of so many units cannot be among the first; one without any never is.
+  /// False when a task with this many units can't be among the best. A task with none never is.
   [[nodiscard]] bool mayEnter(std::uint32_t units) const { return units >= floor_; }
 
   void offer(const TaskScore& offered) {
@@ -54,7 +54,7 @@ class BestTasks {
     if (heap_.size() == limit_) floor_ = heap_.front().units;
   }
 
-  /// Those kept, in order. Ends the offering.
+  /// The tasks kept, in order. REQUIRES: `start()` before the next `offer()`.
   std::span<const TaskScore> sorted() {
     std::sort_heap(heap_.begin(), heap_.end());
     return heap_;
@@ -89,7 +89,7 @@ bool containsAll(const FoundWords& found, const WordId* words) {
   return true;
 }
 
-/// A task visited a second time has nothing left.
+/// Clears the task's counters, so a second visit finds nothing.
 void visit(const TaskIndex& index, std::uint32_t task, UnitCounters& counters, BestTasks& best) {
   std::uint32_t units = counters.keywords()[task];
   for (std::size_t row = index.firstRow[task]; row < index.firstRow[task + 1]; ++row)
@@ -121,8 +121,8 @@ void scanAll(const TaskIndex& index, UnitCounters& counters, BestTasks& best) {
   counters.clear(taskCount, rowCount);
 }
 
-/// Counts what the words found earn each task. Answers how many tasks that may have been at most,
-/// all of them when any word was a frequent one.
+/// Counts what the found words earn each task. Returns an upper limit for how many tasks earned
+/// anything: all of them when a frequent word was found.
 std::size_t countUnits(const TaskIndex& index, const FoundWords& found, UnitCounters& counters) {
   const bool anyFrequent = index.frequentWords.count(found, counters.examples());
   std::size_t most = anyFrequent ? index.taskCount() : 0;
@@ -141,8 +141,8 @@ std::size_t countUnits(const TaskIndex& index, const FoundWords& found, UnitCoun
   return most;
 }
 
-/// Offers `best` every task that earned anything, and leaves the counters zero again. `most` is
-/// what `countUnits` answered.
+/// Offers `best` every task that earned anything, and sets the counters back to zero. `most` is
+/// what `countUnits` returned.
 void collectBest(const TaskIndex& index, const FoundWords& found, std::size_t most,
                  UnitCounters& counters, BestTasks& best) {
   if (most * kScanBreakEven < index.taskCount())
@@ -169,7 +169,7 @@ struct RoutingScratch::Buffers {
     counters.reserve(index.taskCount(), index.rowCount());
   }
 
-  /// Gives back what only an unusually long text needed.
+  /// Frees what only an unusually long text needed.
   void trim() {
     constexpr std::size_t kKeptBytes = std::size_t{64} << 10;
     if (canonical.capacity() > kKeptBytes) canonical = std::string();
@@ -279,7 +279,7 @@ void ZelvoraLocalRouter::report(const ZelvoraResult& result) const {
 
 namespace {
 
-/// Says which keyword and which token was found, from the same marks that the score comes from.
+/// Shows which keywords and tokens were found, from the same marks as the score.
 class Explainer {
  public:
   Explainer(const WordAutomaton& automaton, const FoundWords& found)

@@ -107,8 +107,8 @@ struct Form {
   std::uint8_t length = 0;
 };
 
-/// Lower-cases first and classifies what comes of it: İ becomes i and a combining dot, which is no
-/// letter and so a gap.
+/// Lower-cases first and then classifies the result: İ becomes i and a combining dot, which is not
+/// a letter and so becomes a gap.
 Form formOf(char32_t value) {
   std::string lower;
   appendLowercased(lower, value);
@@ -126,7 +126,7 @@ Form formOf(char32_t value) {
   return form;
 }
 
-/// The code points of two bytes, which are most letters outside ASCII, are looked up.
+/// Code points of two bytes come from a table: Latin, Greek, Cyrillic, Hebrew, Arabic and others.
 constexpr char32_t kFirstTwoByte = 0x80;
 constexpr char32_t kFirstThreeByte = 0x800;
 using TwoByteForms = std::array<Form, kFirstThreeByte - kFirstTwoByte>;
@@ -197,7 +197,7 @@ void appendNormalizedForMatch(std::string& canonical, std::string_view text) {
   if (mayNeedTrimming(text)) text = trimmed(text);
   const std::size_t start = canonical.size();
   // A lower-case form is at most half as long again: Ⱥ has two bytes and ⱥ three. One byte more,
-  // because the writer writes what it does not keep.
+  // because the writer also writes what it does not keep.
   canonical.resize(start + text.size() + text.size() / 2 + 1);
   CanonicalWriter out(canonical.data() + start);
   const TwoByteForms& forms = twoByteForms();

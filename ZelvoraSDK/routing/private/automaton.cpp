@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kFirstSlots = 1024;
 
-/// Words of up to so many bytes differ in their keys alone.
+/// Up to this many bytes, words of one size with the same key are the same word.
 constexpr std::size_t kShortWord = sizeof(std::uint64_t);
 
 /// All distinct words together, in bytes.
@@ -98,7 +98,7 @@ void WordTable::grow() {
 
 namespace {
 
-/// One node in so many has a row, up to what fits into a processor's first cache.
+/// One node in this many has a row, up to as many rows as fit into a processor's first cache.
 constexpr std::size_t kNodesPerRow = 8;
 constexpr std::size_t kMaxRows = 256;
 
@@ -184,7 +184,7 @@ void WordAutomaton::growTrie(const WordTable& table, const std::vector<WordId>& 
   for (std::size_t depth = 0; !level.empty(); ++depth) {
     for (auto [first, last] : level) {
       Links& links = nodes_.emplace_back(Links{.firstChild = static_cast<Node>(labels_.size())});
-      // Of the words that start like this node, the one that ends here comes first.
+      // Of the words that start like this node, the one that ends here is first.
       if (depth > 0 && words[first].text.size() == depth) links.word = words[first++].id;
       while (first < last) {
         const unsigned char label = byteAt(words[first].text, depth);
@@ -202,7 +202,7 @@ void WordAutomaton::growTrie(const WordTable& table, const std::vector<WordId>& 
 }
 
 void WordAutomaton::layOutRows() {
-  // The root's label stands first and is none. UTF-8 leaves enough bytes unused for column 0.
+  // Skips the root, which has no label. UTF-8 never uses all bytes, so column 0 stays free.
   for (std::size_t node = 1; node < labels_.size(); ++node) {
     std::uint8_t& column = columnOf_[labels_[node]];
     if (column == 0) column = static_cast<std::uint8_t>(rowSize_++);
@@ -220,7 +220,7 @@ void WordAutomaton::fillRow(Node node) {
 }
 
 void WordAutomaton::linkSuffixes() {
-  // A suffix has a smaller number than what it ends, so it is complete when it is needed.
+  // A suffix has a smaller number than the node it is a suffix of, so it is complete when needed.
   for (Node node = kRoot; node + 1 < nodes_.size(); ++node) {
     Links& links = nodes_[node];
     const WordId shorter = nodes_[links.fail].word;
@@ -239,7 +239,7 @@ void WordAutomaton::find(std::string_view text, FoundWords& found) const {
   Node node = kRoot;
   for (const char c : text) {
     node = next(node, static_cast<unsigned char>(c));
-    // Whoever marked a word has marked the words that end it.
+    // When a word is marked, so are the words that end it.
     for (WordId word = nodes_[node].word; word != kNoWord && !found.contains(word);
          word = shorterWord_[word])
       found.mark(word);

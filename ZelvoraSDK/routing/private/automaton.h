@@ -12,12 +12,12 @@
 
 namespace zelvora {
 
-/// A word's number: words are numbered from 0 in the order in which they first come.
+/// A word's number: words are numbered from 0 in the order in which they first occur.
 using WordId = std::uint32_t;
 inline constexpr WordId kNoWord = 0xFFFFFFFF;
 
-/// The distinct words of a task list, numbered. What counts as a word is the caller's affair: a
-/// one-word keyword stands here with the spaces at its ends. Needed only while compiling.
+/// The distinct words of a task list, numbered. The caller decides what counts as a word: a
+/// one-word keyword includes the spaces at its ends. Needed only while compiling.
 class WordTable {
  public:
   WordTable();
@@ -40,7 +40,7 @@ class WordTable {
     WordId id = kNoWord;
   };
 
-  /// The slot that holds `word`, or the free one that it would take.
+  /// The slot that holds `word`, or the free slot for it.
   [[nodiscard]] std::size_t slotOf(std::string_view word, std::uint64_t key) const;
   WordId append(std::string_view word);
   void grow();
@@ -67,7 +67,7 @@ class FoundWords {
     ids_.push_back(word);
   }
 
-  /// Costs as much as was marked, however many words there are.
+  /// Takes time only for the marked words, not for all.
   void clear() {
     for (const WordId word : ids_) marks_[word] = 0;
     ids_.clear();
@@ -81,9 +81,9 @@ class FoundWords {
 /// Finds every word of a task list in one pass over an utterance, words inside words included: an
 /// Aho-Corasick automaton over bytes.
 ///
-/// Nodes are numbered breadth first. So the children of a node stand side by side, those of node
+/// Nodes are numbered breadth first. So the children of a node are side by side, those of node
 /// n + 1 right after those of node n, and a link for a failed match always leads to a smaller
-/// number. The first nodes, where a scan spends most of its time, have a row that tells at once
+/// number. The first nodes, where a scan spends most of its time, have a row that says directly
 /// where each byte leads. Immutable.
 class WordAutomaton {
  public:
@@ -91,7 +91,7 @@ class WordAutomaton {
   /// Finds the words given; the table is not needed afterwards.
   WordAutomaton(const WordTable& table, const std::vector<WordId>& words);
 
-  /// Marks in `found` each word that occurs in `text`, wherever it stands.
+  /// Marks in `found` each word that occurs anywhere in `text`.
   void find(std::string_view text, FoundWords& found) const;
 
   /// Words are numbered below this.
@@ -115,7 +115,7 @@ class WordAutomaton {
   void fillRow(Node node);
   void linkSuffixes();
 
-  /// The child of `node` by `byte`; the root, which is nobody's child, when there is none.
+  /// The child of `node` by `byte`, or the root when there is none: the root is nobody's child.
   [[nodiscard]] Node childOf(Node node, unsigned char byte) const;
   /// Where `byte` leads from `node`, by shorter and shorter suffixes if need be.
   [[nodiscard]] Node next(Node node, unsigned char byte) const;

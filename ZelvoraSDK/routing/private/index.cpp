@@ -68,14 +68,14 @@ void splitKeyword(std::string_view canonical, std::vector<std::string_view>& par
 namespace {
 
 /// Words and tasks of a whole list: far above any spec that can be read, and low enough that no
-/// index and no sum of units can leave its 32 bits.
+/// index and no sum of units overflows its 32 bits.
 constexpr std::size_t kMaxItems = std::size_t{1} << 28;
 
-/// Goes over the tasks once, numbering words and noting where each stands.
+/// Goes over the tasks once, numbers their words and notes where each occurs.
 class TaskIndexer {
  public:
   TaskIndexer() {
-    // Numbered first, so that a number tells a stopword.
+    // Numbered first, so that a word's number shows whether it is a stopword.
     for (const std::string_view word : kDefaultStopwords) words_.intern(word);
     stopwordCount_ = words_.size();
   }
@@ -99,7 +99,7 @@ class TaskIndexer {
 
   Places<std::uint32_t> exampleSlots_;
   Places<std::uint32_t> singleKeywords_;
-  std::vector<Phrase> phrases_;  ///< `others` leads to all words here.
+  std::vector<Phrase> phrases_;  ///< Here `others` is where all words of the phrase start.
   std::vector<WordId> phraseWords_;
   std::vector<std::uint32_t> firstRow_;
   std::vector<std::uint32_t> taskOfRow_;
@@ -166,7 +166,7 @@ std::vector<std::uint32_t> TaskIndexer::countUses() const {
 Postings<Phrase> TaskIndexer::listPhrases(const std::vector<std::uint32_t>& uses) {
   Places<Phrase> places;
   for (const Phrase& phrase : phrases_) {
-    // The rarest word moves to the front and stays there alone: the others follow it.
+    // The rarest word moves to the front. The phrase is listed under it, and `others` skips it.
     const auto first = phraseWords_.begin() + phrase.others;
     const auto last = std::find(first, phraseWords_.end(), kNoWord);
     const auto rarest =

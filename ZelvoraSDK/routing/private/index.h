@@ -15,12 +15,12 @@
 #include <ZelvoraSDK/routing/private/automaton.h>
 #include <ZelvoraSDK/spec/task_spec.h>
 
-// What words lead to: the tasks compiled, and the counters that one utterance fills.
+// What words lead to: the compiled tasks, and the counters that one utterance fills.
 
 namespace zelvora {
 
-// Points are sums of doubles, and the order of summation shows: 0.6 + 0.6 + 0.6 is not 1.8. Yet all
-// are multiples of 0.6 except for that, so whole units order any two tasks whose units differ.
+// Points are sums of doubles, and the order of summation matters: 0.6 + 0.6 + 0.6 is not 1.8. Apart
+// from that all are multiples of 0.6, so whole units order any two tasks whose units differ.
 
 inline constexpr std::uint32_t kPhraseUnits = 10;
 inline constexpr std::uint32_t kSingleUnits = 5;
@@ -35,7 +35,7 @@ static_assert(kTokenPoints * kExampleMaxUnits == kExampleMaxPoints);
 inline constexpr std::array<double, kExampleMaxUnits + 1> kPointsOfExample = {
     0, 1 * kTokenPoints, 2 * kTokenPoints, 3 * kTokenPoints, 4 * kTokenPoints, 5 * kTokenPoints};
 
-/// Keyword points are whole numbers, so their order of summation does not show.
+/// Keyword points are whole numbers, so the order of summation does not matter.
 inline double keywordPoints(std::uint32_t units) {
   const std::uint32_t singles = units / kSingleUnits;
   return kSinglePoints * singles;
@@ -44,13 +44,13 @@ inline double keywordPoints(std::uint32_t units) {
 /// The units of eight examples of one task, a byte each.
 using ExampleRow = std::array<std::uint8_t, 8>;
 
-/// All units of a row. They are at most 8 * 5 and so cannot leave the byte that collects them.
+/// All units of a row. They are at most 8 * 5, so the byte that collects them can't overflow.
 inline std::uint32_t rowUnits(const ExampleRow& row) {
   constexpr std::uint64_t kEachByteOnce = 0x0101010101010101;
   return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(row) * kEachByteOnce >> 56);
 }
 
-/// Notes what words lead to, in the order in which it comes up; `Postings` are made of it.
+/// Notes what words lead to, in the order of the calls. `Postings` are built from it.
 template <class Value>
 class Places {
  public:
@@ -61,13 +61,13 @@ class Places {
   }
 
   [[nodiscard]] std::size_t size() const { return entries_.size(); }
-  /// The words are below this.
+  /// All words are below this.
   [[nodiscard]] std::size_t wordLimit() const { return counts_.size(); }
   [[nodiscard]] std::uint32_t countOf(WordId word) const {
     return word < counts_.size() ? counts_[word] : 0;
   }
 
-  /// Takes out those that `take(word, value)` is true of, which is asked for each, in order.
+  /// Removes the entries for which `take(word, value)` is true. Calls it for each entry, in order.
   template <class Take>
   void extractIf(Take take) {
     std::erase_if(entries_, [&](const auto& entry) {
@@ -97,7 +97,7 @@ class Postings {
     std::uint32_t end = 0;
     for (WordId word = 0; word < wordCount; ++word) starts_[word] = end += places.countOf(word);
     starts_.back() = end;
-    // Filled from behind, which leaves each start where it belongs.
+    // Filled from the back, so that each start ends up in its place.
     for (std::size_t i = places.size(); i-- > 0;) {
       const auto& [word, value] = places.entries()[i];
       values_[--starts_[word]] = value;
@@ -113,7 +113,7 @@ class Postings {
   std::vector<Value> values_;
 };
 
-/// The few words that stand in very many examples: "the", "my", "show". Going over the slots of all
+/// The few words that occur in very many examples: "the", "my", "show". Going over the slots of all
 /// examples in one straight sweep, sixteen at a time, costs less than following a list of places.
 class FrequentWords {
  public:
@@ -123,8 +123,8 @@ class FrequentWords {
   /// below `slotCount`.
   FrequentWords(Places<std::uint32_t>& places, std::size_t slotCount);
 
-  /// Adds to `units`, by slot, what the frequent words among those found earn. Answers whether
-  /// there were any, in which case any slot may have earned something.
+  /// Adds to `units`, by slot, what the frequent words among those found earn. Returns whether
+  /// there were any; if so, any slot may have earned something.
   bool count(const FoundWords& found, std::uint8_t* units) const;
 
  private:
@@ -155,7 +155,7 @@ class UnitCounters {
   [[nodiscard]] const std::uint32_t* keywords() const { return keywords_.data(); }
   /// By slot: row * 8 + the example's place in its row.
   [[nodiscard]] std::uint8_t* examples() { return examples_.data(); }
-  /// By task: room to add the counters up, of no meaning between utterances.
+  /// By task: scratch for adding the counters up, meaningless between utterances.
   [[nodiscard]] std::uint32_t* totals() { return totals_.data(); }
 
   [[nodiscard]] ExampleRow row(std::size_t row) const {
@@ -185,7 +185,7 @@ struct Phrase {
 /// What the words of an utterance mean to the tasks. Immutable; `indexTasks` makes it.
 struct TaskIndex {
   WordAutomaton automaton;
-  FrequentWords frequentWords;             ///< Those stand in no other list of examples.
+  FrequentWords frequentWords;             ///< They are in no other list of examples.
   Postings<std::uint32_t> exampleSlots;    ///< A slot for each time that an example has the word.
   Postings<std::uint32_t> singleKeywords;  ///< The task of each keyword that is just the word.
   Postings<Phrase> phrases;
@@ -201,9 +201,9 @@ struct TaskIndex {
 /// Compiles the keywords and examples of a task list. More than 2^28 words and tasks are fatal.
 [[nodiscard]] TaskIndex indexTasks(std::span<const ZelvoraTaskSpec> tasks);
 
-/// Sets `parts` to what an utterance must contain for a keyword to count, as views of its canonical
-/// form: each of its words; or, of a keyword with fewer than two words, the whole of it with the
-/// spaces at its ends, even when it is nothing but one. None for an empty keyword.
+/// Sets `parts` to what an utterance must contain for a keyword to count, as views of the keyword's
+/// canonical form: each of its words. With fewer than two words it is the whole form, with the
+/// spaces at its ends, even if that is a single space. Empty for an empty keyword.
 void splitKeyword(std::string_view canonical, std::vector<std::string_view>& parts);
 
 }  // namespace zelvora
