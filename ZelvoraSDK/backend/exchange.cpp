@@ -13,7 +13,7 @@ constexpr std::string_view kScheme = "Bearer";
 constexpr std::string_view kStruck = "[token]";
 constexpr std::size_t kMinSecretCharacters = 16;
 
-/// `token` without a leading scheme word, which white space must follow to be one.
+/// `token` without a leading scheme word. It only counts as one when white space follows.
 std::string_view withoutScheme(std::string_view token) {
   if (!token.starts_with(kScheme)) return token;
   const std::string_view rest = token.substr(kScheme.size());

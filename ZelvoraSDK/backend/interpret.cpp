@@ -115,7 +115,7 @@ namespace {
 constexpr char kForeignWordByte = '\xFF';
 constexpr char kForeignOtherByte = '\xFE';
 
-/// ASCII's character classes with `kForeignWordByte` as a letter, whatever the process's locale.
+/// ASCII's character classes with `kForeignWordByte` as a letter, in any locale of the process.
 class ShadowClasses : public std::ctype<char> {
  public:
   ShadowClasses() : std::ctype<char>(table()) {}

@@ -52,7 +52,7 @@ std::optional<ZelvoraResult> semanticResult(
   const std::string say = kNavigatingSay + task->title;
   if (const auto presentation = task->presentation())
     return ZelvoraPresent{*presentation, task->defaultParams, say, match.confidence, task->taskId};
-  // The task's own screen, whatever its action names.
+  // The task's own screen, even when its action names another.
   if (isBlank(task->screenId)) return std::nullopt;
   return ZelvoraExecute{task->screenId, task->defaultParams, say, match.confidence, task->taskId};
 }
