@@ -31,11 +31,11 @@ class VoiceDetector {
   Seconds lastNews_{-std::numeric_limits<double>::infinity()};
 };
 
-/// When a capture ends on its own. The values are the speech engine's and nothing changes them.
+/// When a capture ends on its own. The speech engine uses these values; no setting changes them.
 struct EndpointLimits {
-  Seconds grace{0.9};        ///< Before that nothing is judged.
+  Seconds grace{0.9};        ///< Nothing is judged before this.
   Seconds firstResult{5.0};  ///< Longest wait for the recogniser's first result.
-  Seconds silence{1.2};      ///< Longest quiet after which more is expected.
+  Seconds silence{1.2};      ///< Longest pause that does not end the capture.
   Seconds maxListen{8.0};    ///< Longest capture once there is a result.
 };
 
@@ -72,7 +72,7 @@ class CaptureTime {
                                              std::function<void()> tick) = 0;
 };
 
-/// The time that really passes.
+/// The system's steady clock.
 class SteadyTime final : public CaptureTime {
  public:
   Seconds now() override { return std::chrono::steady_clock::now().time_since_epoch(); }

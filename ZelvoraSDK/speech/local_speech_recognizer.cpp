@@ -13,7 +13,7 @@
 
 namespace zelvora {
 
-/// Somebody who waits for a value: a timer that the value cuts short.
+/// A wait for a value: a timer that the value cuts short.
 template <class Value>
 struct ZelvoraLocalSpeechRecognizer::Waiter {
   Waiter(const asio::any_io_executor& main, Seconds timeout)
@@ -26,7 +26,7 @@ struct ZelvoraLocalSpeechRecognizer::Waiter {
   }
 
   asio::steady_timer timer;
-  bool isResumed = false;  ///< It may be before anybody awaits it.
+  bool isResumed = false;  ///< May become true before anybody awaits it.
   std::optional<Value> value;
 };
 
@@ -49,7 +49,8 @@ ZelvoraLocalSpeechRecognizer::ZelvoraLocalSpeechRecognizer(std::string locale, P
       engine_(std::move(locale), parts.engine) {}
 
 void ZelvoraLocalSpeechRecognizer::bindEngine() {
-  // Hands a value of the engine to a member function on the main executor, if we are still there.
+  // Passes an engine's value to a member function on the main executor, if that object still
+  // exists.
   const auto bound = [this](auto take) {
     return [weak = weak_from_this(), main = main_, take](auto value) {
       asio::post(main, [weak, take, value = std::move(value)]() mutable {
@@ -145,7 +146,7 @@ void ZelvoraLocalSpeechRecognizer::start() {
     errorMessage_ = "Permissions not granted";
     return;
   }
-  // A capture that ended without a stop belongs to nobody now.
+  // A capture that ended on its own and that nobody asked for is dropped now.
   if (ended_) closed_ = claimed_ = ended_->number;
   ended_.reset();
   confidence_.reset();
@@ -187,7 +188,7 @@ asio::awaitable<std::optional<CaptureOutcome>> ZelvoraLocalSpeechRecognizer::end
     closed_ = started_;
     return atOnce(std::exchange(ended_, std::nullopt));
   }
-  // Registered before the engine's answer can come: both are the main executor's work.
+  // Registered before the engine can answer: both run on the main executor.
   auto waiter = std::make_shared<OutcomeWaiter>(main_, timeout);
   outcomeWaiters_[started_] = waiter;
   return outcomeOf(shared_from_this(), std::move(waiter), started_);
@@ -209,7 +210,7 @@ asio::awaitable<std::optional<CaptureOutcome>> ZelvoraLocalSpeechRecognizer::out
   co_return outcome;
 }
 
-/// What has come of a capture that is not waited for any longer.
+/// What a capture has brought when the wait for it ends.
 CaptureOutcome ZelvoraLocalSpeechRecognizer::outcomeSoFar(CaptureNumber capture) const {
   CaptureOutcome outcome;
   outcome.number = capture;

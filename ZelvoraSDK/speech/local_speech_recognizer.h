@@ -13,11 +13,11 @@
 
 namespace zelvora {
 
-/// The speech engine as a user interface sees it: its state can be watched, its recording waited
-/// for. Confined to the main executor, construction and release included; no operation waits.
+/// The speech engine as a user interface needs it: watch its state, wait for its recording.
+/// Confined to the main executor, including construction and release; no operation blocks.
 ///
-/// Each capture ends in one `CaptureOutcome`, which is handed over once. What comes of a capture
-/// that was handed over or given up changes nothing any more.
+/// Each capture ends in one `CaptureOutcome`, which is handed over once. What a capture brings
+/// after its outcome was handed over or dropped changes nothing.
 class ZelvoraLocalSpeechRecognizer final
     : public ZelvoraSTT,
       public ZelvoraAudioCapturingSTT,
@@ -57,14 +57,14 @@ class ZelvoraLocalSpeechRecognizer final
   void reset() override;
 
   std::optional<AudioData> takeRecordedAudioData() override;
-  /// The recording of the next capture to end, from this call on; absent when it has none or when
-  /// `timeout` passes first. A recording that is already there is not looked at. Awaited on the
-  /// main executor.
+  /// The recording of the next capture that ends after this call; absent when it has none or when
+  /// `timeout` passes first. Ignores a recording that is already there. Awaited on the main
+  /// executor.
   asio::awaitable<std::optional<AudioData>> waitForAudioData(Seconds timeout);
 
-  /// Ends the capture that was started last and returns its outcome, once: absent when it was
-  /// handed over before or there was none. After `timeout` the outcome is what has come by then.
-  /// Awaited on the main executor.
+  /// Ends the capture that was started last and returns its outcome, once: absent when there was no
+  /// capture or its outcome was handed over before. After `timeout` the outcome is what has come by
+  /// then. Awaited on the main executor.
   asio::awaitable<std::optional<CaptureOutcome>> endCapture(Seconds timeout);
   /// Ends the capture and drops its outcome.
   void abandonCapture();
@@ -108,7 +108,7 @@ class ZelvoraLocalSpeechRecognizer final
   Published<bool> isRecording_{changes_, false};
   Published<std::optional<std::string>> errorMessage_{changes_};
   Published<bool> isAuthorized_{changes_, false};
-  std::vector<std::weak_ptr<AudioWaiter>> audioWaiters_;  ///< Those given up have expired.
+  std::vector<std::weak_ptr<AudioWaiter>> audioWaiters_;  ///< Expired when nobody waits any more.
   std::map<CaptureNumber, std::weak_ptr<OutcomeWaiter>> outcomeWaiters_;
   ZelvoraSpeechEngine engine_;
   std::optional<AudioData> recordedAudioData_;
@@ -116,11 +116,11 @@ class ZelvoraLocalSpeechRecognizer final
   std::optional<double> confidence_;
 
   CaptureNumber started_ = 0;  ///< The last start.
-  CaptureNumber claimed_ = 0;  ///< Its outcome was asked for, or dropped.
-  CaptureNumber closed_ = 0;   ///< Nothing of it and those before counts any more.
+  CaptureNumber claimed_ = 0;  ///< The last one whose outcome was asked for or dropped.
+  CaptureNumber closed_ = 0;   ///< What comes of this one and earlier ones is ignored.
   std::optional<CaptureOutcome> ended_;
   CaptureText lastResult_;  ///< Of the capture with its number.
-  std::string lastWords_;   ///< The last of them that was not blank.
+  std::string lastWords_;   ///< The last text of that capture that was not blank.
 };
 
 }  // namespace zelvora

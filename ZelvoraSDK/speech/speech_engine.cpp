@@ -22,9 +22,9 @@ ZelvoraSpeechEngine::ZelvoraSpeechEngine(std::string locale, const Parts& parts)
 
 ZelvoraSpeechEngine::~ZelvoraSpeechEngine() {
   callbacks_.reset();
-  // The core's state is destroyed where it lived, behind what is queued already, and its thread
-  // ends there too: nobody waits for a sound server that does not answer.
-  // Only the end of the process waits for it, for a moment.
+  // Destroy the core's state on its queue, after the work queued there, and end its thread there
+  // too, so that nobody waits for a sound server that does not answer. Only the end of the process
+  // waits, for a moment.
   queue_.post([core = std::move(core_), thread = std::move(thread_),
                ending = EndingWork::begin()]() mutable {
     core.reset();

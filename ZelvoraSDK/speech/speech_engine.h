@@ -21,8 +21,7 @@ namespace zelvora {
 
 class EngineCore;
 
-/// Numbers the starts of one engine from 1, so that what is left over from one capture does not
-/// touch the next.
+/// Numbers the starts of one engine from 1, so that leftovers of one capture do not touch the next.
 using CaptureNumber = std::uint64_t;
 
 /// Why a capture ended.
@@ -30,7 +29,7 @@ struct CaptureEnd {
   enum class Kind {
     stopped,      ///< By its owner.
     silence,      ///< The speaker was done.
-    maxListen,    ///< The longest capture was reached.
+    maxListen,    ///< The capture reached its longest duration.
     noSpeech,     ///< Nothing was understood.
     finalResult,  ///< The recogniser was done.
     failed,       ///< It did not begin, or the recogniser broke down.
@@ -45,9 +44,9 @@ struct CaptureEnd {
   bool operator==(const CaptureEnd&) const = default;
 };
 
-/// All that comes of one capture.
+/// Everything that one capture produced.
 struct CaptureOutcome {
-  CaptureNumber number = 0;            ///< Of the last start that it answers.
+  CaptureNumber number = 0;            ///< Of the last start that this is the outcome of.
   std::string transcript;              ///< The last text that was not blank, as it came.
   std::optional<double> confidence;    ///< Of the final result, in [0, 1].
   std::optional<AudioData> recording;  ///< Absent without a single frame of sound.
@@ -74,7 +73,7 @@ struct SpeechEngineCallbacks {
   std::function<void(std::string message)> onError;  ///< For the user or the log.
   /// The recording of the capture that ended, or nothing.
   std::function<void(std::optional<AudioData> recording)> onAudioDataReady;
-  /// Every result once more, with its capture and its confidence, before the callbacks above.
+  /// Every result again, with its capture and its confidence; fires before the callbacks above.
   std::function<void(CaptureText result)> onResult;
   /// After all else of a capture. For each `start()` there is one outcome of its number or a higher
   /// one, unless the engine is released before.
@@ -86,7 +85,7 @@ struct SpeechEngineCallbacks {
 ///
 /// Threads: callable from any thread; the callbacks are assigned before the first `start()`. The
 /// state lives on a serial queue with a thread of its own, so that a hung sound server blocks
-/// nobody else. Releasing the engine ends a capture under way without a word and waits for nothing.
+/// nobody else. Releasing the engine silently ends a capture under way, and waits for nothing.
 class ZelvoraSpeechEngine {
  public:
   /// What an engine works with. No pointer may be null.
@@ -95,9 +94,9 @@ class ZelvoraSpeechEngine {
     SpeechPlatform speech;
     std::shared_ptr<CaptureTime> time = std::make_shared<SteadyTime>();
     std::filesystem::path temporaryDirectory = std::filesystem::temp_directory_path();
-    /// The phrases to expect, asked for once, on the queue; unset: none.
+    /// Returns the phrases to expect. Called once, on the queue; unset: none.
     std::function<std::vector<std::string>()> phrases;
-    bool isTextNeeded = true;  ///< False when a recording without words is of use, too.
+    bool isTextNeeded = true;  ///< False when a recording without words is useful, too.
     OpenedBy openedBy;         ///< Says what a transcript opens; may be unset.
   };
   /// REQUIRES: the platform can speak.
@@ -109,23 +108,23 @@ class ZelvoraSpeechEngine {
   ZelvoraSpeechEngine(const ZelvoraSpeechEngine&) = delete;
   ZelvoraSpeechEngine& operator=(const ZelvoraSpeechEngine&) = delete;
 
-  /// Begins a capture; while one is under way that one takes the new number. A new capture first
-  /// reports the end of the previous one, with no recording, whether there was one or not.
+  /// Begins a capture. One that is under way goes on and takes the new number. A new capture first
+  /// reports an end without a recording, even when there was no capture before.
   CaptureNumber start();
   /// Ends the capture; does nothing without one.
   void stop();
-  /// Ends the capture, reported even when there was none, and forgets what was understood.
+  /// Ends the capture and forgets what was understood. Reports an end even without a capture.
   void reset();
 
   /// Loads what the next capture needs; the platform decides what that is.
   void prepare();
   /// Frees what only a capture needs, unless one is under way.
   void release();
-  /// A function that ends the engine as its release does, callable from any thread at any time.
+  /// A function that ends the engine like its release, callable from any thread at any time.
   [[nodiscard]] std::function<void()> closer() const;
 
-  /// `current` trimmed, or when nothing is left of it the last text that was not blank. May wait
-  /// for the queue; never called from a callback nor by the library on the main executor.
+  /// `current` trimmed, or when that is empty the last text that was not blank. May wait for the
+  /// queue: don't call it from a callback. The library never calls it on the main executor.
   [[nodiscard]] std::string bestTranscript(std::string_view current) const;
   /// Mean confidence of the last result; absent when it had no words or a capture has ended since.
   /// Waits for the queue like `bestTranscript`.

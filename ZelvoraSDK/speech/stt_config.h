@@ -52,7 +52,7 @@ class ZelvoraSTT {
   }
   [[nodiscard]] virtual bool isRecording() const = 0;
   [[nodiscard]] virtual std::optional<std::string> errorMessage() const = 0;
-  /// Whether the user lets it hear and recognise.
+  /// Whether the user permits it to listen and to recognise.
   [[nodiscard]] virtual bool isAuthorized() const = 0;
 
   /// Asks the user; `isAuthorized()` has the answer afterwards.
@@ -72,7 +72,7 @@ class ZelvoraAudioCapturingSTT {
   virtual std::optional<AudioData> takeRecordedAudioData() = 0;
 };
 
-/// Something that hears one utterance and says what it was.
+/// Something that hears one utterance and returns its text.
 class ZelvoraSpeechTranscriber {
  public:
   virtual ~ZelvoraSpeechTranscriber() = default;

@@ -16,9 +16,9 @@ class ZELVORA_EXPORT VoiceSpeaker {
   explicit VoiceSpeaker(SpeechSynthesizerFactory& synthesizers)
       : synthesizer_(synthesizers.makeSynthesizer()) {}
 
-  /// Cuts short what is being said and says `text` in the voice of the language code `locale`, or
-  /// in the default voice. Blank text changes nothing. `onEnd` is called, on any thread, when the
-  /// text has been said (true), or when it was cut short or there was nothing to say (false).
+  /// Stops what is being said and says `text` in the voice of the language code `locale`, or in the
+  /// default voice. Blank text changes nothing. `onEnd` is called, on any thread, when the text has
+  /// been said (true), or when it was cut short or there was nothing to say (false).
   void speak(std::string_view text, std::string locale, std::function<void(bool said)> onEnd = {});
 
  private:

@@ -31,7 +31,7 @@ std::optional<double> averageConfidence(const std::vector<SpeechSegment>& segmen
   return sum / static_cast<double>(segments.size());
 }
 
-/// Notes `result`, which came at `now`; the text for the owner, unless the capture is closed.
+/// Notes `result`, which came at `now`. Returns the owner's text; absent for a closed capture.
 std::optional<CaptureText> noted(CaptureHearing& hearing, const SpeechResult& result, Seconds now) {
   if (hearing.isClosed) return std::nullopt;
   const auto average = averageConfidence(result.segments);
@@ -84,7 +84,7 @@ void takeResult(const EngineLink& link, const SpeechResult& result) {
 }
 
 void takeRecognitionError(const EngineLink& link, const Error& failure) {
-  // Some recognisers answer the engine's own ending of a task with an error that says so.
+  // When the engine ends a task, some recognisers report that as an error.
   if (lowercased(failure.description()).find("cancel") != std::string::npos) return;
   link.fail(failure, CaptureEnd::Kind::failed);
 }
@@ -98,7 +98,7 @@ auto interruptionHandler(const EngineLink& link) {
   return [link](const Error& cause) { link.fail(cause, CaptureEnd::Kind::interrupted); };
 }
 
-/// A port that fails while a capture ends must not keep the rest of the end from happening.
+/// A port that fails while a capture ends must not stop the rest of the end.
 template <class Step>
 void attempt(Step step) {
   try {
@@ -140,7 +140,7 @@ void EngineCore::start(CaptureNumber number) {
     return refuse(number, kMessage);
   }
   try {
-    // A microphone that is missing leaves the session active, as the owner expects.
+    // A missing microphone leaves the session active, as the owner expects.
     if (!openMicrophone(number, t0)) return;
     startListening(number, t0);
   } catch (...) {
@@ -161,7 +161,7 @@ void EngineCore::stop() {
 
 void EngineCore::reset() {
   if (isClosed_ || callbacks_.expired()) return;
-  // Closed first, so that a result that comes with the end is forgotten with the others.
+  // Closed first, so that a result that comes with the end is forgotten too.
   hearing_->with(
       [](CaptureHearing& hearing) { hearing = {.number = hearing.number, .isClosed = true}; });
   teardown({CaptureEnd::Kind::forgotten, {}});
@@ -239,7 +239,7 @@ void EngineCore::refuseWithoutMicrophone(CaptureNumber number) {
   refuse(number, std::move(message));
 }
 
-/// False when there is no microphone, which has been reported then.
+/// False when there is no microphone; that has been reported then.
 bool EngineCore::openMicrophone(CaptureNumber number, Seconds t0) {
   session_.emplace(parts_.speech.audioSession);
   logDuration("🎙️ audio session active dt=", t0);
@@ -262,7 +262,7 @@ void EngineCore::startListening(CaptureNumber number, Seconds t0) {
                         .callbacks = callbacks_,
                         .time = parts_.time,
                         .hearing = hearing_};
-  // The recogniser is there before the first buffer, so that no sound is lost.
+  // Start the recogniser before the first buffer comes, so that no sound is lost.
   task_ = recognizer_->startTask(true, recognitionHandler(link));
   sound_ = std::make_unique<SoundPath>(
       audioEngine_->inputFormat(),
@@ -328,7 +328,7 @@ void EngineCore::teardown(CaptureEnd why) {
   if (outcome.number != 0) call(&SpeechEngineCallbacks::onCaptureEnded, std::move(outcome));
 }
 
-/// The ends of the sound; what is still on its way is dropped.
+/// Releases both ends of the sound; drops what is still on its way.
 void EngineCore::letGo() {
   interruptions_.reset();
   sound_.reset();
@@ -354,7 +354,7 @@ void EngineCore::finishRecognition() {
   });
 }
 
-/// Applied here, not posted: a reader after the teardown finds it.
+/// Applied here, not posted, so that a reader after the teardown sees it.
 void EngineCore::takeResult(const std::shared_ptr<Hearing>& hearing, const SpeechResult& result) {
   const Seconds now = parts_.time->now();
   const auto text = hearing->with([&](CaptureHearing& so) {

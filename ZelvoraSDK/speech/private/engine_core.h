@@ -45,7 +45,7 @@ class SessionShare {
  private:
   using Count = Guarded<int>;
 
-  /// Platforms may share a session, so the count goes with the session.
+  /// Platforms may share a session, so there is one count per session.
   static std::shared_ptr<Count> countOf(const AudioSession& session) {
     using Counts = Guarded<std::map<const AudioSession*, std::weak_ptr<Count>>>;
     static auto* const counts = new Counts;  // never destroyed: engines may end at exit
@@ -82,8 +82,8 @@ struct CaptureHearing {
   bool isClosed = false;  ///< What comes now is dropped.
 };
 
-/// The state of a speech engine. Confined to the engine's queue, where it is also destroyed; a
-/// capture that is under way then ends without a word.
+/// The state of a speech engine. Confined to the engine's queue, where it is also destroyed; that
+/// ends a capture under way without reporting it.
 class EngineCore : public std::enable_shared_from_this<EngineCore> {
  public:
   using Hearing = Guarded<CaptureHearing>;
@@ -94,7 +94,7 @@ class EngineCore : public std::enable_shared_from_this<EngineCore> {
   EngineCore(const EngineCore&) = delete;
   EngineCore& operator=(const EngineCore&) = delete;
 
-  /// The first recogniser, so that it loads before a capture, and a clean directory.
+  /// Makes the first recogniser, so that it loads before a capture, and cleans up the directory.
   void begin();
   void start(CaptureNumber number);
   void stop();
@@ -112,7 +112,7 @@ class EngineCore : public std::enable_shared_from_this<EngineCore> {
  private:
   static constexpr Seconds kMonitorPeriod{0.2};
   static constexpr std::size_t kTapFrames = 1024;
-  /// Together less than a stop waits, so that a recogniser that is late costs only its own result.
+  /// Together less than a stop waits, so that a late recogniser costs only its own result.
   static constexpr Seconds kFinishLimit{0.8};
   static constexpr Seconds kDrainLimit{0.3};
 

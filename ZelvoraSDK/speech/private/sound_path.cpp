@@ -48,7 +48,7 @@ void flushIfPossible(AudioFileWriter& writer) {
   try {
     writer.flush();
   } catch (const std::exception&) {
-    // What is on disk by now is what there is.
+    // The recording is then what is on disk by now.
   }
 }
 
@@ -72,7 +72,7 @@ Recording::~Recording() {
 }
 
 std::optional<AudioData> Recording::take() {
-  // Read while the writer is still held, as the capture's end prescribes: hence the flush.
+  // The writer is still open while we read, so flush it first.
   flushIfPossible(*writer_);
   auto bytes = bytesOf(path_);
   std::error_code ignored;
@@ -103,7 +103,7 @@ Bytes bytesOf(const PcmBuffer& buffer) {
   return {};
 }
 
-/// A buffer as it lies in the ring; its samples follow.
+/// A buffer's header in the ring; its samples follow.
 struct Header {
   AudioFormat format;
   std::size_t frames = 0;
@@ -187,7 +187,7 @@ class SoundRing {
   }
 
   std::vector<std::byte> bytes_;
-  std::atomic<std::size_t> written_ = 0;  ///< Both count on; the place is the rest.
+  std::atomic<std::size_t> written_ = 0;  ///< Both only grow; the place is the remainder.
   std::atomic<std::size_t> read_ = 0;
   std::atomic<std::uint32_t> signal_ = 0;
 };
@@ -205,7 +205,7 @@ void ignoringFailure(Step step) {
   try {
     step();
   } catch (const std::exception&) {
-    // The other end of the path goes on.
+    // The other end of the path keeps working.
   }
 }
 

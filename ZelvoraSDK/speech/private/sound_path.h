@@ -14,8 +14,8 @@
 
 namespace zelvora {
 
-/// The file that a capture is recorded to, deleted with this object. One thread at a time, except
-/// what the writer is used for.
+/// The file that a capture is recorded to, deleted with this object. Used by one thread at a time;
+/// only the writer may be in use on another.
 class Recording {
  public:
   /// A file zelvora-UUID.caf in `directory`. Throws Error when it can't be opened.
@@ -36,18 +36,18 @@ class Recording {
   std::shared_ptr<AudioFileWriter> writer_;
 };
 
-/// After that long without a write a recording has lost its process: a capture ends after seconds
-/// and writes many times in each.
+/// After this long without a write a recording has lost its process: captures last seconds and
+/// write many times a second.
 inline constexpr Seconds kAbandonedAfter{60};
 
 /// Deletes what killed processes left in `directory`: files with the name of a recording that
 /// `files` knows to be abandoned or that were last written `kAbandonedAfter` ago. Never throws.
 void removeAbandonedRecordings(AudioFileFactory& files, const std::filesystem::path& directory);
 
-/// The way that the sound of one capture takes. The audio thread measures each buffer, copies it
-/// into a ring of `kCaptureRingSeconds` and signals: it neither allocates nor locks nor touches a
-/// file. A thread of the path's own writes the recording and feeds the recogniser. A buffer that
-/// finds no room is dropped and counted.
+/// The path of one capture's sound. The audio thread measures each buffer, copies it into a ring of
+/// `kCaptureRingSeconds` and signals: it neither allocates nor locks nor touches a file. A thread
+/// of its own writes the recording and feeds the recogniser. A buffer that does not fit is dropped
+/// and counted.
 class SoundPath {
  public:
   struct Ends {
@@ -67,7 +67,7 @@ class SoundPath {
   /// For the microphone. May be called after the path is gone; it does nothing then.
   [[nodiscard]] AudioEngine::Tap tap() const;
 
-  /// Takes nothing more and waits until what came has arrived at both ends, at most `limit`; false
+  /// Takes nothing more and waits up to `limit` until everything taken has reached both ends; false
   /// when it has not. REQUIRES: the tap is not called any more.
   [[nodiscard]] bool drain(Seconds limit);
 
