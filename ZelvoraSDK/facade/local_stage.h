@@ -22,10 +22,10 @@ class PreparedSpec {
   /// Resolves `spec`; fatal on a task that breaks the preconditions of its record.
   explicit PreparedSpec(const StoredSpec& spec);
 
-  /// How the spec was read, and why it is no full one.
+  /// How the spec was read, and why it is not a full one.
   [[nodiscard]] const ResolvedSpec& resolved() const { return resolved_; }
 
-  /// Absent when the spec reads neither as a full nor as a minimal one: nothing can be scored.
+  /// Absent when the spec reads neither as a full nor as a minimal one, so nothing can be scored.
   [[nodiscard]] const CompiledTasks* tasks() const { return tasks_ ? &*tasks_ : nullptr; }
 
   /// The spec as a full one, or null.
@@ -50,14 +50,14 @@ class PreparedSpec {
 };
 
 /// `text` with every word that equals a key of `table`, ignoring case, replaced by that key's
-/// value; the first fitting entry counts. Words are split at the space alone and joined by single
-/// spaces, so a key of several words never fits.
+/// value; the first matching entry counts. Words are split at spaces only and joined by single
+/// spaces, so a key of several words never matches.
 std::string withReplacements(std::string_view text, const OrderedMap<std::string>& table);
 
-/// The local router bound to the tasks at hand.
+/// The local router bound to a spec's tasks.
 using RouteLocally = std::function<ZelvoraResult(std::string_view text)>;
 
-/// What weighs the router's answers to several phrasings against each other.
+/// The rules for weighing the router's answers to several phrasings.
 struct CandidateRules {
   RuntimeSpec::Thresholds thresholds;
   /// The memory settings' factor for tasks related to the last one.
@@ -76,7 +76,7 @@ CandidateRules candidateRules(const RuntimeSpec::Context& context,
 std::optional<double> adjustedConfidence(const ZelvoraResult& result, double weight,
                                          const CandidateRules& rules);
 
-/// Routes each candidate in order and answers with the one of highest adjusted confidence, the
+/// Routes each candidate in order and returns the result with the highest adjusted confidence, the
 /// first of equals; absent when none is good enough.
 std::optional<ZelvoraResult> bestCandidateResult(const std::vector<ExpandedCandidate>& candidates,
                                                  const CandidateRules& rules,
@@ -88,7 +88,7 @@ struct CleanedUtterance {
   std::string normalized;  ///< The normaliser's output for that; may be empty.
 };
 
-/// Takes the text by value: utterances may be long, and this one is done with.
+/// Takes the text by value: utterances may be long, and the caller no longer needs this one.
 CleanedUtterance cleanUtterance(std::string text, const PreparedSpec& spec,
                                 const std::string& locale);
 
@@ -104,13 +104,13 @@ LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec
                           const std::string& locale, const ZelvoraLocalRouter& router,
                           const ExpansionMoment& moment);
 
-/// The same with `route` in place of a router, which neither reports nor counts.
+/// The same, but scores with `route`, and neither reports nor counts itself.
 LocalAnswer answerLocally(const std::string& utterance, const PreparedSpec& spec,
                           const std::string& locale, const RouteLocally& route,
                           const ExpansionMoment& moment);
 
 /// The screen or presentation that `text` opens on the device, without a session; empty when it
-/// opens none, and `text` itself where the device can score nothing.
+/// opens none, and `text` itself when the device can't score anything.
 std::string openedLocally(const std::string& text, const PreparedSpec& spec,
                           const std::string& locale);
 

@@ -13,7 +13,7 @@ namespace zelvora {
 /// Where requests go when the application names no backend of its own.
 inline constexpr const char* kDefaultBackendBaseURL = "https://api.zelvora.example";
 
-/// What an application settles once, before the first utterance.
+/// What an application sets once, before the first utterance.
 struct ZelvoraSettings {
   Url baseURL = parseUrl(kDefaultBackendBaseURL);  ///< Origin of every endpoint.
   std::string publishableKey;                      ///< Names the application to the backend.
@@ -38,13 +38,13 @@ struct StageReport {
   Seconds duration{};
 };
 
-/// What an application may add to its settings. After the façade's release no hook is entered.
+/// What an application may add to its settings. No hook is called after the façade's release.
 struct ZelvoraHooks {
   /// Called on a background thread, possibly several times at once; unset: the publishable key is
   /// the token. A supplier that is waiting when the façade is released is cancelled.
   AccessTokenProvider accessToken;
-  /// Asked once for a fresh token when the backend rejects a recording with 401; unset:
-  /// `accessToken` is asked again.
+  /// Called once for a fresh token when the backend rejects a recording with 401; unset:
+  /// `accessToken` is called again.
   AccessTokenProvider freshAccessToken;
   /// Called after each stage, on the main executor.
   std::function<void(StageReport)> onStage;

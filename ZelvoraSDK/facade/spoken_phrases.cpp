@@ -10,7 +10,7 @@
 namespace zelvora {
 namespace {
 
-constexpr std::size_t kLongestHint = 40;  // in characters, like the next but one
+constexpr std::size_t kLongestHint = 40;  // in characters, like kMostHintCharacters
 constexpr std::size_t kMostHints = 60;
 constexpr std::size_t kMostHintCharacters = 1200;
 

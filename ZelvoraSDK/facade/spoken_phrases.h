@@ -15,8 +15,8 @@ namespace zelvora {
 [[nodiscard]] const std::vector<std::string>& spokenKeywords(const RuntimeSpec::Task& task,
                                                              const std::string& locale);
 
-/// What the cloud recogniser gets along with a recording in `locale`. `spec` may be null: the
-/// application's spec is no full one. Absent then, and when the spec's speech settings are off.
+/// What the cloud recogniser gets along with a recording in `locale`. `spec` is null when the
+/// application's spec is not a full one. Absent then, and when the spec's speech settings are off.
 [[nodiscard]] std::optional<ZelvoraSTTRequestParams> sttRequestParams(const RuntimeSpec* spec,
                                                                       const std::string& locale);
 
@@ -25,7 +25,7 @@ namespace zelvora {
 /// recogniser when the platform is put together.
 [[nodiscard]] ZELVORA_EXPORT std::vector<std::string> recognitionVocabulary(
     const RuntimeSpec& spec, const std::string& locale);
-/// The same of a spec as the façade takes it; empty when that is no full one.
+/// The same for a spec as the façade takes it; empty when that is not a full one.
 [[nodiscard]] ZELVORA_EXPORT std::vector<std::string> recognitionVocabulary(
     const StoredSpec& spec, const std::string& locale);
 

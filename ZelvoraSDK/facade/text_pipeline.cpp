@@ -33,7 +33,7 @@ std::vector<SemanticTaskDescriptor> descriptors(const PreparedSpec& spec,
   return SemanticResolver::taskDescriptors(spec.tasks()->tasks());
 }
 
-/// What to ask the semantic endpoint about an utterance, the token apart.
+/// What to ask the semantic endpoint about an utterance, except for the token.
 SemanticQuery semanticQuery(std::string utterance, const ZelvoraSettings& settings,
                             const PreparedSpec& spec) {
   return {.text = std::move(utterance),
@@ -47,7 +47,7 @@ bool asksSemantic(const PreparedSpec& spec) {
   return spec.tasks() && spec.thresholds().semantic_enabled.value_or(true);
 }
 
-/// Made in memory of its own size: an utterance may be long.
+/// Reserves all its memory at once: an utterance may be long.
 std::string normalizeLine(const CleanedUtterance& utterance) {
   constexpr std::size_t kRoomForTheRest = 64;
   std::string line;
@@ -93,7 +93,7 @@ asio::awaitable<ZelvoraResult> TextPipeline::routeText(Self self, Scope scope, s
   co_return *std::move(outcome);
 }
 
-/// Off the caller's thread: a large spec takes its time, and a second caller would wait for it.
+/// Off the caller's thread: a large spec takes time, and a second caller would wait for it.
 asio::awaitable<void> TextPipeline::readSpec(Self self, Scope scope) {
   if (self->parts_.spec->isMade()) co_return;
   std::function<asio::awaitable<bool>()> start = [spec = self->parts_.spec] {

@@ -23,7 +23,7 @@
 
 namespace zelvora {
 
-/// What a stage yielded: an outcome, or nothing, and then the next stage is asked.
+/// What a stage yielded: an outcome, or nothing when the next stage should be asked.
 using StageYield = std::optional<ZelvoraResult>;
 
 /// Turns one utterance into one outcome, stage by stage: clean it, score it on the device, then ask
@@ -48,9 +48,9 @@ class TextPipeline : public std::enable_shared_from_this<TextPipeline> {
   /// Throws Error when a backend stage fails, and when `scope` closes before the outcome is there.
   asio::awaitable<ZelvoraResult> route(Scope scope, std::string text);
 
-  /// Counts the user's pick of a screen. Returns at once; done even when the threads end first.
+  /// Counts the user's pick of a screen. Returns at once; happens even if the threads end first.
   void recordChoice(std::string screenId);
-  /// Forgets all picks of the application, in its turn.
+  /// Forgets all picks of the application that were recorded before this call.
   void eraseLearning();
 
  private:

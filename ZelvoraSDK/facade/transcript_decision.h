@@ -22,7 +22,7 @@ namespace zelvora {
 /// "ZelvoraLocalSTTMinConfidence", else 0.65.
 [[nodiscard]] double minimumLocalConfidence(const AppBundle& bundle);
 
-/// What a capture brought on the device.
+/// What the device heard in a capture.
 struct HeardLocally {
   std::string transcript;            ///< Cleaned.
   std::optional<double> confidence;  ///< In [0, 1].

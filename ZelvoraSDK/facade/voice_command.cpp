@@ -87,7 +87,7 @@ struct VoiceCommand::Shell : std::enable_shared_from_this<Shell> {
     });
   }
 
-  /// After a change of what the recogniser shows.
+  /// Called after each change of the recogniser's state.
   void look() {
     const Voice held = voice.lock();
     if (!held || !held->recognizer()) return;
@@ -140,7 +140,7 @@ struct VoiceCommand::Shell : std::enable_shared_from_this<Shell> {
                                      std::shared_ptr<CallScope> command) {
     const VoiceStart begun = co_await held->start();
     if (begun == VoiceStart::begun || begun == VoiceStart::joined) co_return;
-    // One answer of the user's is for all commands that wait for it.
+    // The user's one answer counts for all commands that wait for it.
     if (self->state.phase != Phase::asking) co_return;
     if (begun == VoiceStart::refused)
       self->last = Outcome{.result = ZelvoraUnsupported{"Microphone permission denied"},
@@ -174,7 +174,8 @@ struct VoiceCommand::Shell : std::enable_shared_from_this<Shell> {
     if (const Voice held = voice.lock()) held->abandon();
   }
 
-  /// What escapes is a closed scope, or an outcome like any other.
+  /// Ends the current command with the failure as its problem. Ignores the failure of a closed
+  /// command, unless a command is waiting for permission.
   std::function<void(std::exception_ptr)> failure() {
     return [self = shared_from_this(), command = scope](const std::exception_ptr& thrown) {
       const bool isCurrent = command == self->scope && !command->isClosed();
@@ -193,7 +194,7 @@ struct VoiceCommand::Shell : std::enable_shared_from_this<Shell> {
   ObservableObjectPublisher changes;
   State state;
   std::optional<Outcome> last;
-  CaptureNumber endedBefore = 0;  ///< A capture that is no concern of the command under way.
+  CaptureNumber endedBefore = 0;  ///< The last capture that ended before the command began.
   std::string transcriptBefore;  ///< The recogniser keeps it until the first word of a new command.
 };
 

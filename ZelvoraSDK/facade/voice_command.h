@@ -18,10 +18,10 @@ class Zelvora;
 
 /// One spoken command after the other, for a microphone control: a tap begins to listen, a second
 /// one or the speaker's silence ends it, and what was heard is routed once. The façade's `onResult`
-/// gets each result as ever.
+/// still gets each result.
 ///
-/// Confined to the main executor. It may outlive the façade, and does nothing then. Released, it
-/// ends a command under way, which routes nothing.
+/// Confined to the main executor. It may outlive the façade, and does nothing then. Releasing it
+/// ends a command under way, which then routes nothing.
 class ZELVORA_EXPORT VoiceCommand {
  public:
   /// How far a spoken command has come.
@@ -44,7 +44,7 @@ class ZELVORA_EXPORT VoiceCommand {
   struct Tap {
     Seconds at{};  ///< Of a clock that is never set back.
   };
-  struct Stop {};  ///< The speaker is done, and says so otherwise than by a tap.
+  struct Stop {};  ///< The speaker is done, and shows it by something other than a tap.
   struct Cancel {};
   struct Recording {};   ///< The microphone is open.
   struct NoCapture {};   ///< There will be none: refused, withdrawn, or it could not begin.
@@ -93,12 +93,12 @@ class ZELVORA_EXPORT VoiceCommand {
   VoiceCommand(const VoiceCommand&) = delete;
   VoiceCommand& operator=(const VoiceCommand&) = delete;
 
-  /// Begins to listen, or is done speaking. The second of two quick taps is swallowed, and so is
-  /// one while a command is processed.
+  /// Begins to listen, or ends the spoken command. Ignores the second of two quick taps, and any
+  /// tap while a command is processed.
   void tap();
-  /// Is done speaking, however soon after a tap.
+  /// Ends the spoken command, however soon after a tap.
   void stop();
-  /// Ends the command, which routes nothing. A request under way is given up.
+  /// Ends the command, which then routes nothing. Cancels a request under way.
   void cancel();
 
   [[nodiscard]] Phase phase() const;

@@ -14,7 +14,7 @@ namespace {
 using Scope = std::shared_ptr<CallScope>;
 using Text = asio::awaitable<std::string>;
 
-/// What the device's capture brings to the decision.
+/// What the decision needs of the device's capture.
 HeardLocally heardIn(const std::optional<CaptureOutcome>& capture) {
   if (!capture) return {};
   return {.transcript = cleanedTranscript(capture->transcript),
@@ -31,7 +31,7 @@ Text transcribed(Scope scope, std::shared_ptr<ZelvoraCloudSTTProvider> cloud, Au
   co_return co_await CallScope::await<std::string>(scope, std::move(work));
 }
 
-/// Routes in the scope; a failure of its own becomes an outcome.
+/// Routes in the scope. A failure becomes an outcome, unless the scope has closed.
 asio::awaitable<ZelvoraResult> routed(
     Scope scope, std::function<asio::awaitable<ZelvoraResult>(std::string)> route,
     std::string text) {
@@ -47,7 +47,7 @@ asio::awaitable<ZelvoraResult> routed(
   }
 }
 
-/// Read on the scope's threads: the first reading compiles the spec.
+/// Runs on the scope's threads, because the first use compiles the spec.
 asio::awaitable<std::optional<ZelvoraSTTRequestParams>> requestParams(
     std::shared_ptr<const Lazy<PreparedSpec>> spec, std::string locale) {
   co_return sttRequestParams(spec->get().full(), locale);
@@ -93,7 +93,7 @@ asio::awaitable<VoiceStart> VoicePipeline::listen(Self self) {
   co_return VoiceStart::refused;
 }
 
-/// Whether the start is still wanted when the user has answered.
+/// Whether the start is still wanted once the user has answered.
 asio::awaitable<bool> VoicePipeline::askForPermissions(Self self) {
   self->isAsking_ = true;
   std::exception_ptr failure;
@@ -113,7 +113,7 @@ asio::awaitable<SpokenCommand> VoicePipeline::finish(Self self, Scope scope) {
   self->isStartWanted_ = false;
   SpokenCommand command;
   std::optional<CaptureOutcome> capture;
-  // While the user is asked there is no capture: what was started before has been answered.
+  // While the user is being asked there is no capture: earlier ones have been answered.
   if (self->recognizer_) capture = co_await self->recognizer_->endCapture(kOutcomeTimeout);
   scope->requireOpen();
   const HeardLocally heard = heardIn(capture);
@@ -208,8 +208,7 @@ void VoicePipeline::release() {
 void VoicePipeline::ensureRecognizer() {
   if (recognizer_) return;
   recognizer_ = parts_.makeRecognizer();
-  // On whatever thread the façade is released, and however long this one is busy, the microphone
-  // goes off.
+  // Turns the microphone off even if another thread releases the façade while this one is busy.
   parts_.scope->atClose(parts_.scope->newNumber(), recognizer_->engine().closer());
   watchingRecognizer_ = recognizer_->changes().subscribe([weak = weak_from_this()] {
     const auto self = weak.lock();

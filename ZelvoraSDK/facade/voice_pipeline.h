@@ -19,16 +19,16 @@
 
 namespace zelvora {
 
-/// What the application is notified of. Called on the main executor; any may be unset.
+/// What the application is notified about. Called on the main executor; any may be unset.
 struct Callbacks {
   std::function<void(ZelvoraResult)> onResult;          ///< Every outcome.
   std::function<void(ZelvoraAuditEvent)> onAuditEvent;  ///< Facts about speech recognition.
 };
 
-/// What became of a wish to listen.
+/// What became of a request to listen.
 enum class VoiceStart {
-  begun,      ///< The microphone is being opened; the recogniser shows what comes of it.
-  joined,     ///< The user is being asked already; the first start goes on for both.
+  begun,      ///< The microphone is being opened; the recogniser's state shows the rest.
+  joined,     ///< The user is being asked already; the first start counts for both.
   withdrawn,  ///< A stop came while the user was asked.
   refused,    ///< By the user; delivered as an outcome.
   disabled    ///< Speech is switched off.
@@ -44,9 +44,8 @@ struct SpokenCommand {
 };
 
 /// Turns a spoken command into routed text: listens, chooses between the transcripts of the device
-/// and of the cloud, and hands the text on. Confined to the main executor, which it never keeps
-/// waiting; what leaves it for ports and hooks runs in the scope, and nothing is delivered after
-/// the scope has closed.
+/// and of the cloud, and passes the text on. Confined to the main executor, which it never blocks;
+/// calls to ports and hooks run in the scope, and nothing is delivered after the scope has closed.
 class VoicePipeline : public std::enable_shared_from_this<VoicePipeline> {
  public:
   /// The longest that a stop waits for the outcome of its capture.
@@ -72,10 +71,10 @@ class VoicePipeline : public std::enable_shared_from_this<VoicePipeline> {
 
   asio::awaitable<VoiceStart> start();
   /// Ends the capture that was started last and routes what was heard, once. A stop without a
-  /// capture of its own hears nothing. Delivers one outcome, unless `scope`, a child of the
-  /// pipeline's or that itself, closes.
+  /// capture of its own hears nothing. Delivers one outcome, unless `scope` closes, which is the
+  /// pipeline's own scope or a child of it.
   asio::awaitable<SpokenCommand> stop(std::shared_ptr<CallScope> scope);
-  /// Ends the capture or the question that was started last. Nothing is routed or delivered.
+  /// Ends the capture or permission question started last. Routes and delivers nothing.
   void abandon();
 
   /// Loads what the first capture needs.
@@ -115,8 +114,8 @@ class VoicePipeline : public std::enable_shared_from_this<VoicePipeline> {
   std::shared_ptr<ZelvoraLocalSpeechRecognizer> recognizer_;
   ObservableObjectPublisher::Subscription watchingRecognizer_;
   std::optional<AudioData> lastRecordedAudio_;
-  bool isAsking_ = false;       ///< The user is looking at a question.
-  bool isStartWanted_ = false;  ///< And the answer is still of interest.
+  bool isAsking_ = false;       ///< The user is being asked for permission.
+  bool isStartWanted_ = false;  ///< A start still waits for the answer.
 };
 
 /// Audio that the application recorded, for the cloud.

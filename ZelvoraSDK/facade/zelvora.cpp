@@ -13,7 +13,7 @@ namespace {
 
 asio::awaitable<std::string> publishableKeyAsToken(std::string key) { co_return key; }
 
-/// The application's supplier of tokens, or one that answers with the publishable key.
+/// The application's supplier of tokens, or one that returns the publishable key.
 AccessTokenProvider tokensFor(const ZelvoraSettings& settings, const ZelvoraHooks& hooks) {
   if (hooks.accessToken) return hooks.accessToken;
   return [key = settings.publishableKey] { return publishableKeyAsToken(key); };
@@ -31,7 +31,7 @@ const Platform& requirePorts(const Platform& platform) {
   return platform;
 }
 
-/// The application's log, where a sink that throws changes nothing of what happens.
+/// The application's log. Ignores exceptions of the sink.
 class QuietLog final : public LogSink {
  public:
   explicit QuietLog(std::shared_ptr<LogSink> log) : log_(std::move(log)) {}
@@ -40,7 +40,7 @@ class QuietLog final : public LogSink {
     try {
       log_->write(line);
     } catch (...) {
-      // There is no better place to say so.
+      // There is no better place to report it.
     }
   }
 
@@ -64,7 +64,7 @@ Slot<Value> slotOn(const Platform& platform, const Scope& scope) {
   });
 }
 
-/// The application's session, which nothing reaches any more once `scope` is closed.
+/// The application's session. Nothing is sent to it once `scope` is closed.
 class ScopedSession final : public UrlSession {
  public:
   ScopedSession(Scope scope, std::shared_ptr<UrlSession> session)
@@ -86,7 +86,7 @@ class ScopedSession final : public UrlSession {
   std::shared_ptr<UrlSession> session_;
 };
 
-/// Resolved and compiled by the first command, which also says how the spec was read.
+/// Resolved and compiled by the first command, which also logs why the spec isn't a full one.
 std::shared_ptr<const Lazy<PreparedSpec>> prepare(const StoredSpec& spec,
                                                   const std::shared_ptr<LogSink>& log) {
   return std::make_shared<const Lazy<PreparedSpec>>([spec, log] {
@@ -149,7 +149,7 @@ void Zelvora::Core::routeInBackground(std::shared_ptr<Core> core, Scope within, 
   const auto executors = core->platform.executors;
   auto task = routeAndDeliver(std::move(core), std::move(within), std::move(text),
                               OneOutcome(std::move(deliver)));
-  // Nothing escapes but what a main executor's `post` throws, which has no other address.
+  // Only an exception of the main executor's `post` can escape, and there is nowhere to send it.
   spawn(executors->background(), std::move(task), [](const std::exception_ptr&) {});
 }
 
@@ -209,7 +209,7 @@ void Zelvora::release() noexcept {
   core_->close();
   if (!voice_) return;
   try {
-    // The recogniser belongs to the main executor, and so does its end.
+    // The recogniser belongs to the main executor, so destroy it there.
     asio::post(core_->mainExecutor, [voice = std::move(voice_)] {});
   } catch (...) {
     voice_.reset();  // there is no main executor to end it on

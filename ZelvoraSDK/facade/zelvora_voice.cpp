@@ -34,7 +34,7 @@ std::shared_ptr<ZelvoraCloudSTTProvider> makeCloudSTT(
   return std::make_shared<ZelvoraBackendCloudSTTProvider>(std::move(with), platform.urlSession);
 }
 
-/// Questions to the user, which end with the scope.
+/// Questions to the user that end with the scope.
 class ScopedPermissions final : public Permissions {
  public:
   ScopedPermissions(Scope scope, std::shared_ptr<Permissions> permissions)
@@ -96,7 +96,7 @@ asio::awaitable<void> callWhileAlive(Scope scope, std::weak_ptr<VoicePipeline> v
   co_return;
 }
 
-/// What escapes from the voice pipeline is an outcome like any other.
+/// An exception of the voice pipeline becomes an outcome like any other.
 auto deliverFailure(Scope scope, std::weak_ptr<Callbacks> callbacks) {
   return [scope = std::move(scope),
           callbacks = std::move(callbacks)](const std::exception_ptr& failure) {
@@ -117,7 +117,7 @@ void complete(const Platform& platform, Scope scope, Completion completion,
              });
 }
 
-/// What fails is an outcome like any other.
+/// A failure becomes an outcome like any other.
 asio::awaitable<ZelvoraRouteResponse> routedAudio(std::shared_ptr<const VoicePipeline::Parts> parts,
                                                   AudioRequest request) {
   try {

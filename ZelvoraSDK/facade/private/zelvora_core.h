@@ -17,8 +17,7 @@
 
 namespace zelvora {
 
-/// Delivers one outcome: what it is given or, when it is destroyed without, that nothing can be
-/// routed any more.
+/// Delivers one outcome. If it is destroyed first, that outcome says that nothing can be routed.
 class OneOutcome {
  public:
   explicit OneOutcome(std::function<void(ZelvoraResult)> deliver)
@@ -38,8 +37,8 @@ class OneOutcome {
   std::unique_ptr<std::function<void(ZelvoraResult)>> deliver_;
 };
 
-/// What the façade owns. A call under way holds it, so it may outlive the façade; its scope is
-/// closed then, and its slots are empty.
+/// What the façade owns. A call under way holds it, so it may outlive the façade; by then its scope
+/// is closed and its slots are empty.
 class Zelvora::Core {
  public:
   using Scope = std::shared_ptr<CallScope>;
@@ -47,18 +46,18 @@ class Zelvora::Core {
 
   Core(Platform platform, ZelvoraSettings settings, StoredSpec storedSpec, ZelvoraHooks hooks);
 
-  /// Nothing of the application is entered afterwards.
+  /// None of the application's code is called after this.
   void close() noexcept;
 
-  /// Routes in the background and calls `deliver` with the one outcome, on any thread; also when
-  /// the background threads have ended.
+  /// Routes in the background and calls `deliver` with the one outcome, on any thread; does so even
+  /// after the background threads have ended.
   static void routeInBackground(std::shared_ptr<Core> core, Scope within, std::string text,
                                 Deliver deliver);
   /// Calls `completion` on the main executor while `within` is open.
   template <class Value>
   std::function<void(Value)> onMain(Scope within, std::function<void(Value)> completion) const;
 
-  /// The one outcome of `text`: a failure is an outcome, and each outcome is logged.
+  /// Returns the one outcome of `text`: a failure is an outcome too, and each outcome is logged.
   static asio::awaitable<ZelvoraResult> routeReported(std::shared_ptr<Core> core, Scope within,
                                                       std::string text);
   static std::shared_ptr<VoicePipeline> makeVoice(const std::shared_ptr<Core>& core,
@@ -66,7 +65,7 @@ class Zelvora::Core {
 
   Platform platform;  ///< Its log never throws.
   ZelvoraSettings settings;
-  asio::any_io_executor mainExecutor;  ///< For the end, when no port is asked any more.
+  asio::any_io_executor mainExecutor;  ///< For the release, which calls no port any more.
   AccessTokenProvider accessToken;
   AccessTokenProvider freshAccessToken;
   Scope scope;
@@ -97,7 +96,7 @@ std::function<void(Value)> Zelvora::Core::onMain(Scope within,
   };
 }
 
-/// What escapes from a task that nobody waits for can only be written to the log.
+/// Nobody waits for the task, so its exception can only be written to the log.
 inline auto logFailure(std::shared_ptr<LogSink> log) {
   return [log = std::move(log)](const std::exception_ptr& failure) {
     log->write("[Zelvora] background work failed: " + describeFailure(failure));
