@@ -29,7 +29,7 @@ std::vector<LintFinding> lintSpec(std::string_view text, const LintProgress& pro
   if (spec.prepared()) {
     const RoutedTexts routed(spec, progress);
     Remedies remedies(spec, routed);
-    // Errors get their remedies first, as long as there are tries for all.
+    // Errors come first, so that they get their remedies before the tries run out.
     checkRoutes(spec, routed, remedies, findings);
     checkWords(spec, routed, remedies, findings);
   }
@@ -48,8 +48,8 @@ std::string childPath(const std::string& path, const std::string& key) {
   return path.empty() ? key : path + "." + key;
 }
 
-/// What stands between an opening bracket and the first thing inside it, or a line of its own for
-/// an empty or one-line bracket: what a new last child needs before it.
+/// The white space before a new last child: what follows the opening bracket when that includes a
+/// line break, else one space.
 std::string indentOf(std::string_view text, const Value& container) {
   std::size_t end = container.begin + 1;
   while (end < container.end && isJsonSpace(text[end])) ++end;
@@ -57,7 +57,7 @@ std::string indentOf(std::string_view text, const Value& container) {
   return gap.find('\n') == gap.npos ? " " : std::string(gap);
 }
 
-/// Puts `child` behind the last child of the object or array at `container`.
+/// Puts `child` after the last child of the object or array at `container`.
 std::string withLastChild(std::string_view text, const Value& container, std::string_view child) {
   std::size_t end = container.end - 1;
   while (end > container.begin + 1 && isJsonSpace(text[end - 1])) --end;
@@ -80,7 +80,7 @@ std::string setMember(std::string_view text, const std::string& path, const std:
   const JsonPlaces places(text);
   const Value* object = places.find(path);
   if (!object) {
-    // The format's own keys have no dots, so the path falls apart at them.
+    // The format's own keys have no dots, so the path can be split at them.
     const std::size_t dot = path.rfind('.');
     const std::string above = dot == path.npos ? "" : path.substr(0, dot);
     const std::string name = dot == path.npos ? path : path.substr(dot + 1);

@@ -237,7 +237,7 @@ namespace {
 using workbench::SpecKey;
 using workbench::SpecType;
 
-/// What the reader takes for a decimal number, with or without sign, fraction and exponent.
+/// What the reader accepts as a decimal number, with or without sign, fraction and exponent.
 constexpr std::string_view kDecimal = R"(^[+-]?([0-9]+\.?[0-9]*|\.[0-9]+)([eE][+-]?[0-9]+)?$)";
 
 /// An optional key may be null, which is the same as missing.

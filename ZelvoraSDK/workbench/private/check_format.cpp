@@ -26,7 +26,7 @@ std::string memberPath(const std::string& path, std::string_view key) {
 
 // Validation.
 
-/// The place that a message of the whole spec is about.
+/// The path that a message about the whole spec refers to.
 std::string pathOf(const std::string& problem, const RuntimeSpec& spec) {
   if (problem.starts_with("appId")) return "app.id";
   if (problem.starts_with("locale")) return "app.default_locale";
@@ -83,7 +83,7 @@ void checkValidation(const LintedSpec& spec, Findings& findings) {
 
 // Decoding.
 
-/// A key with its standard value: the whole of a section that has standard values only.
+/// A key's standard value as JSON. A section gets its required keys with their standard values.
 std::string standardJson(const SpecKey& key) {
   if (!key.standard.empty()) return std::string(key.standard);
   switch (key.type) {
@@ -116,7 +116,7 @@ const SpecKey* keyAt(std::string_view path) {
   return found;
 }
 
-/// What decoding says, taken apart.
+/// A decoding error, taken apart.
 struct DecodingProblem {
   std::string path;  ///< Of the value that is wrong or missing.
   bool isMissing = false;
@@ -133,7 +133,7 @@ DecodingProblem problemOf(const std::string& description) {
     const std::size_t begin = at + kForKey.size();
     problem.path += "." + description.substr(begin, description.find('\'', begin) - begin);
   }
-  // An element of an array is no key of its own.
+  // An element of an array is not a key.
   if (!problem.path.ends_with(']')) problem.key = keyAt(problem.path);
   return problem;
 }
@@ -281,7 +281,7 @@ class KeyCheck {
     findings_.add(std::move(finding));
   }
 
-  /// A value that does not fit under its new name would cost the whole spec.
+  /// If the value does not fit its new name, the whole spec no longer decodes.
   [[nodiscard]] bool stillDecodes(const SpecEdit& renaming) const {
     if (!isFull_) return true;
     try {
@@ -312,7 +312,7 @@ class EffectCheck {
   }
 
  private:
-  /// One note, unless `value` is in force anyway.
+  /// Adds one note, unless `value` is in force anyway.
   template <class Value>
   void expect(const std::string& path, const Value& value, const Value& inForce,
               const char* message) {

@@ -99,7 +99,7 @@ class RouteCheck {
            {}});
   }
 
-  /// Everything of the task in one utterance: no utterance gives it more points.
+  /// Everything of the task in one utterance: no other utterance gives it more points.
   [[nodiscard]] std::string wholeTask(std::uint32_t task) const {
     std::string whole;
     for (const std::string& each : spec_.tasks()[task].keywords) whole += each + ' ';
@@ -153,7 +153,7 @@ class RouteCheck {
       const Lead& lead = leadOf(text);
       if (lead.kind == Lead::Kind::nothing) continue;
       if (lead.task == task || (!reaching.empty() && lead.task != leadOf(reaching[0]).task)) {
-        // A task that leads anywhere, or is led by several, has no shadow.
+        // A task that leads for one of its texts, or trails several tasks, has no shadow.
         if (lead.task == task || earns(text)) return;
         continue;
       }

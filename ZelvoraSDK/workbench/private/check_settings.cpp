@@ -156,7 +156,7 @@ class SynonymCheck {
     const std::string canonical = normalizeForMatch(replacement);
     for (CanonicalWords words(canonical); !words.done(); words.next())
       if (words_.contains(words.word())) return true;
-    // It may still hold a keyword within a longer word.
+    // The replacement may still contain a keyword within a longer word.
     const auto ranked = spec_.prepared()->tasks()->rank(replacement);
     return !ranked.empty() && ranked.front().score > 0;
   }
@@ -166,7 +166,7 @@ class SynonymCheck {
   std::set<std::string, std::less<>> words_;
 };
 
-/// Reports locale keys that are another one in a different spelling.
+/// Reports locale keys that repeat another one in a different spelling.
 class LocaleSpellings {
  public:
   explicit LocaleSpellings(Findings& findings) : findings_(findings) {}

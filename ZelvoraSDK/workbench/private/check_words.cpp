@@ -31,7 +31,7 @@ bool isOfShortWordScript(char32_t c) {
          (c >= 0xAB30 && c <= 0xAB6F) || (c >= 0xFF21 && c <= 0xFF5A);
 }
 
-/// Whether a word is made of letters of those scripts alone, and of at most `most`.
+/// Whether a word has at most `most` letters, all of them of those scripts.
 bool isShortWord(std::string_view word, std::size_t most) {
   std::size_t letters = 0;
   while (!word.empty()) {
@@ -43,8 +43,8 @@ bool isShortWord(std::string_view word, std::size_t most) {
   return letters > 0;
 }
 
-/// Whether `longer` is just `word` with an ending, or a prefix, of up to two letters. A prefix
-/// makes another word of a short one where words are not joined with articles and prepositions:
+/// Whether `longer` is just `word` with an ending, or a prefix, of up to two letters. A prefix on a
+/// short word makes a different word in scripts that don't join articles and prepositions to words:
 /// "art" in "start".
 bool isInflection(std::string_view longer, std::string_view word) {
   const auto addsLittle = [&](std::string_view rest) { return characterCount(rest) <= 2; };
@@ -53,7 +53,7 @@ bool isInflection(std::string_view longer, std::string_view word) {
          !isShortWord(word, 3);
 }
 
-/// The words of all own texts, as they are routed and as they are written, and what stands in them.
+/// The words of all own texts as they are routed, and the parts inside them.
 class Vocabulary {
  public:
   Vocabulary(const LintedSpec& spec, const RoutedTexts& routed) {
@@ -63,8 +63,7 @@ class Vocabulary {
         textsOf_[std::string(each.word())].push_back(text);
   }
 
-  /// The words that contain `part`, itself included, each with the texts that have it. All parts
-  /// must have been asked for with `prepare`.
+  /// The words that contain `part`, itself included. All parts must have been passed to `prepare`.
   [[nodiscard]] const Words& containing(const std::string& part) const {
     static const Words kNone;
     const auto at = containing_.find(part);
@@ -75,7 +74,7 @@ class Vocabulary {
     return textsOf_.at(word);
   }
 
-  /// Looks every part of every word up once: the work grows with the letters, not with the pairs.
+  /// Looks up every part of every word once: the work grows with the letters, not with the pairs.
   void prepare(const std::set<std::string>& parts) {
     std::set<std::size_t> lengths;
     for (const std::string& part : parts) lengths.insert(part.size());
@@ -155,7 +154,7 @@ class WordCheck {
     }
   }
 
-  /// The keyword leaves this task, else the other, else becomes longer here.
+  /// Removes the keyword from this task, else from the other, else makes it longer here.
   std::optional<Remedy> keptApart(const OwnText& own, const OwnText& other) {
     if (auto remedy = remedies_.without(own)) return remedy;
     if (auto remedy = remedies_.without(other)) {
@@ -184,7 +183,7 @@ class WordCheck {
   // Short tokens.
 
   void checkShortTokens() {
-    // As they are written: which words the spec drops does not matter here.
+    // As they are written: it does not matter here which words the spec drops.
     std::map<std::string, std::set<std::uint32_t>> tasksWith;
     std::set<std::string> tokens;
     for (const OwnText& own : spec_.ownTexts())
@@ -230,7 +229,7 @@ class WordCheck {
     add(std::move(finding), std::move(remedy), inOtherWords(token));
   }
 
-  /// For a token whose loss alone would lead a text elsewhere.
+  /// For a token that can't be dropped without leading a text elsewhere.
   static std::string inOtherWords(const std::string& token) {
     return "say it in other words, without " + inQuotes(token);
   }
@@ -252,7 +251,7 @@ class WordCheck {
 
   // Words inside words.
 
-  /// Where one text of another task has a part only inside longer words; those words.
+  /// The longer words that contain `part` in texts of other tasks that have it nowhere else.
   Words insideElsewhere(std::uint32_t task, const std::string& part) const {
     std::map<std::size_t, Words> insideOf;
     std::set<std::size_t> whole;
@@ -274,7 +273,7 @@ class WordCheck {
     return !insidePhrase(task, keyword).empty();
   }
 
-  /// The longer words that let a keyword of several words count in texts of other tasks.
+  /// The longer words that let a keyword count in texts of other tasks.
   Words insidePhrase(std::uint32_t task, const Words& keyword) const {
     if (keyword.size() == 1) return insideElsewhere(task, keyword[0]);
     // Texts that have all words of the phrase, and of them those that have one only inside others.
@@ -328,7 +327,7 @@ class WordCheck {
   void checkTokensInside(const OwnText& own,
                          std::set<std::pair<std::uint32_t, std::string>>& reported) {
     for (const std::string& token : tokensOf(own.text)) {
-      if (isShortWord(token, 2)) continue;  // reported as what it is
+      if (isShortWord(token, 2)) continue;  // reported as a short token
       const Words longerWords = insideElsewhere(own.task, token);
       if (longerWords.empty() || !reported.emplace(own.task, token).second) continue;
       LintFinding finding{.code = "inside-word",
@@ -343,7 +342,7 @@ class WordCheck {
     }
   }
 
-  /// The token leaves every example of the task, the last example first.
+  /// Removes the token from every example of the task, the last example first.
   std::optional<Remedy> leavingOut(std::uint32_t task, const std::string& token) {
     Remedy remedy{"leave out " + inQuotes(token), {}};
     const auto& texts = spec_.ownTexts();

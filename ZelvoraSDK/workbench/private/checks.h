@@ -62,7 +62,7 @@ class LintedSpec {
   [[nodiscard]] const std::vector<OwnText>& ownTexts() const { return ownTexts_; }
   /// How many minimal tasks are left out because they lack something.
   [[nodiscard]] std::size_t skippedTasks() const { return skippedTasks_; }
-  /// What is wrong with each task, as validation words it; by raw index.
+  /// What validation says about each minimal task, by raw index. Empty for a full spec.
   [[nodiscard]] std::vector<std::string> taskProblems() const;
 
  private:
@@ -130,7 +130,7 @@ class RoutedTexts {
   [[nodiscard]] Lead leadOf(const ZelvoraResult& result) const;
 
   const LintedSpec& spec_;
-  std::unordered_map<std::string_view, std::uint32_t> taskById_;  ///< The first with an id.
+  std::unordered_map<std::string_view, std::uint32_t> taskById_;  ///< The first task with each id.
   std::vector<Routed> routed_;
 };
 

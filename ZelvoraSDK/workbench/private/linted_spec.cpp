@@ -15,8 +15,8 @@ namespace zelvora::workbench {
 
 namespace {
 
-/// The records of a minimal task as the library makes them, but without the constructor's
-/// preconditions, which a blank would break. Empty for a task that is left out.
+/// The record of a minimal task as the library makes it, except for its examples, and unchecked: a
+/// blank would break the constructor's preconditions. Empty for a task that is left out.
 std::optional<ZelvoraTaskSpec> uncheckedRecord(const MinimalRuntimeSpec::MinimalTask& task) {
   ZelvoraTaskSpec record;
   record.taskId = task.id ? *task.id : task.taskId.value_or("");

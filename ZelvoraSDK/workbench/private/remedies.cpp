@@ -19,7 +19,7 @@ using EditKind = SpecEdit::Kind;
 
 constexpr double kSinglePoints = 3.0;
 constexpr double kTokenPoints = 0.6;
-constexpr long kWorkOfSearching = 50;  ///< Going over all texts, in texts routed.
+constexpr long kWorkOfSearching = 50;  ///< Cost of going over all texts, in texts routed.
 constexpr std::size_t kMostExamples = 8;
 constexpr const char* kNothingHelps =
     "give it keywords of several words that no other task has, or lower the thresholds";
@@ -45,7 +45,7 @@ void say(Remedy& remedy, const std::string& what) {
 
 }  // namespace
 
-/// Routes with one task in another form: all others keep their scores.
+/// Routes with one task changed: all others keep their scores.
 class Remedies::RouteWith {
  public:
   RouteWith(Remedies& remedies, std::uint32_t task, const ZelvoraTaskSpec& record)
@@ -130,7 +130,7 @@ Remedies::Draft Remedies::draftOf(std::uint32_t task) const {
 }
 
 void Remedies::addKeyword(Draft& draft, std::uint32_t task, const std::string& keyword) const {
-  // A minimal task without keywords has its title for one, until it gets another.
+  // A minimal task without keywords uses its title as one, until it gets another.
   const auto& records = spec_.tasks();
   const bool hasOwn =
       spec_.full() || std::ranges::any_of(spec_.ownTexts(), [&](const OwnText& own) {
@@ -284,11 +284,11 @@ Remedy Remedies::open(std::uint32_t task, const std::vector<std::size_t>& ownTex
                                       [&](std::string_view each) { return with(each); })
                               .opens(task);
     if (opensNow) continue;
-    // What says all of another task's phrase belongs there.
+    // A text that has all of another task's phrase belongs to that task.
     if (belongsElsewhere(text) || !makeOpen(draft, task, text)) left.push_back(text);
   }
   if (left.size() == ownTexts.size() && left.size() > 1) return {kNothingHelps, {}};
-  // The last index first: leaving an entry out moves those behind it.
+  // The last index first: leaving an entry out shifts those after it.
   for (auto text = left.rbegin(); text != left.rend(); ++text) {
     const OwnText& own = spec_.ownTexts()[*text];
     const bool isOut = takeOut(draft, own);
@@ -360,7 +360,7 @@ std::optional<Remedy> Remedies::replacing(const OwnText& own, const std::string&
   }
   draft.added = {by};
   if (!isKept(draft, own.task, std::nullopt)) return std::nullopt;
-  // The array of a spelling of its own, such as "synonyms", stays the same one.
+  // Keeps the array in the spelling it has, such as "synonyms".
   const std::string array = own.path.substr(0, own.path.rfind('['));
   const std::size_t dot = array.rfind('.');
   return Remedy{"write " + inQuotes(by),
