@@ -53,7 +53,7 @@ asio::awaitable<bool> comesBackToItsExecutor(Actor<Numbers>& actor, MainLoop& lo
   co_return sameThread;
 }
 
-TEST(Actor, GivesTheCallerItsExecutorBack) {
+TEST(Actor, ResumesTheCallerOnItsOwnExecutor) {
   WorkerPool pool(2);
   MainLoop loop;
   Actor<Numbers> actor;
@@ -66,7 +66,7 @@ TEST(Actor, GivesTheCallerItsExecutorBack) {
         numbers.clear();
         --waiting;
       });
-      // A caller that drains the queue must come to its end, however slow its thread is.
+      // Keeps the queue short, so that a caller on a slow thread can drain it to the end.
       while (waiting > 100 && !stop) std::this_thread::yield();
     }
   });

@@ -59,7 +59,7 @@ std::future<std::string> started(const asio::any_io_executor& executor, const Sc
   return asio::co_spawn(executor, outcomeOf(scope, std::move(start)), asio::use_future);
 }
 
-TEST(CallScope, HandsBackWhatACallGivesOrThrows) {
+TEST(CallScope, PassesOnWhatACallReturnsOrThrows) {
   WorkerPool pool(2);
   const Scope scope = CallScope::make(pool.executor());
   EXPECT_EQ(started(pool.executor(), scope, [] { return give(5); }).get(), "5");
@@ -102,7 +102,7 @@ TEST(CallScope, AnswersItsCallerEvenWhenTheWorkNeverEnds) {
   const auto goOn = std::make_shared<std::promise<void>>();  // outlives the test on the pool
   auto outcome = started(callers.executor(), scope, [&busy, goOn] {
     busy.set_value();
-    goOn->get_future().get();  // deaf to cancellation, as a port may be
+    goOn->get_future().get();  // ignores cancellation, as a port may
     return give(1);
   });
   busy.get_future().get();
@@ -165,7 +165,7 @@ class SlotTest : public ::testing::Test {
 TEST_F(SlotTest, LetsAHandlerReplaceOrClearItself) {
   slot_ = [this, alive = std::make_shared<int>(1)](int value) {
     slot_ = [this](int later) { seen_.push_back(100 + later); };
-    seen_.push_back(*alive * value);  // its own captures, after it was replaced
+    seen_.push_back(*alive * value);  // still has its captures after it was replaced
   };
   slot_.send(1);
   slot_.send(2);

@@ -38,7 +38,7 @@ asio::awaitable<std::string> outcomeOf(DurableQueue queue, std::function<int()> 
   }
 }
 
-TEST(DurableQueue, DoesItsWorkInOrderOffTheCallersThread) {
+TEST(DurableQueue, RunsItsWorkInOrderOffTheCallersThread) {
   WorkerPool pool(2);
   WorkerPool callers(1);
   const DurableQueue queue = queueOn(pool);
@@ -58,7 +58,7 @@ TEST(DurableQueue, DoesItsWorkInOrderOffTheCallersThread) {
   EXPECT_EQ(ask([]() -> int { throw std::runtime_error("spilt"); }), "spilt");
 }
 
-TEST(DurableQueue, DoesWhatItAcceptedWhenItsThreadsEndFirst) {
+TEST(DurableQueue, FinishesAcceptedWorkWhenItsThreadsEndFirst) {
   auto pool = std::make_unique<WorkerPool>(1);
   WorkerPool callers(1);
   const DurableQueue queue([threads = pool->executor()] { return threads; });
@@ -77,14 +77,14 @@ TEST(DurableQueue, DoesWhatItAcceptedWhenItsThreadsEndFirst) {
   std::this_thread::yield();
   goOn.set_value();
   ending.join();
-  // The end may come before the question's turn or after it; an answer comes in any case.
+  // The pool may end before or after the question's turn; there is an answer either way.
   EXPECT_THAT(question.get(), ::testing::AnyOf("1", "The background threads have ended"));
   queue.accept([&] { ++done; });
   EXPECT_TRUE(DurableQueue::finishAll(seconds(10)));
   EXPECT_EQ(done, 201);
 }
 
-TEST(DurableQueue, WaitsForAStoreThatHangsNoLongerThanTheBound) {
+TEST(DurableQueue, WaitsForAHungStoreNoLongerThanTheLimit) {
   WorkerPool pool(1);
   const auto goOn = std::make_shared<std::promise<void>>();
   std::atomic<bool> other = false;
@@ -97,7 +97,7 @@ TEST(DurableQueue, WaitsForAStoreThatHangsNoLongerThanTheBound) {
   EXPECT_TRUE(DurableQueue::finishAll(seconds(10)));
 }
 
-TEST(EndingWork, IsWaitedForInWhatOthersLeftOfTheTime) {
+TEST(EndingWork, IsWaitedForOnlyInTheTimeThatOthersLeft) {
   testing::ChildProcess process([] {
     const auto all = EndingWork::timeLeftAtExit();
     std::this_thread::sleep_for(milliseconds(20));

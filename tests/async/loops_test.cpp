@@ -25,7 +25,7 @@ asio::awaitable<void> sleepForever(std::shared_ptr<int> held) {
   *held = 1;
 }
 
-/// Posts every kind of work that holds `held`, and gives the executor, which outlives its loop.
+/// Posts every kind of work that holds `held`, on an executor that outlives its loop.
 void leaveWork(const asio::any_io_executor& executor, const std::shared_ptr<int>& held) {
   asio::post(executor, [held] { *held = 1; });
   const auto serial = SerialExecutor::on(executor);
@@ -34,11 +34,11 @@ void leaveWork(const asio::any_io_executor& executor, const std::shared_ptr<int>
   asio::co_spawn(executor, sleepForever(held), asio::detached);
 }
 
-TEST(MainLoop, DestroysTheWorkThatItNeverRanAndWhatComesLater) {
+TEST(MainLoop, DestroysWorkThatItNeverRanAndWorkPostedLater) {
   auto loop = std::make_unique<MainLoop>();
   const auto executor = loop->executor();
   const auto held = std::make_shared<int>();
-  // The first run leaves a coroutine that waits for its timer, the rest never begins.
+  // The first run leaves a coroutine that waits for its timer; the rest never starts.
   leaveWork(executor, held);
   asio::post(executor, [&] { loop->stop(); });
   loop->run();
@@ -61,7 +61,7 @@ TEST(MainLoop, MayBeDestroyedInsideItsOwnWork) {
   EXPECT_EQ(*held, 0);
 }
 
-TEST(MainLoop, LetsAnExceptionOutAndGoesOnBehindIt) {
+TEST(MainLoop, LetsAnExceptionOutAndGoesOnAfterIt) {
   MainLoop loop;
   std::vector<int> ran;
   asio::post(loop.executor(), [&] {
@@ -77,7 +77,7 @@ TEST(MainLoop, LetsAnExceptionOutAndGoesOnBehindIt) {
   EXPECT_EQ(ran, (std::vector{1, 2}));
 }
 
-TEST(WorkerPool, DestroysTheWorkThatItNeverRanAndWhatComesLater) {
+TEST(WorkerPool, DestroysWorkThatItNeverRanAndWorkPostedLater) {
   auto pool = std::make_unique<WorkerPool>(1);
   const auto executor = pool->executor();
   const auto held = std::make_shared<int>();
@@ -112,7 +112,7 @@ TEST(WorkerPool, MayBeDestroyedOnOneOfItsOwnThreads) {
 }
 
 /// Posting races with the end: whichever wins, nothing stays behind.
-TEST(WorkerPool, KeepsNothingOfWorkThatComesWhileItEnds) {
+TEST(WorkerPool, KeepsNoWorkThatIsPostedWhileItEnds) {
   for (int round = 0; round < 50; ++round) {
     auto pool = std::make_unique<WorkerPool>(2);
     const auto executor = pool->executor();

@@ -14,7 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using Subscription = ObservableObjectPublisher::Subscription;
 
-TEST(Publisher, TellsListenersInTheirOrderUntilTheyLeave) {
+TEST(Publisher, NotifiesListenersInOrderUntilTheyLeave) {
   ObservableObjectPublisher publisher;
   std::string told;
   Subscription a = publisher.subscribe([&] { told += 'a'; });
@@ -27,7 +27,7 @@ TEST(Publisher, TellsListenersInTheirOrderUntilTheyLeave) {
   EXPECT_EQ(told, "abac");
 }
 
-TEST(Publisher, StandsListenersThatComeAndGoWhileItTells) {
+TEST(Publisher, AllowsListenersToComeAndGoWhileItNotifies) {
   auto publisher = std::make_unique<ObservableObjectPublisher>();
   std::string told;
   std::vector<Subscription> kept;

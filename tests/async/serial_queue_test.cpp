@@ -16,7 +16,7 @@
 namespace zelvora {
 namespace {
 
-TEST(SerialQueue, RunsTheWorkOfEachThreadInItsOrderAndNeverTwoAtOnce) {
+TEST(SerialQueue, RunsEachThreadsWorkInOrderAndOneAtATime) {
   constexpr int kEach = 1000;
   WorkerPool pool(4);
   const SerialQueue queue("test", pool.executor());
@@ -35,7 +35,7 @@ TEST(SerialQueue, RunsTheWorkOfEachThreadInItsOrderAndNeverTwoAtOnce) {
   for (const auto& [thread, i] : all) EXPECT_EQ(i, next[thread]++);
 }
 
-TEST(SerialQueue, HandsFailuresToWhoeverWaits) {
+TEST(SerialQueue, HandsFailuresToTheWaitingCaller) {
   WorkerPool pool(1);
   const SerialQueue queue("test", pool.executor());
   EXPECT_THROW(queue.wait([]() -> int { throw Error("Test", 1, "no"); }), Error);

@@ -36,7 +36,7 @@ void writeJson(JsonWriter& out, const Screen& screen) {
   out.endObject();
 }
 
-/// The description of the Error that decoding `text` as a T ends in; checks its domain and code.
+/// The description of the Error that decoding `text` as a T throws; checks its domain and code.
 template <class T>
 std::string failureOf(std::string_view text, JsonErrorCode code) {
   try {
@@ -102,7 +102,7 @@ TEST(JsonParse, PointsAtLineAndColumnOfAnError) {
   for (const auto& row : rows) EXPECT_EQ(failureOf<double>(row.text, row.code), row.expected);
 }
 
-TEST(JsonParse, SkipsAByteOrderMarkAndLetsTheLastDuplicateCount) {
+TEST(JsonParse, SkipsAByteOrderMarkAndKeepsTheLastDuplicate) {
   const auto map = decodeJson<OrderedMap<std::int64_t>>("\xEF\xBB\xBF{\"b\":1, \"a\":2, \"b\":3}");
   ASSERT_EQ(map.size(), 2u);
   EXPECT_EQ(map.begin()->first, "b");
@@ -123,7 +123,7 @@ TEST(JsonParse, DecodesEscapesAndKeepsNul) {
             std::string("a\0א😀/\n", 10));
 }
 
-TEST(JsonParse, RefusesWhatLiesPastItsLimitsAtOnce) {
+TEST(JsonParse, RefusesWhatExceedsItsLimitsAtOnce) {
   EXPECT_NO_THROW((void)parseJson(nested(kMaxJsonDepth)));
   const std::string tooDeep =
       "line 1, column " + std::to_string(kMaxJsonDepth + 1) + ": nested deeper than 512 levels";
@@ -138,7 +138,7 @@ TEST(JsonParse, RefusesWhatLiesPastItsLimitsAtOnce) {
             "the document has 134217729 bytes, more than the 134217728 allowed");
 }
 
-TEST(JsonRead, TakesIntegersForDoublesAndIntegralDoublesForIntegers) {
+TEST(JsonRead, AcceptsIntegersAsDoublesAndIntegralDoublesAsIntegers) {
   EXPECT_EQ(decodeJson<double>("3"), 3.0);
   EXPECT_EQ(decodeJson<double>("18446744073709551615"), 18446744073709551615.0);
   const struct {
@@ -184,7 +184,7 @@ TEST(JsonRead, NamesThePlaceOfAWrongOrMissingValue) {
   EXPECT_EQ(failureOf<double>("true", typeMismatch), "the document: expected Double, found bool");
 }
 
-TEST(JsonRead, TakesNullForAbsentWhereAValueIsOptional) {
+TEST(JsonRead, ReadsNullAsAbsentWhereAValueIsOptional) {
   const auto screen = decodeJson<Screen>(R"({"id":"a","title":null,"words":[],"rank":null,"x":1})");
   EXPECT_EQ(screen.title, std::nullopt);
   EXPECT_EQ(screen.rank, 7);

@@ -5,7 +5,7 @@
 namespace zelvora {
 namespace {
 
-TEST(Text, TrimsEveryWhiteSpaceAndNothingElse) {
+TEST(Text, TrimsAllWhiteSpaceAndNothingElse) {
   const struct {
     const char* text;
     const char* expected;

@@ -12,7 +12,7 @@
 namespace zelvora {
 namespace {
 
-TEST(MeteredEngines, ShowLevelsWithoutKeepingTheAudioThread) {
+TEST(MeteredEngines, ShowLevelsWithoutBlockingTheAudioThread) {
   testing::SpeechStandIns ports;
   std::promise<void> opened;
   const auto open = opened.get_future().share();

@@ -7,7 +7,7 @@
 namespace zelvora {
 namespace {
 
-/// 0 when `text` may be asked, else the code of the refusal.
+/// 0 when `text` is allowed, else the code of the refusal.
 int refusalOf(const char* text) {
   try {
     requireSecure(parseUrl(text));
@@ -67,7 +67,7 @@ TEST(Url, IsHttpsOrStaysOnThisMachine) {
   for (const auto& row : rows) EXPECT_EQ(refusalOf(row.text), row.refusal) << row.text;
 }
 
-TEST(Url, TakesAPathWithOneSlashBetween) {
+TEST(Url, JoinsAPathWithOneSlash) {
   const struct {
     const char* base;
     const char* component;
