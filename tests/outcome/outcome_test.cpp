@@ -10,7 +10,7 @@
 namespace zelvora {
 namespace {
 
-TEST(Choice, NeedsAConfidenceAndDoesWithoutScreenAndParams) {
+TEST(Choice, NeedsAConfidenceButNoScreenOrParams) {
   const auto choice = decodeJson<ZelvoraChoice>(R"({"taskId":"a","title":"A","confidence":1})");
   EXPECT_EQ(choice, (ZelvoraChoice{"a", "A", 1.0, {}, {}}));
   for (const char* broken :
@@ -26,7 +26,7 @@ TEST(Choice, ReadsBackWhatItWrites) {
   EXPECT_EQ(decodeJson<ZelvoraChoice>(toJson(choice)), choice);
 }
 
-TEST(TaskAction, LeavesOutWhatIsAbsentAndTakesNullForAbsent) {
+TEST(TaskAction, LeavesOutWhatIsAbsentAndReadsNullAsAbsent) {
   const auto action = decodeJson<ZelvoraTaskAction>(
       R"({"type":"present","presentationId":"sheet","screenId":null})");
   EXPECT_EQ(action, (ZelvoraTaskAction{"present", "sheet", {}}));
@@ -34,7 +34,7 @@ TEST(TaskAction, LeavesOutWhatIsAbsentAndTakesNullForAbsent) {
   EXPECT_THROW((void)decodeJson<ZelvoraTaskAction>(R"({"screenId":"s"})"), Error);
 }
 
-TEST(Result, EqualityLooksAtValuesAndNotAtTheOrderOfParams) {
+TEST(Result, EqualityIgnoresTheOrderOfParams) {
   const ZelvoraExecute execute{"s", {{"a", "1"}, {"b", "2"}}, "", 0.5, {}};
   ZelvoraExecute other = execute;
   other.params = {{"b", "2"}, {"a", "1"}};

@@ -94,7 +94,7 @@ TEST(ContextEngine, ReplacesAPhraseWhateverItsCase) {
 }
 
 TEST(ContextEngine, TriesFiveChangedPhrasings) {
-  // "open" changes nothing and is free; the second "A" is a repeat and is not.
+  // "open" changes nothing and is not counted; the second "A" is a repeat and is.
   const Context context = withSynonyms(
       {{"open", {"open", "A", "A", "B"}}, {"missing", {"Z"}}, {"cart", {"C", "D", "E", "F"}}});
   EXPECT_THAT(expand("open cart", context),
@@ -144,14 +144,14 @@ TEST(ContextEngine, FollowsUpOnTheLastScreen) {
   EXPECT_EQ(followup("in size ten please now"), "none");
   EXPECT_EQ(followup("What about the blue one in ten"), "What about the blue one in ten orders");
   EXPECT_EQ(followup("Android is a phone system"), "Android is a phone system orders");
-  EXPECT_EQ(followup(" and so it goes on"), "none");  // a cue stands at the very start
+  EXPECT_EQ(followup(" and so it goes on"), "none");  // a cue must be at the very start
   EXPECT_EQ(followup(" \t"), "orders");
   EXPECT_EQ(followup("more", "Orders", 60), "more orders");
   EXPECT_EQ(followup("more", "Orders", 61), "none");
   EXPECT_EQ(followup("more", "Orders", 30, false), "none");
   EXPECT_EQ(followup("more", std::nullopt), "none");
   EXPECT_EQ(followup("more", ""), "none");
-  EXPECT_EQ(followup("more", " "), "none");  // nothing but the utterance again
+  EXPECT_EQ(followup("more", " "), "none");  // would only repeat the utterance
 }
 
 TEST(ContextEngine, NeedsNoContextSection) {

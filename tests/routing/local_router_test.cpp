@@ -77,7 +77,7 @@ TEST(LocalRouter, ScoresKeywordsAndExamples) {
   }
 }
 
-TEST(LocalRouter, FindsAVeryFrequentWordOfATaskThatIsAloneInHavingExamples) {
+TEST(LocalRouter, FindsAVeryFrequentWordOfTheOnlyTaskWithExamples) {
   std::vector<ZelvoraTaskSpec> tasks(1000, taskOf("other", {"x"}));
   tasks[700] = taskOf("go", {"y"}, std::vector<std::string>(40, "go"));
   const ZelvoraResult result = CompiledTasks(tasks).route("go", {});
@@ -85,7 +85,7 @@ TEST(LocalRouter, FindsAVeryFrequentWordOfATaskThatIsAloneInHavingExamples) {
   EXPECT_EQ(std::get<ZelvoraExecute>(result).taskId, "go");
 }
 
-TEST(LocalRouter, TellsWhichKeywordAndTokenEarnedWhat) {
+TEST(LocalRouter, ReportsWhichKeywordAndTokenEarnedWhat) {
   const CompiledTasks tasks({taskOf("cart", {"Cart!", "open cart"}, {"show my cart", "אני"})});
   const TaskPoints points = tasks.explain("open cart now", 0);
   ASSERT_EQ(points.keywords.size(), 2u);
@@ -217,7 +217,7 @@ TEST(LocalRouter, FollowsTheActionOfATask) {
   }
 }
 
-TEST(LocalRouter, ReadsASpecAndTellsNothingOfAMiss) {
+TEST(LocalRouter, ReadsASpecAndLogsNothingForAMiss) {
   struct OneTask : ZelvoraSpec {
     std::string appId() const override { return "app"; }
     std::string locale() const override { return "en"; }

@@ -1,4 +1,4 @@
-// Holds the compiled router to the literal one on random specs and utterances.
+// Compares the compiled router with the literal one on random specs and utterances.
 
 #include <gtest/gtest.h>
 
@@ -54,7 +54,7 @@ struct Shape {
   std::size_t vocabulary;  ///< How many of the pieces are used.
 };
 
-/// A vocabulary larger than the pieces goes on with words that hardly collide.
+/// Past the pieces, a vocabulary continues with words that hardly collide.
 std::string pieceAt(std::size_t index) {
   if (index < std::size(kPieces)) return std::string(kPieces[index]);
   return " x" + std::to_string(index) + "z ";
@@ -135,7 +135,7 @@ class RouterAgainstReference : public ::testing::TestWithParam<Trial> {};
 
 TEST_P(RouterAgainstReference, AgreesInResultsScoresAndOrder) {
   const auto& [name, shape, specs, utterances] = GetParam();
-  RoutingScratch scratch;  // Kept from spec to spec, as it may be.
+  RoutingScratch scratch;  // Reused from spec to spec, as is allowed.
   for (int spec = 0; spec < specs; ++spec) {
     Dice dice(static_cast<std::uint64_t>(spec));
     const CompiledTasks compiled(randomTasks(dice, shape));

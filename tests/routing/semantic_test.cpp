@@ -101,7 +101,7 @@ const SemanticCache::Matches kMatches = {{"cart", 0.9}, {"home", 0.4}};
 
 Timestamp at(double seconds) { return Timestamp(Seconds{seconds}); }
 
-TEST(SemanticCache, KeepsAnEntryForItsTimeToLiveThatAgeIncluded) {
+TEST(SemanticCache, KeepsAnEntryUpToAndIncludingItsTimeToLive) {
   const struct {
     std::optional<std::int64_t> ttl;
     double age;
@@ -123,12 +123,12 @@ TEST(SemanticCache, KeepsAnEntryForItsTimeToLiveThatAgeIncluded) {
     const auto found = cache.lookup("k", row.ttl, at(1000 + row.age));
     EXPECT_EQ(found.has_value(), row.fresh) << row.age;
     EXPECT_EQ(found.value_or(kMatches), kMatches) << row.age;
-    // A miss over age drops the entry, so that no longer time to live brings it back.
+    // An entry that is too old is dropped: a longer time to live does not bring it back.
     EXPECT_EQ(cache.lookup("k", 1'000'000, at(1000 + row.age)).has_value(), row.fresh) << row.age;
   }
 }
 
-TEST(SemanticCache, ReplacesEntryAndAgeAndTellsAnEmptyAnswerFromNone) {
+TEST(SemanticCache, ReplacesEntryAndAgeAndTellsAnEmptyAnswerFromAMiss) {
   SemanticCache cache;
   EXPECT_FALSE(cache.lookup("k", 120, at(0)));
   cache.store("k", kMatches, at(0));

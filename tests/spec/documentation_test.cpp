@@ -29,7 +29,7 @@ TEST(SpecFormatPage, ShowsSpecsThatDecodeAndValidate) {
   EXPECT_THROW((void)decodeJson<RuntimeSpec>(examples[1]), Error);
   const auto minimal = decodeJson<MinimalRuntimeSpec>(examples[1]);
   EXPECT_EQ(minimal.tasks().size(), 1u);
-  // It is minimal on purpose: a file with an app is taken for a full spec that is broken.
+  // Minimal on purpose: a file with an app would count as a broken full spec.
   EXPECT_EQ(minimal.validateSpec(), std::vector<std::string>{"appId is empty"});
 }
 

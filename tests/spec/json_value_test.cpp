@@ -35,7 +35,7 @@ TEST(JSONValue, KeepsStructureAndOrderOfAParsedDocument) {
     EXPECT_EQ(toJson(JSONValue::from(parseJson(row.text).root())), row.expected);
 }
 
-TEST(JSONValue, TakesBoolsForBoolsAndEveryNumberForADouble) {
+TEST(JSONValue, KeepsBoolsAndTurnsEveryNumberIntoADouble) {
   EXPECT_EQ(JSONValue(true).payload(), JSONValue::Payload(true));
   EXPECT_EQ(JSONValue(3).payload(), JSONValue::Payload(3.0));
   EXPECT_EQ(JSONValue(3.5f).payload(), JSONValue::Payload(3.5));

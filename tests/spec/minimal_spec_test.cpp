@@ -27,7 +27,7 @@ TEST(MinimalSpec, NeedsNothing) {
   EXPECT_EQ(named.locale(), "");
 }
 
-TEST(MinimalSpec, MakesRecordsOfWhatIsThere) {
+TEST(MinimalSpec, MakesRecordsFromWhatIsThere) {
   const struct {
     const char* task;
     ZelvoraTaskSpec expected;
@@ -45,7 +45,7 @@ TEST(MinimalSpec, MakesRecordsOfWhatIsThere) {
     EXPECT_THAT(recordsOf(row.task), ElementsAre(row.expected)) << row.task;
 }
 
-TEST(MinimalSpec, SkipsTasksThatHaveTooLittle) {
+TEST(MinimalSpec, SkipsIncompleteTasks) {
   EXPECT_THAT(recordsOf(R"({"id": "a", "screenId": "s"},
                            {"id": "a", "screenId": "s", "keywords": ["k"]},
                            {"title": "A", "screenId": "s"},

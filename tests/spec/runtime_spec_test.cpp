@@ -14,7 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// The description of the Error that decoding ends in, or "decoded".
+/// The description of the Error that decoding throws, or "decoded".
 std::string failureOf(std::string_view text) {
   try {
     (void)decodeJson<RuntimeSpec>(text);
@@ -79,7 +79,7 @@ TEST(RuntimeSpec, DecodesEveryOptionalKey) {
   EXPECT_EQ(stt->replacementsByLocale.find("en-US")->begin()->first, "z");
 }
 
-TEST(RuntimeSpec, ContextIsOffAndMemoryOnWhereNothingIsSaid) {
+TEST(RuntimeSpec, ContextIsOffAndMemoryOnByDefault) {
   EXPECT_FALSE(decodedContext("null"));
   const auto context = decodedContext("{}");
   ASSERT_TRUE(context);

@@ -7,7 +7,7 @@
 
 namespace zelvora {
 
-/// A full spec in which every required key stands and no optional one.
+/// A full spec with every required key and no optional one.
 inline constexpr std::string_view kSmallestFullSpec = R"({
   "app": {"id": "shop", "default_locale": "en-US"},
   "routing": {

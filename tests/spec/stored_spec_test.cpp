@@ -18,7 +18,7 @@
 namespace zelvora {
 namespace {
 
-/// A bundle over files of its own, which go with it.
+/// A bundle over its own files, which are deleted with it.
 class ResourceFolder {
  public:
   ResourceFolder() {
@@ -63,7 +63,7 @@ Error failureOfLoading(const std::string& resource, const AppBundle& bundle) {
   return {"none", 0, "loaded"};
 }
 
-TEST(SpecLoader, ThrowsWhatIsWrongAndValidatesNothing) {
+TEST(SpecLoader, ThrowsWhatIsWrongAndDoesNotValidate) {
   ResourceFolder folder;
   folder.with("shop.json", kSmallestFullSpec).with("cut.json", R"({"app":)").withFolder("dir.json");
   EXPECT_EQ(ZelvoraSpecLoader::loadFromBundle("shop", folder.bundle()).appId(), "shop");
@@ -140,7 +140,7 @@ TEST(SpecResolution, FallsBackToTheMinimalModel) {
   EXPECT_FALSE(resolve(R"({"routing": {}, )" + std::string(task) + "}").thresholds);
 }
 
-TEST(SpecResolution, YieldsNothingOfWhatIsNoSpec) {
+TEST(SpecResolution, YieldsNothingForAnInvalidSpec) {
   const StoredSpec rows[] = {
       StoredSpec::fromAnyJson("{}"),
       StoredSpec::fromAnyJson(R"({"tasks": [{"title": "A"}]})"),
@@ -168,7 +168,7 @@ std::string failureOf(Make make) {
   return "nothing thrown";
 }
 
-TEST(StoredSpec, ComesFromTextInOneCallAndSaysWhatIsWrongWithIt) {
+TEST(StoredSpec, LoadsFromTextInOneCallAndSaysWhatIsWrongWithIt) {
   const StoredSpec full = StoredSpec::fromJson(kSmallestFullSpec);
   EXPECT_EQ(full.resolve().reading, SpecReading::full);
   EXPECT_EQ(full.resolve().spec, full.resolve().spec);  // decoded once
@@ -191,7 +191,7 @@ TEST(StoredSpec, ComesFromTextInOneCallAndSaysWhatIsWrongWithIt) {
     EXPECT_EQ(failureOf([&row] { (void)StoredSpec::fromJson(row.text); }), row.expected);
 }
 
-TEST(StoredSpec, ComesFromAFileWhoseNameBeginsEachComplaint) {
+TEST(StoredSpec, LoadsFromAFileWhoseNameStartsEachError) {
   ResourceFolder folder;
   folder.with("shop.json", kSmallestFullSpec).with("cut.json", R"({"app":)");
   const auto path = [&folder](const char* name) { return *folder.bundle().resource(name, "json"); };
