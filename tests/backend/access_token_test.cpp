@@ -26,7 +26,7 @@ TEST(BearerAuthorization, CarriesTheSchemeOnce) {
   for (const auto& row : rows) EXPECT_EQ(bearerAuthorization(row.token), row.expected) << row.token;
 }
 
-TEST(Secret, IsATokenOfTheApplicationsOwn) {
+TEST(Secret, IsALongTokenOtherThanThePublishableKey) {
   const std::string token = "0123456789abcdef";
   const struct {
     std::string token;
@@ -42,7 +42,7 @@ TEST(Secret, IsATokenOfTheApplicationsOwn) {
   for (const auto& row : rows) EXPECT_EQ(secretOf(row.token, row.publishableKey), row.expected);
 }
 
-TEST(Secret, IsStruckWhereverItStands) {
+TEST(Secret, IsStruckWhereverItAppears) {
   const std::string secret = "ab/cd/0123456789";
   EXPECT_EQ(struck("1 " + secret + " 2 " + secret, secret), "1 [token] 2 [token]");
   EXPECT_EQ(struck(R"({"got":"ab\/cd\/0123456789"})", secret), R"({"got":"[token]"})");

@@ -107,7 +107,7 @@ TEST(InterpretAnswer, IsReadWithAllItsFields) {
   EXPECT_EQ(readInterpretAnswer(answer), expected);
 }
 
-TEST(InterpretAnswer, IsReadAsTextWhereItIsNoSuchJson) {
+TEST(InterpretAnswer, IsReadAsTextWhenItIsNotTheExpectedJson) {
   const char* rows[] = {"screenId: home", "{\"mode\":1, id=home}", "\xEF\xBB\xBF id: home",
                         R"({"say":"id=home"})"};
   for (const char* body : rows)

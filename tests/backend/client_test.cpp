@@ -41,7 +41,7 @@ class ClientTest : public ::testing::Test {
   }
 };
 
-/// The domain of what `answer` fails with. The failure stays on the thread it was thrown on.
+/// The domain of the error that `answer` throws. The error stays on the thread that threw it.
 asio::awaitable<std::string> failureOf(asio::awaitable<RouteResponse> answer) {
   try {
     co_await std::move(answer);
@@ -51,7 +51,7 @@ asio::awaitable<std::string> failureOf(asio::awaitable<RouteResponse> answer) {
   }
 }
 
-TEST_F(ClientTest, TellsAndCountsAnInterpretationBeforeItIsSent) {
+TEST_F(ClientTest, LogsAndCountsAnInterpretationBeforeItIsSent) {
   const StoredSpec spec = AnyEncodable(1);
   const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
   WorkerPool pool(1);
@@ -66,7 +66,7 @@ TEST_F(ClientTest, TellsAndCountsAnInterpretationBeforeItIsSent) {
   EXPECT_EQ(cloudCalls(), 1);
 }
 
-TEST_F(ClientTest, NeitherSendsNorTellsOfASpecThatCannotBeWritten) {
+TEST_F(ClientTest, NeitherSendsNorLogsASpecThatCannotBeWritten) {
   const StoredSpec spec = AnyEncodable(std::numeric_limits<double>::infinity());
   const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};
   EXPECT_THROW(runToEnd(client->interpret(query)), Error);
@@ -75,7 +75,7 @@ TEST_F(ClientTest, NeitherSendsNorTellsOfASpecThatCannotBeWritten) {
   EXPECT_EQ(cloudCalls(), 0);
 }
 
-TEST_F(ClientTest, ReadsTheOtherTwoAnswersWithoutTellingOrCounting) {
+TEST_F(ClientTest, ReadsTheOtherTwoAnswersWithoutLoggingOrCounting) {
   session->answer(200, R"({"matches":[{"task_id":"a","confidence":0.5}]})");
   session->answer(200, R"({"intent":"none"})");
   EXPECT_EQ(runToEnd(client->semanticResolve({})).matches.at(0).taskId, "a");
@@ -84,7 +84,7 @@ TEST_F(ClientTest, ReadsTheOtherTwoAnswersWithoutTellingOrCounting) {
   EXPECT_EQ(cloudCalls(), 0);
 }
 
-TEST_F(ClientTest, MayGoWhileACallIsUnderWay) {
+TEST_F(ClientTest, MayBeDestroyedWhileACallIsUnderWay) {
   asio::io_context context;
   auto answer = asio::co_spawn(context, client->semanticCatalogResolve({}), asio::use_future);
   context.poll();

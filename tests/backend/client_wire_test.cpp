@@ -43,7 +43,7 @@ Script answeringAndResetting(std::string bytes) {
 
 class ClientWireTest : public ::testing::Test {
  protected:
-  /// What a client of `server` makes of its answer, by real sockets.
+  /// What a client of `server` makes of its answer, over real sockets.
   std::string interpret(const ScriptedServer& server, const std::string& path = "") {
     const StoredSpec spec = AnyEncodable(1);
     const InterpretQuery query{.text = "hi", .locale = "en", .spec = spec, .accessToken = "t"};

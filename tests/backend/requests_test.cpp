@@ -55,7 +55,7 @@ TEST(Requests, AreBuiltByteForByte) {
       R"("sdk_version":"0.1.0"})");
 }
 
-TEST(Requests, FailOverASpecThatJsonCannotHold) {
+TEST(Requests, FailForASpecThatJsonCannotHold) {
   const StoredSpec spec = AnyEncodable(std::numeric_limits<double>::quiet_NaN());
   const InterpretQuery query{.text = "t", .locale = "l", .spec = spec, .accessToken = "a"};
   EXPECT_THROW(static_cast<void>(interpretRequest(parseUrl("https://a.example"), query)), Error);

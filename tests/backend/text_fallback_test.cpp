@@ -46,7 +46,7 @@ TEST(TextFallback, ReadsIdConfidenceAndSayFromProse) {
   }
 }
 
-TEST(TextFallback, FindsNothingWithoutAnIdOfItsOwn) {
+TEST(TextFallback, FindsNothingWithoutAnIdThatStandsAlone) {
   const char* rows[] = {
       "",           " \n ",           "hello",    "id",   "id home",          "ID: home",
       "grid: home", "id_: home",      "id2=home", "id=é", "\"id\": \"home\"", "éid: home",
@@ -62,9 +62,9 @@ TEST(TextFallback, ReadsNumbersThatNoDoubleHolds) {
   EXPECT_EQ(readTextAnswer("id=a confidence=0." + zeros + "1")->task->confidence, 0.0);
 }
 
-// With an expression that can match one blank or digit in two ways, a text of this length takes
-// minutes and is then given up with an exception.
-TEST(TextFallback, TakesNoLongerThanTheTextIsLong) {
+// If the expression could match a blank or digit in two ways, a text of this length would take
+// minutes and end in an exception.
+TEST(TextFallback, ReadsLongTextsWithinAMinute) {
   constexpr std::size_t kLength = std::size_t{2} << 20;
   const auto repeated = [](const std::string& piece) {
     std::string text;

@@ -77,7 +77,7 @@ TEST(TranscriptionAnswer, IsTheTextMemberOrElseTheBody) {
   EXPECT_EQ(readTranscription({200, deep}), deep);
 }
 
-TEST(TranscriptionAnswer, FailsWithoutTextAndOverAStatus) {
+TEST(TranscriptionAnswer, FailsWithoutTextOrWithAnErrorStatus) {
   const struct {
     UrlResponse answer;
     int code;
