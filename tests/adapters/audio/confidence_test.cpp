@@ -66,7 +66,7 @@ TEST(Confidence, StaysTheDecodersOwnWithoutAVocabulary) {
   EXPECT_TRUE(judged({}).isFinal);
 }
 
-TEST(Confidence, TakesAnAlternativeThatIsAWholePhrase) {
+TEST(Confidence, PrefersAnAlternativeThatIsAWholePhrase) {
   const std::vector<SpeechSegment> built{{"built", 0.0}, {"in", 0.1}, {"my", 1.0}, {"cart", 0.9}};
   const auto text = [](const std::vector<SpeechSegment>& decoded,
                        const std::vector<Sentence>& alternatives) {
@@ -81,7 +81,7 @@ TEST(Confidence, TakesAnAlternativeThatIsAWholePhrase) {
   EXPECT_GT(meanOf(judged(built, {{"open", "my", "cart"}}).segments), 0.65);
 }
 
-TEST(Confidence, TakesWhatOpensNothingForThePhraseThatItSoundsLike) {
+TEST(Confidence, ReplacesTextThatOpensNothingWithAPhraseItSoundsLike) {
   const auto opened = [](const std::string& text) {
     return text == "show me the stores" ? "stores" : "";
   };

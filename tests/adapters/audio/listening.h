@@ -11,7 +11,7 @@
 
 namespace zelvora::testing {
 
-/// All that one task told, in order. Read it after the task's end.
+/// Everything that one task reported, in order. Read it once the task has ended.
 struct Heard {
   std::vector<SpeechResult> partials;
   std::vector<SpeechResult> finals;
@@ -26,7 +26,7 @@ inline SpeechRecognizer::Handler noteInto(Heard& heard) {
           .onError = [&heard](Error error) { heard.errors.push_back(error.description()); }};
 }
 
-/// In buffers of 1,024 frames, as a microphone gives them.
+/// Plays `samples` in buffers of 1,024 frames, like a microphone.
 template <class Sample>
 void play(SpeechRecognitionTask& task, const AudioFormat& format, std::span<const Sample> samples) {
   const std::size_t step = 1024 * format.channels;
@@ -36,7 +36,7 @@ void play(SpeechRecognitionTask& task, const AudioFormat& format, std::span<cons
   }
 }
 
-/// Ends `task`, whose result joins the others.
+/// Ends `task` and adds its result to the others.
 inline void finish(SpeechRecognitionTask& task, Heard& heard) {
   if (auto last = task.finish(Seconds{60})) heard.finals.push_back(*std::move(last));
 }

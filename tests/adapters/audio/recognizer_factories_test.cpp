@@ -31,7 +31,7 @@ TEST(CombinedRecognizerFactory, HandsTheRequestToBoth) {
   }
 }
 
-TEST(WordlessFallback, StepsInWhereNoTextIsNeededAndNobodyUnderstands) {
+TEST(WordlessFallback, StepsInWhenNoTextIsNeededAndNobodyUnderstands) {
   const struct {
     const char* name;
     bool isKnown;

@@ -31,7 +31,7 @@ TEST(Resampler, TakesRatesUpToItsLimits) {
   }
 }
 
-TEST(Resampler, TakesASampleThatIsNoNumberForSilence) {
+TEST(Resampler, TreatsASampleThatIsNotANumberAsSilence) {
   const std::vector<float> odd{std::numeric_limits<float>::quiet_NaN(), 9e9F, -9e9F};
   EXPECT_EQ(Resampler(kModelRate).take(odd), (std::vector<std::int16_t>{0, 32767, -32767}));
 }

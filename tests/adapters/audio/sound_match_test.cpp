@@ -12,7 +12,7 @@
 namespace zelvora::audio {
 namespace {
 
-/// "get me a golf:0.4": words that the recogniser doubts have their confidence behind a colon.
+/// "get me a golf:0.4": a word that the recogniser doubts has its confidence after a colon.
 std::vector<SpeechSegment> decoded(const std::string& text) {
   std::vector<SpeechSegment> words;
   std::istringstream in(text);
@@ -51,7 +51,7 @@ TEST(Phones, AreNearWhenTheySoundAlike) {
   EXPECT_EQ(phonesOf("K XX AA").size(), 2U);
 }
 
-TEST(SoundMatch, ReplacesWhatAlmostSoundsLikeAPhraseInItsPlace) {
+TEST(SoundMatch, ReplacesWordsThatSoundAlmostLikeAPhrase) {
   const SoundVocabulary vocabulary = coffee();
   const struct {
     const char* name;
@@ -73,7 +73,7 @@ TEST(SoundMatch, ReplacesWhatAlmostSoundsLikeAPhraseInItsPlace) {
   for (const auto& row : rows) EXPECT_EQ(matched(vocabulary, row.heard), row.expected) << row.name;
 }
 
-TEST(SoundMatch, TakesADoubtfulTranscriptForThePhraseThatItSoundsLike) {
+TEST(SoundMatch, ReplacesADoubtfulTranscriptWithThePhraseItSoundsLike) {
   const SoundVocabulary vocabulary(
       spokenSentences({"show me the product details", "where is the nearest store",
                        "order the same again", "show my orders", "show my order", "setting",
@@ -112,7 +112,7 @@ TEST(SoundMatch, MeasuresHowCloseATranscriptIsToThePhrases) {
   EXPECT_LT(closeness("cart me").run, 0.4);
 }
 
-TEST(SoundMatch, LeavesEverythingWithoutAVocabulary) {
+TEST(SoundMatch, ChangesNothingWithoutAVocabulary) {
   EXPECT_TRUE(SoundVocabulary().isEmpty());
   EXPECT_EQ(matched(SoundVocabulary(), "open my cart"), "open my cart");
 }
@@ -138,7 +138,7 @@ double processorSeconds() {
 }
 
 TEST(SoundMatch, CompilesInTimeThatGrowsWithThePhrases) {
-  // Pronouncing is the recogniser's business and not measured.
+  // Pronouncing is the recogniser's job, so it is not measured.
   std::map<std::string, std::string> sounds;
   for (const auto& sentence : madeUp(8000))
     for (const auto& word : sentence) sounds.try_emplace(word, pronunciation(word));

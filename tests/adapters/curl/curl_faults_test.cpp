@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kNotHttp = -1;
 
-/// Writes a response without end until the peer has enough.
+/// Writes an endless response until the peer hangs up.
 Script answeringForever(std::string head, std::string piece) {
   return [=](Connection& connection) {
     if (!connection.readRequest() || !connection.write(head)) return;
@@ -116,7 +116,7 @@ TEST(CurlFaults, ARefusedConnectionIsAnError) {
   EXPECT_EQ(outcome.error->domain(), kCurlErrorDomain);
 }
 
-TEST(CurlFaults, ARedirectIsAnAnswerAndTakesNothingElsewhere) {
+TEST(CurlFaults, ARedirectIsAnAnswerAndIsNotFollowed) {
   WorkerPool pool(1);
   CurlUrlSession session;
   const ScriptedServer elsewhere({answeringAll(httpResponse(200, "caught"))});
@@ -131,7 +131,7 @@ TEST(CurlFaults, ARedirectIsAnAnswerAndTakesNothingElsewhere) {
   EXPECT_EQ(elsewhere.connectionCount(), 0);
 }
 
-TEST(CurlFaults, OnlyATrustedCertificateOfTheRightHostIsSpokenTo) {
+TEST(CurlFaults, OnlyATrustedCertificateForTheRightHostIsAccepted) {
   const TestAuthority trusted;
   const TestAuthority unknown;
   using enum TestAuthority::Validity;

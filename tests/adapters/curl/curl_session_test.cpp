@@ -21,7 +21,7 @@
 namespace zelvora::test {
 namespace {
 
-/// A variable of the environment, set while this lives.
+/// An environment variable, set while this object lives.
 class ScopedVariable {
  public:
   ScopedVariable(const char* name, const std::string& value) : name_(name) {
@@ -55,7 +55,7 @@ TEST(CurlSession, SendsTheRequestAsItWasGiven) {
   EXPECT_EQ(got.body, request.body);
 }
 
-TEST(CurlSession, SendsEachMethodAndALargeBodyWithoutAsking) {
+TEST(CurlSession, SendsEachMethodAndALargeBodyWithoutAskingFirst) {
   WorkerPool pool(1);
   CurlUrlSession session;
   const ScriptedServer server({answeringAll(httpResponse(200, ""))});
@@ -157,7 +157,7 @@ TEST(CurlSession, AnswersManyAtOnce) {
   EXPECT_LT(server.connectionCount(), kRequests / 2);
 }
 
-TEST(CurlSession, CountsTheTimeInWhichARequestWaitsForOthers) {
+TEST(CurlSession, CountsTheTimeThatARequestWaitsForOthers) {
   constexpr std::size_t kRequests = 100;
   WorkerPool pool(1);
   const Script stall = [](Connection& connection) {
@@ -173,7 +173,7 @@ TEST(CurlSession, CountsTheTimeInWhichARequestWaitsForOthers) {
   EXPECT_LT(server.requests().size(), kRequests);
 }
 
-TEST(CurlSession, GoesOnWhereItsCallerRuns) {
+TEST(CurlSession, ResumesOnItsCallersExecutor) {
   WorkerPool pool(1);
   WorkerPool mainPool(1);
   CurlUrlSession session;
@@ -256,14 +256,14 @@ TEST(CurlSession, IsReleasedOrCancelledAfterEachByteOfAnAnswer) {
       else
         asio::post(pool.executor(), [&] { signal.emit(asio::cancellation_type::terminal); });
       EXPECT_TRUE(failed.get_future().get() || n == whole.size()) << n;
-      // The signal must not go before the work that may emit it.
+      // The signal must outlive the work that may emit it.
       std::promise<void> drained;
       asio::post(pool.executor(), [&] { drained.set_value(); });
       drained.get_future().wait();
     }
 }
 
-TEST(CurlSession, MayBeDestroyedByWhomItAnswers) {
+TEST(CurlSession, MayBeDestroyedByTheCallerItAnswers) {
   WorkerPool pool(2);
   const ScriptedServer server({answeringAll(httpResponse(200, "pong"))});
   auto session = std::make_shared<CurlUrlSession>();
@@ -277,7 +277,7 @@ TEST(CurlSession, MayBeDestroyedByWhomItAnswers) {
   EXPECT_EQ(answered.get_future().get(), "pong");
 }
 
-TEST(CurlSession, AsksTheProxyOfTheEnvironmentWithoutTheSecret) {
+TEST(CurlSession, UsesTheProxyOfTheEnvironmentWithoutGivingItTheSecret) {
   WorkerPool pool(1);
   CurlUrlSession session;
   const ScriptedServer proxy({answeringAll(httpResponse(502, ""))});
@@ -290,7 +290,7 @@ TEST(CurlSession, AsksTheProxyOfTheEnvironmentWithoutTheSecret) {
   EXPECT_EQ(got.head.find(kSecret), std::string::npos);
 }
 
-TEST(CurlSession, PassesByEveryProxyOnTheWayToThisMachine) {
+TEST(CurlSession, BypassesEveryProxyForThisMachine) {
   WorkerPool pool(1);
   CurlUrlSession session;
   const ScriptedServer proxy({answeringAll(httpResponse(200, "caught"))});

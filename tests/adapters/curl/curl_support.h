@@ -11,13 +11,13 @@
 
 namespace zelvora::test {
 
-/// Nothing but the request itself may hold it.
+/// Only the request itself may contain it.
 inline constexpr char kSecret[] = "secret-token";
 
 /// A POST of "ping" that carries the secret.
 UrlRequest securedRequest(const std::string& url);
 
-/// What came of a request: one of the two.
+/// The result of a request: one of the two.
 struct Outcome {
   std::optional<UrlResponse> response;
   std::optional<Error> error;

@@ -24,7 +24,7 @@ HungLookup* hungLookup = nullptr;
 
 }  // namespace
 
-// In the place of the C library's, for all of this program.
+// Replaces the C library's function in this whole program.
 extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo* hints,
                            addrinfo** found) {
   using Lookup = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
@@ -41,7 +41,7 @@ extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo
 namespace zelvora {
 namespace {
 
-TEST(HungLookup, KeepsNeitherACancelledCallerNorTheRelease) {
+TEST(HungLookup, DelaysNeitherACancelledCallerNorTheRelease) {
   static HungLookup lookup;  // its last promise may still be in use when the test ends
   hungLookup = &lookup;
   asio::thread_pool pool(1);
@@ -52,7 +52,7 @@ TEST(HungLookup, KeepsNeitherACancelledCallerNorTheRelease) {
   lookup.begun.get_future().wait();
   session.reset();
   EXPECT_THROW(answer.get(), Error);
-  // Only here can the look-up end: a release that waits for it never comes this far.
+  // The look-up can end only here: a release that waited for it would never get this far.
   lookup.opened.set_value();
   lookup.ended.get_future().wait();
 }

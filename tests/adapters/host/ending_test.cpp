@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kPicks = 20;
 
-/// A whole program: loop, platform and façade, a command, and picks that are accepted at its end.
+/// A whole program: loop, platform, façade, one command, and picks accepted at the end.
 struct Program {
   explicit Program(const std::filesystem::path& data)
       : loop(std::make_unique<MainLoop>()),
@@ -95,7 +95,7 @@ class EndingDeathTest : public ::testing::Test {
  protected:
   EndingDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
-  /// The same folder in the child process, which starts anew.
+  /// The same folder in the child process, which runs the program from its start.
   [[nodiscard]] static std::filesystem::path data() {
     constexpr const char* kName = "ZELVORA_ENDING_TEST";
     if (!std::getenv(kName)) {

@@ -30,7 +30,7 @@ std::string xmlList(const std::string& entries) {
 }
 
 std::string toBinary(const std::string& xml) {
-  const testing::PlainNumbers plainNumbers;  // libplist goes by the locale
+  const testing::PlainNumbers plainNumbers;  // libplist follows the locale
   plist_t root = nullptr;
   plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &root);
   char* bytes = nullptr;
@@ -155,7 +155,7 @@ TEST(PropertyList, RefusesWhatIsMalformed) {
     EXPECT_THAT(failureOf(row.bytes), HasSubstr(row.failure)) << row.bytes;
 }
 
-TEST(PropertyList, KeepsToItsLimits) {
+TEST(PropertyList, EnforcesItsLimits) {
   const auto nestedXml = [](std::size_t depth) {
     return xmlList("<key>k</key>" + repeated("<array>", depth - 1) + "<true/>" +
                    repeated("</array>", depth - 1));
@@ -168,7 +168,7 @@ TEST(PropertyList, KeepsToItsLimits) {
   EXPECT_THAT(failureOf(nestedBinary(kMaxPropertyListDepth + 1, 1)),
               HasSubstr("levels of nesting"));
   EXPECT_THAT(failureOf(nestedBinary(30, 10)), HasSubstr("unfolds to too much"));
-  // An object counts for its bytes and, whatever it is, for a few more.
+  // Each object counts its bytes plus a few more, whatever its kind.
   const std::size_t share = kMaxUnfoldedPropertyListBytes / 255;
   EXPECT_EQ(failureOf(listOfTheSame(share - 70)), "was read");
   EXPECT_THAT(failureOf(listOfTheSame(share - 50)), HasSubstr("unfolds to too much"));

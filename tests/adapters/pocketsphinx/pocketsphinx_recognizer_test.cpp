@@ -27,7 +27,7 @@ const std::vector<std::string> kPhrases{"open my cart",     "track my order", "g
                                         "opening hours",    "call support",   "open the settings",
                                         "show zelvoriento", "privacy policy"};
 
-/// Loaded once: what a program has, too.
+/// Loaded once, as in a program.
 PocketsphinxRecognizerFactory& factory() {
   static PocketsphinxRecognizerFactory only(kPhrases);
   return only;
@@ -43,7 +43,7 @@ std::vector<std::int16_t> noise(std::size_t samples) {
   return all;
 }
 
-/// Twice per sample at 48 kHz in two channels, as a microphone may give it.
+/// The same sound at 48 kHz in two equal channels, as a microphone may deliver it.
 std::vector<float> asStereo48(const std::vector<std::int16_t>& samples) {
   std::vector<float> all;
   for (std::size_t i = 0; i + 1 < samples.size(); ++i)
@@ -97,8 +97,8 @@ TEST(PocketsphinxRecognizer, HearsNothingInSilence) {
   }
 }
 
-// A short word of English is heard in some noises, and with confidence; nothing that the
-// application would act on.
+// Some noises are heard as a short English word, and with confidence, but never as something that
+// the application would act on.
 TEST(PocketsphinxRecognizer, HearsNoCommandInNoise) {
   const Heard heard = hear(*english(), noise(32000));
   ASSERT_EQ(heard.finals.size(), 1U);
@@ -146,11 +146,11 @@ TEST(PocketsphinxRecognizer, DoesNotWaitForAResultBeyondTheLimit) {
   play(*task, {.sampleRate = 16000, .channels = 1}, std::span(samples));
   EXPECT_EQ(task->finish(Seconds{0}), std::nullopt);
   const auto sizes = std::pair(heard.partials.size(), heard.errors.size());
-  hear(*english(), spoken("gift cards"));  // its result comes behind all of the first task's
+  hear(*english(), spoken("gift cards"));  // its result comes after everything of the first task
   EXPECT_EQ(std::pair(heard.partials.size(), heard.errors.size()), sizes);
 }
 
-TEST(PocketsphinxRecognizer, TellsNothingOfAnAbandonedTask) {
+TEST(PocketsphinxRecognizer, ReportsNothingForAnAbandonedTask) {
   Heard abandoned;
   auto task = english()->startTask(true, noteInto(abandoned));
   const auto samples = spoken("open my cart");
@@ -163,7 +163,7 @@ TEST(PocketsphinxRecognizer, TellsNothingOfAnAbandonedTask) {
   EXPECT_TRUE(abandoned.finals.empty());
 }
 
-TEST(PocketsphinxRecognizer, FindsItsModelsWhereItIsTold) {
+TEST(PocketsphinxRecognizer, FindsItsModelsInTheConfiguredFolder) {
   const testing::TemporaryFolder folder;
   const auto below = folder.path() / "pocketsphinx";
   std::filesystem::create_directory(below);
@@ -200,7 +200,7 @@ TEST(PocketsphinxRecognizer, RefusesASecondTaskWhileOneRuns) {
   EXPECT_NO_THROW(english()->startTask(true, {}));
 }
 
-TEST(PocketsphinxRecognizer, HearsEveryEnglishAsThatOfTheUsaAndSaysSoOnce) {
+TEST(PocketsphinxRecognizer, HearsEveryEnglishAsAmericanAndSaysSoOnce) {
   const auto log = std::make_shared<testing::RecordingLog>();
   PocketsphinxRecognizerFactory logging({}, log);
   for (const char* locale : {"en", "en-US", "EN_us", "en-GB", "en_GB", "en_AU"})

@@ -29,7 +29,7 @@ TEST(Vocabulary, SpellsPhrasesAsADictionaryDoes) {
   for (const auto& row : rows) EXPECT_EQ(spokenSentences({row.phrase}), row.expected) << row.phrase;
 }
 
-TEST(Vocabulary, EndsAtItsLimitOfWords) {
+TEST(Vocabulary, StopsAtItsLimitOfWords) {
   const std::vector<std::string> full(kMaxVocabularyWords / 2, "open cart");
   EXPECT_EQ(spokenSentences(full).size(), full.size());
   std::vector<std::string> more = full;
@@ -73,7 +73,7 @@ TEST(ArpaModel, GivesHalfACountToWhatWasNotSeen) {
 
 TEST(ArpaModel, MakesAllProbabilitiesAfterAWordAddUpToOne) {
   const std::string model = arpaTrigram({{"open", "cart"}, {"open", "orders"}, {"cart"}});
-  // After "open" come cart and orders; the others by backing off.
+  // Cart and orders follow "open"; the other words get theirs by backing off.
   const double backOff = stated(model, "open").backOff;
   double sum = stated(model, "open cart").probability + stated(model, "open orders").probability;
   for (const char* word : {"open", "</s>"}) sum += backOff * stated(model, word).probability;
@@ -89,7 +89,7 @@ double secondsFor(std::size_t words) {
 }
 
 TEST(ArpaModel, TakesTimeInProportionToItsWords) {
-  // Eight times the words took 60 times as long when each one was summed up again.
+  // Eight times the words would take 60 times as long if each one were summed up again.
   EXPECT_LT(secondsFor(16'000), 8 * 3 * (secondsFor(2'000) + 0.005));
 }
 

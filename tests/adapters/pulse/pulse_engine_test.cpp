@@ -35,7 +35,7 @@ constexpr AudioFormat kDeviceStereo{48000, 2};
 /// Longer than anything takes here, and shorter than a build server's patience.
 constexpr auto kServerPatience = 30s;
 
-/// Keeps what follows the first sample that is not silent, until that is enough.
+/// Keeps everything from the first sample that is not silent, and signals when that is enough.
 class Listener {
  public:
   explicit Listener(std::size_t samples) : wanted_(samples) {}
@@ -56,7 +56,7 @@ class Listener {
   [[nodiscard]] bool waitUntilFull() {
     return enough_.get_future().wait_for(kServerPatience) == std::future_status::ready;
   }
-  /// REQUIRES: the tap is gone.
+  /// REQUIRES: the tap is removed.
   std::vector<float> heard() {
     heard_.resize(wanted_);
     return heard_;
@@ -79,7 +79,7 @@ std::string failureOf(AudioEngine& engine) {
   }
 }
 
-/// An engine that runs and has heard something, and the first failure it tells.
+/// A running engine that has heard something, and the first failure that it reports.
 struct RunningCapture {
   RunningCapture() {
     engine->installTap(1024, [this](const PcmBuffer&) {
@@ -208,7 +208,7 @@ TEST(PulseEngine, SaysWhyThereIsNoMicrophone) {
   }
 }
 
-TEST(PulseEngine, GivesUpWhenTheMicrophoneGoesBeforeItStarts) {
+TEST(PulseEngine, FailsToStartWhenTheMicrophoneWasUnplugged) {
   const SoundServer server;
   const auto engine = PulseEngineFactory().makeEngine();
   ASSERT_EQ(engine->inputFormat(), kDeviceStereo);
@@ -252,7 +252,7 @@ class Steps {
               [this] { engine_->reset(); }};
   }
   [[nodiscard]] std::size_t count() const { return steps_.size(); }
-  /// Runs one; whether it did its work.
+  /// Runs one step. False when it throws.
   bool run(std::size_t step) {
     try {
       steps_[step]();

@@ -19,7 +19,7 @@ void listen(PulseSession& session, std::uint32_t options) {
   session.setActive(true);
 }
 
-TEST(PulseSession, MakesMusicStepBackWhileItIsActive) {
+TEST(PulseSession, MakesMusicQuieterWhileItIsActive) {
   const SoundServer server;
   server.control("load-module module-role-ducking");
   const TemporaryFolder folder;

@@ -42,7 +42,7 @@ class QtMainExecutorTest : public ::testing::Test {
   std::vector<int> noted_;
 };
 
-TEST_F(QtMainExecutorTest, RunsWorkOfAnyThreadInOrderOnTheMainOne) {
+TEST_F(QtMainExecutorTest, RunsWorkFromAnyThreadInOrderOnTheMainThread) {
   std::thread elsewhere([this] {
     for (int i = 0; i < 100; ++i) postNote(i);
     asio::post(main_->executor(), [this] {
@@ -56,7 +56,7 @@ TEST_F(QtMainExecutorTest, RunsWorkOfAnyThreadInOrderOnTheMainOne) {
   EXPECT_TRUE(std::ranges::is_sorted(noted_));
 }
 
-TEST_F(QtMainExecutorTest, RunsInAPassOnlyWhatWasThereWhenItBegan) {
+TEST_F(QtMainExecutorTest, RunsInOnePassOnlyWhatWasQueuedWhenItBegan) {
   asio::post(main_->executor(), [this] {
     note(1);
     postNote(3);
@@ -82,7 +82,7 @@ TEST_F(QtMainExecutorTest, KeepsTheOrderWhenWorkRunsALoopOfItsOwn) {
   EXPECT_EQ(noted_, (std::vector{1, 2, 3, 4}));
 }
 
-TEST_F(QtMainExecutorTest, HandsOverWhatWorkLetsEscapeAndGoesOn) {
+TEST_F(QtMainExecutorTest, ReportsAnEscapedExceptionAndGoesOn) {
   asio::post(main_->executor(), [] { throw std::runtime_error("spilt"); });
   postNote(1);
   QCoreApplication::processEvents();
@@ -90,7 +90,7 @@ TEST_F(QtMainExecutorTest, HandsOverWhatWorkLetsEscapeAndGoesOn) {
   EXPECT_EQ(noted_, std::vector{1});
 }
 
-TEST_F(QtMainExecutorTest, EndsTheProcessOverAFailureThatNobodyTakes) {
+TEST_F(QtMainExecutorTest, EndsTheProcessOnAnExceptionThatNobodyHandles) {
   EXPECT_DEATH(
       {
         QtMainExecutor strict;
@@ -100,9 +100,9 @@ TEST_F(QtMainExecutorTest, EndsTheProcessOverAFailureThatNobodyTakes) {
       "Fatal error: QtMainExecutor: work let escape: spilt");
 }
 
-TEST_F(QtMainExecutorTest, DropsWhatWaitsAndWhatComesAfterItsEnd) {
+TEST_F(QtMainExecutorTest, DropsQueuedWorkAndWorkPostedAfterItsEnd) {
   const auto executor = main_->executor();
-  // A piece of work that is dropped may post while it is destroyed.
+  // Dropped work may post more while it is destroyed.
   std::shared_ptr<void> postsAtItsEnd(
       nullptr, [this, executor](void*) { asio::post(executor, [this] { note(1); }); });
   const std::weak_ptr<void> waiting = postsAtItsEnd;
@@ -147,7 +147,7 @@ asio::awaitable<void> sleepForever(std::shared_ptr<int> held) {
   *held = 1;
 }
 
-TEST_F(QtMainExecutorTest, LetsGoOfCoroutinesThatWaitWhenItEnds) {
+TEST_F(QtMainExecutorTest, DestroysWaitingCoroutinesWhenItEnds) {
   auto held = std::make_shared<int>(0);
   const std::weak_ptr<int> watched = held;
   asio::co_spawn(main_->executor(), sleepForever(std::move(held)), asio::detached);

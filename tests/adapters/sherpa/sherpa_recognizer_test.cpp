@@ -64,7 +64,7 @@ TEST(ModelFolder, SaysWhatIsWrongWithIt) {
   EXPECT_NE(reasonFor(folder.path() / "nowhere").find("is no folder"), std::string::npos);
 }
 
-TEST(ModelFolder, IsTriedInAnotherProcessThatItMayEnd) {
+TEST(ModelFolder, IsTriedInAnotherProcessThatItMayCrash) {
   const TemporaryFolder folder;
   folder.write("encoder.onnx", "model_type decode_chunk_len");
   folder.write("decoder.onnx", "context_size vocab_size");
@@ -131,7 +131,7 @@ TEST(SherpaRecognizer, SurvivesADamagedModel) {
     fs::copy(entry.path(), copy);
     fs::permissions(copy, fs::perms::owner_all);
     if (!copy.filename().string().starts_with("encoder")) continue;
-    // The metadata at its end stays.
+    // Leaves the metadata at its end intact.
     std::fstream file(copy, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(1000);
     file << std::string(200'000, '\xff');

@@ -28,7 +28,7 @@ class ManualPace final : public Pace {
     return shared;
   }
   [[nodiscard]] Seconds period() const { return period_; }
-  /// False when nobody is paced.
+  /// False when nothing is running.
   [[nodiscard]] bool tick() const {
     const auto call = tick_.lock();
     if (call) (*call)();
@@ -78,7 +78,7 @@ TEST_F(FileMicrophoneTest, PlaysTheFileAndThenSilence) {
   }
 }
 
-TEST_F(FileMicrophoneTest, KeepsSoundWithinItsBounds) {
+TEST_F(FileMicrophoneTest, ClipsSoundToFullScale) {
   const auto file = folder.path() / "loud.caf";
   testing::writeRecording(file, {16000, 1}, std::vector<float>{2, -3, 0.5F});
   const auto engine = engineOn(file);
@@ -88,7 +88,7 @@ TEST_F(FileMicrophoneTest, KeepsSoundWithinItsBounds) {
   EXPECT_EQ(heard, (std::vector<float>{1, -1, 0.5F}));
 }
 
-TEST_F(FileMicrophoneTest, RefusesWhatIsNoSound) {
+TEST_F(FileMicrophoneTest, RefusesAFileThatIsNotSound) {
   EXPECT_THROW(FileMicrophone(folder.path() / "none.wav", pace), Error);
   EXPECT_THROW(FileMicrophone(folder.write("text.wav", "no sound"), pace), Error);
 }
@@ -103,7 +103,7 @@ TEST_F(FileMicrophoneTest, IsQuietWithoutATap) {
   EXPECT_TRUE(heard.empty());
 }
 
-TEST_F(FileMicrophoneTest, TakesItsTime) {
+TEST_F(FileMicrophoneTest, PlaysInRealTime) {
   const auto file = folder.path() / "said.caf";
   testing::writeRecording(file, {48000, 1}, noise(4096));
   WorkerPool threads(1);

@@ -73,7 +73,7 @@ TEST(SoundReader, TakesSoundUpToItsLimits) {
         << row.rate << " Hz, " << row.channels << " channels, " << row.frames << " frames";
 }
 
-TEST(SoundReader, ReadsNoSampleThatIsNoNumber) {
+TEST(SoundReader, ReadsOnlyNumbersWithinFullScale) {
   const TemporaryFolder folder;
   const auto path = folder.path() / "sound.wav";
   SF_INFO info{.samplerate = 16000, .channels = 1, .format = SF_FORMAT_WAV | SF_FORMAT_FLOAT};

@@ -36,7 +36,7 @@ class Talk {
     ended.insert(ended.end(), actions.ended.begin(), actions.ended.end());
     hungUp = hungUp || actions.hangUp;
   }
-  /// Moves at most `count` bytes each way; whether there were any.
+  /// Moves up to `count` bytes each way. False when there were none.
   bool step(std::size_t count = std::string::npos) {
     const bool moves = !toDaemon_.empty() || !toClient_.empty();
     toClient_ += daemon.take(toDaemon_.substr(0, count));
@@ -79,7 +79,7 @@ TEST(Framing, HasOneLoneDotLineAndItIsTheLast) {
     const std::string framed = framedText(filteredText(text));
     ASSERT_TRUE(isValidUtf8(framed));
     ASSERT_EQ(framed.find('\0'), std::string::npos);
-    // However a reader takes line breaks, the text ends where it ends.
+    // Whatever a reader takes for a line break, it finds the end of the text in the same place.
     std::string lines = "\n" + framed;
     std::erase(lines, '\r');
     ASSERT_EQ(lines.find("\n.\n"), lines.size() - 3) << ::testing::PrintToString(text);
@@ -114,7 +114,7 @@ TEST(AnswerReader, TakesAnswersInPiecesUpToItsLimits) {
     bool fits;
   } rows[] = {{line + "\r\n225 OK\r\n", true},
               {line + "7\r\n225 OK\r\n", false},
-              {line + "7777", false},  // before its end is there
+              {line + "7777", false},  // before its end has arrived
               {lines + "249 OK\r\n", true},
               {lines + "249-voice\r\n249 OK\r\n", false}};
   for (const auto& row : rows) {
@@ -133,7 +133,7 @@ TEST(AnswerReader, TakesAnswersInPiecesUpToItsLimits) {
 }
 
 TEST(Conversation, SetsUpEvenWhenItsFirstTextIsCancelled) {
-  // After each number of steps of a handshake.
+  // Cancelled after each step of the handshake.
   for (int steps = 0; steps < 12; ++steps) {
     Talk talk;
     talk.say(1, "cancelled");
@@ -163,7 +163,7 @@ TEST(Conversation, SpeaksAnUnknownLanguageInTheDefaultVoice) {
   talk.say(4, "no code", "en\r\nSTOP ALL");
   talk.settle();
   using Said = std::vector<std::pair<std::string, std::string>>;
-  // The voice is the one of the last known language, as in the daemon's modules.
+  // The voice stays that of the last known language, as in the daemon's modules.
   EXPECT_EQ(talk.daemon.said, (Said{{"en", ""},
                                     {"de-DE", "eins"},
                                     {"de-DE", "zwei"},
@@ -196,7 +196,7 @@ TEST(Conversation, ReportsEachEndOnce) {
   EXPECT_THAT(talk.daemon.texts, SizeIs(3));
 }
 
-TEST(Conversation, TakesAnEndThatComesBeforeTheTextsNumber) {
+TEST(Conversation, AcceptsAnEndThatComesBeforeTheTextsNumber) {
   Talk talk;
   talk.daemon.endsEarly = true;
   talk.perform(talk.conversation.begin());

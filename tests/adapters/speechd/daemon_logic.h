@@ -7,8 +7,8 @@
 
 namespace zelvora::testing {
 
-/// What speech-dispatcher 0.11 does with the bytes of one client: pure. A text ends when it is
-/// asked to, and a module stays with its voice when a language is unknown.
+/// What speech-dispatcher 0.11 does with the bytes of one client, as pure logic. A text ends when
+/// the test asks for it. A module keeps its voice when it does not know a language.
 class DaemonLogic {
  public:
   bool refusesTexts = false;
@@ -18,7 +18,7 @@ class DaemonLogic {
   std::vector<std::string> texts;     ///< Those that were not empty.
   /// Voice and text, in the order of speaking.
   std::vector<std::pair<std::string, std::string>> said;
-  int unfinished = 0;  ///< Texts that are being said or wait.
+  int unfinished = 0;  ///< Texts that are being said or are waiting.
 
   /// What the daemon answers.
   std::string take(const std::string& bytes) {
@@ -35,7 +35,7 @@ class DaemonLogic {
     }
   }
 
-  /// Ends all texts as said.
+  /// Ends all texts, as if they had been said.
   std::string finish() {
     std::string notices;
     for (; !queue_.empty(); queue_.pop_front()) notices += notice("702", "END", queue_.front());

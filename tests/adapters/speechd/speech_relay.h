@@ -107,7 +107,7 @@ inline void sendAll(int to, std::string_view bytes) {
   }
 }
 
-/// Calls `take(bytes)` with what comes from any of `sources`, until one ends, `take` answers false
+/// Calls `take(bytes)` with what comes from any of `sources`, until one ends, `take` returns false
 /// or `stop` is readable.
 inline void pump(std::vector<int> sources, int stop,
                  const std::function<bool(int source, std::string_view bytes)>& take) {
@@ -144,10 +144,11 @@ class ScriptedSpeechDaemon {
   SpeechSocket socket_{serve};
 };
 
-/// Stands between a client and a daemon and counts the lines that the daemon sends.
+/// Sits between a client and a daemon and counts the lines that the daemon sends.
 class SpeechRelay {
  public:
-  /// Called before the line goes on; answers whether it does, or the line is lost.
+  /// Called before a line is passed on. When it returns false, the line and the connection are
+  /// lost.
   using OnLine = std::function<bool(std::size_t line)>;
 
   SpeechRelay(std::filesystem::path daemon, OnLine onLine)

@@ -48,7 +48,7 @@ class Texts {
               ended.set_value(said);  // Throws the second time.
             }};
   }
-  /// Absent: it does not end.
+  /// Absent when it does not end.
   std::optional<bool> end(std::size_t which) {
     auto end = ended_.at(which).get_future();
     if (end.wait_for(kDaemonPatience) != std::future_status::ready) return std::nullopt;
@@ -115,7 +115,7 @@ TEST(SpeechSession, IsReleasedAfterEachLineOfTheRealDaemon) {
   atEachLine(speech.socket(), false, release);
 }
 
-TEST(SpeechSession, GivesTheRealDaemonNoCommandOutOfAText) {
+TEST(SpeechSession, NeverSendsTheRealDaemonACommandFromAText) {
   const SoundServer sound;
   const SpeechServer speech;
   const auto linesFor = [&](const std::string& text) {
@@ -153,7 +153,7 @@ TEST(SpeechSession, LosesItsDaemonAtEachLineAndFindsItAgain) {
   });
 }
 
-TEST(SpeechSession, MayBeReleasedWhereATextEnds) {
+TEST(SpeechSession, MayBeReleasedWhenATextEnds) {
   const ScriptedSpeechDaemon daemon;
   auto synthesizer = SpeechdSynthesizerFactory().makeSynthesizer();
   std::promise<std::chrono::nanoseconds> released;
@@ -178,7 +178,7 @@ TEST(SpeechSession, HangsUpOnADaemonThatPassesALimit) {
   EXPECT_EQ(texts.end(0), false);
 }
 
-TEST(SpeechSession, LeavesADaemonThatStopsReading) {
+TEST(SpeechSession, IsReleasedInTimeWhenItsDaemonStopsReading) {
   std::promise<void> begun;
   const testing::SpeechSocket deaf([&](int client, int stop) {
     testing::sendAll(client, "208 OK\r\n202 OK\r\n220 OK\r\n220 OK\r\n251-en\r\n251 OK\r\n");
@@ -199,7 +199,7 @@ TEST(SpeechSession, LeavesADaemonThatStopsReading) {
   EXPECT_EQ(texts.end(0), false);
 }
 
-/// A program "speech-dispatcher", first in PATH, in the place of the daemon's launcher.
+/// A program "speech-dispatcher", first in PATH, that replaces the daemon's launcher.
 class FakeLauncher {
  public:
   explicit FakeLauncher(const std::string& script) {
@@ -223,14 +223,14 @@ class FakeLauncher {
   std::string path_ = ::getenv("PATH");
 };
 
-TEST(SpeechStart, GivesItsDaemonNothingOfThisProcess) {
+TEST(SpeechStart, PassesNothingOfThisProcessToItsDaemon) {
   sigset_t blocked, before;
   sigemptyset(&blocked);
   sigaddset(&blocked, SIGUSR1);
   ::sigprocmask(SIG_BLOCK, &blocked, &before);
   ::signal(SIGPIPE, SIG_IGN);
   const int inherited = ::dup2(STDERR_FILENO, 777);  // Without O_CLOEXEC.
-  // Read by the shell itself, which blocks signals while it starts another program.
+  // The shell reads the file itself: it blocks signals while it starts another program.
   const FakeLauncher launcher(
       "ls /proc/$$/fd >$OUT\n"
       "while read -r line; do\n"

@@ -54,7 +54,7 @@ TEST(SpeechdSynthesizer, IsHeardAndSaysWhenItIsDone) {
   const SoundServer sound;
   const SpeechServer speech;
   const auto synthesizer = SpeechdSynthesizerFactory().makeSynthesizer();
-  // The last one has a line that would end the text where it is sent.
+  // One text has a line that would end it on its way to the daemon.
   const struct {
     const char* text;
     const char* language;
@@ -91,7 +91,7 @@ TEST(SpeechdSynthesizer, FallsSilentForTheNextText) {
   EXPECT_TRUE(speaker.waitUntil(isSilent));
 }
 
-TEST(SpeechdSynthesizer, IsSilentWhenItIsGone) {
+TEST(SpeechdSynthesizer, FallsSilentWhenItIsDestroyed) {
   const SoundServer sound;
   const SpeechServer speech;
   auto synthesizer = SpeechdSynthesizerFactory().makeSynthesizer();
@@ -112,7 +112,7 @@ TEST(SpeechdSynthesizer, DoesNotHangWithoutASoundServer) {
   Said first, second, third;
   synthesizer->speak(first.utterance("nobody hears this"));
   EXPECT_FALSE(first.wasSaid());
-  synthesizer->stopSpeaking();  // Cancelling is what the daemon hangs over.
+  synthesizer->stopSpeaking();  // The daemon hangs on a cancel.
   synthesizer->speak(second.utterance("nor this"));
   EXPECT_FALSE(second.wasSaid());
   synthesizer->speak(third.utterance("nor this"));

@@ -30,7 +30,7 @@ using testing::ChildProcess;
 using ::testing::HasSubstr;
 using testing::TemporaryFolder;
 
-/// The failure of `call`, absent when it gave an answer.
+/// The Error that `call` throws; absent when it returns.
 std::optional<Error> failureOf(const std::function<void()>& call) {
   try {
     call();
@@ -51,7 +51,7 @@ std::string bytesOf(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Another user of the file, with SQL of its own.
+/// Another user of the file, with its own SQL.
 class Sql {
  public:
   explicit Sql(const std::filesystem::path& file) { sqlite3_open(file.c_str(), &database_); }
@@ -81,7 +81,7 @@ class SqliteDefaultsTest : public ::testing::Test {
   SqliteDefaults open() const {
     return SqliteDefaults({.file = file_, .busyTimeout = std::chrono::milliseconds(30)});
   }
-  /// For tests in which the file is held, but never for long.
+  /// For tests in which the file is locked, but never for long.
   SqliteDefaults openPatiently() const {
     return SqliteDefaults({.file = file_, .busyTimeout = std::chrono::seconds(60)});
   }
@@ -90,7 +90,7 @@ class SqliteDefaultsTest : public ::testing::Test {
   std::filesystem::path file_ = folder_.path() / "a" / "b" / "defaults.sqlite";
 };
 
-TEST_F(SqliteDefaultsTest, CountsByKeyAndForGood) {
+TEST_F(SqliteDefaultsTest, CountsByKeyAndPermanently) {
   SqliteDefaults first = open();
   EXPECT_EQ(first.integer("k"), 0);
   EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a"));  // reading creates nothing
@@ -107,7 +107,7 @@ TEST_F(SqliteDefaultsTest, CountsByKeyAndForGood) {
   EXPECT_EQ(modeOf(folder_.path() / "a"), 0700u);
 }
 
-TEST_F(SqliteDefaultsTest, ForgetsWhatBeginsWithAPrefixToTheLetter) {
+TEST_F(SqliteDefaultsTest, ForgetsExactlyTheKeysThatBeginWithAPrefix) {
   SqliteDefaults defaults = open();
   defaults.removeAll("a");
   EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a"));  // nothing to forget creates nothing
@@ -132,7 +132,7 @@ TEST_F(SqliteDefaultsTest, IsForTheUserAloneWhateverTheUmask) {
     ::umask(before);
     EXPECT_EQ(modeOf(file_), 0600u) << mask;
   }
-  // A file that an earlier version has left to everyone.
+  // A file that an earlier version left readable for everyone.
   std::filesystem::permissions(file_, std::filesystem::perms(0644));
   EXPECT_EQ(open().increment("k"), 2);
   EXPECT_EQ(modeOf(file_), 0600u);
@@ -171,7 +171,7 @@ TEST_F(SqliteDefaultsTest, AdoptsItsOwnTableAndRefusesStrangers) {
   const struct {
     const char* name;
     std::string sql;
-    const char* refusal;  ///< Null: it is counted on.
+    const char* refusal;  ///< Null: counting continues.
   } rows[] = {
       {"of an earlier version", ourTable, nullptr},
       {"empty", "VACUUM", nullptr},
@@ -213,7 +213,7 @@ TEST_F(SqliteDefaultsTest, AdoptsItsOwnTableAndRefusesStrangers) {
   }
 }
 
-TEST_F(SqliteDefaultsTest, BeginsADamagedFileAnewWithOneLine) {
+TEST_F(SqliteDefaultsTest, ReplacesADamagedFileAndLogsOneLine) {
   const std::string damaged = file_.string() + ".damaged";
   std::filesystem::create_directories(file_.parent_path());
   folder_.write("a/b/defaults.sqlite", std::string(5000, '?'));
@@ -247,11 +247,11 @@ TEST_F(SqliteDefaultsTest, SetsADamagedFileAsideWithAllThatBelongsToIt) {
     folder_.write(std::string("store") + part, part);
   const auto identity = sqlite::identityOf(file);
   {
-    // A connection would take the journal of the next file for its own.
+    // An open connection would mistake the next file's journal for its own.
     const sqlite::Use use(file, {}), another(file, {});
     EXPECT_TRUE(failureOf([&] { sqlite::setAside(file, identity, {}); }));
   }
-  EXPECT_FALSE(sqlite::setAside(file, sqlite::identityOf(folder_.path()), {}));  // Another's turn.
+  EXPECT_FALSE(sqlite::setAside(file, sqlite::identityOf(folder_.path()), {}));  // Another file.
   EXPECT_TRUE(sqlite::setAside(file, identity, {}));
   EXPECT_FALSE(sqlite::setAside(file, identity, {}));
   EXPECT_FALSE(std::filesystem::exists(file));
@@ -259,7 +259,7 @@ TEST_F(SqliteDefaultsTest, SetsADamagedFileAsideWithAllThatBelongsToIt) {
   for (const char* part : {"-wal", "-shm", "-journal"})
     EXPECT_EQ(bytesOf(file.string() + ".damaged" + part), part);
 
-  // A later one has no journal: that of the earlier must not be found beside it.
+  // The next damaged file has no journal, so the earlier one's must not stay beside it.
   folder_.write("store", "damaged again");
   EXPECT_TRUE(sqlite::setAside(file, sqlite::identityOf(file), {}));
   EXPECT_EQ(bytesOf(file.string() + ".damaged"), "damaged again");
@@ -274,7 +274,7 @@ TEST_F(SqliteDefaultsTest, CountsAgainWhateverByteIsDamagedOrMissing) {
     std::ofstream(file_, std::ios::binary | std::ios::trunc) << bytes;
     SqliteDefaults defaults = open();
     const auto failure = failureOf([&] { defaults.increment("k"); });
-    // The version and the mark of the file: it could be another program's.
+    // The file's version and mark: with those changed it could be another program's.
     const bool isMark = (at >= 60 && at < 64) || (at >= 68 && at < 72);
     EXPECT_TRUE(!failure || isMark) << at << ": " << failure->description();
     const std::int64_t now = failure ? 0 : defaults.integer("k");
@@ -289,7 +289,7 @@ TEST_F(SqliteDefaultsTest, CountsAgainWhateverByteIsDamagedOrMissing) {
     countsOn(whole.substr(0, size), size < 72 ? whole.size() : size);
 }
 
-TEST_F(SqliteDefaultsTest, BeginsADamagedFileAnewOnceForFortyProcesses) {
+TEST_F(SqliteDefaultsTest, ReplacesADamagedFileOnceForFortyProcesses) {
   open().increment("k");
   std::fstream(file_, std::ios::in | std::ios::out).seekp(4096) << std::string(4096, '?');
   const std::string lines = folder_.path() / "lines";
@@ -360,7 +360,7 @@ TEST_F(SqliteDefaultsTest, LosesNoIncrementAcrossProcessesAndThreads) {
   EXPECT_EQ(open().integer("k"), kProcesses * kIncrements * 2);
 }
 
-TEST_F(SqliteDefaultsTest, KeepsWhatItAnsweredWhenItsProcessIsKilled) {
+TEST_F(SqliteDefaultsTest, KeepsEachReturnedCountWhenItsProcessIsKilled) {
   std::int64_t answered = 0;
   for (int round = 0; round < 8; ++round) {
     int pipe[2];
@@ -381,7 +381,7 @@ TEST_F(SqliteDefaultsTest, KeepsWhatItAnsweredWhenItsProcessIsKilled) {
 
     const std::int64_t stored = openPatiently().integer("k");
     EXPECT_GE(stored, answered);
-    EXPECT_LE(stored, answered + 1);  // killed between the commit and its answer
+    EXPECT_LE(stored, answered + 1);  // killed between the commit and the return
     answered = stored;
   }
   EXPECT_EQ(open().increment("k"), answered + 1);
@@ -405,7 +405,7 @@ TEST_F(SqliteDefaultsTest, WaitsForALockedFileOnlySoLong) {
   EXPECT_EQ(defaults.increment("k"), 2);
 }
 
-TEST_F(SqliteDefaultsTest, CountsOnInAFileThatTookItsPlace) {
+TEST_F(SqliteDefaultsTest, CountsInANewFileWhenItsFileIsDeleted) {
   SqliteDefaults defaults = open();
   defaults.increment("k");
   std::filesystem::remove(file_);
