@@ -86,7 +86,7 @@ Outcomes sayingEmpty(int status) {
                     "). Backend must return JSON RouteResponse.");
 }
 
-/// A stage that meets a fault, and the way there.
+/// A stage that meets a fault, and how a command gets there.
 struct Stage {
   const char* name;
   const char* thresholds;
@@ -97,7 +97,7 @@ struct Stage {
 
 std::vector<Stage> stages() {
   constexpr const char* kNoSemantic = R"("semantic_enabled":false,)";
-  // Closed, so that the fault meets a connection of its own.
+  // Closes the connection, so that the fault gets its own.
   const Script nothingFound =
       answeringOnce(httpResponse(200, R"({"intent":"none"})", "Connection: close\r\n"));
   return {{"semantic", "", {}, {"/api/semantic/resolve"}, &Outcomes::semantic},
@@ -118,14 +118,14 @@ std::vector<std::string> endpointsAsked(const ScriptedServer& server) {
   return paths;
 }
 
-/// What the application brings along.
+/// What the application supplies.
 struct Host {
   std::string baseURL;
   Seconds longestTimeout{60};
   AccessTokenProvider accessToken = suppliedToken;
 };
 
-/// What is delivered for a command that needs the backend and one behind it that does not: a second
+/// The outcomes of a command that needs the backend and of a later one that does not: a second
 /// outcome of the first would show.
 std::vector<ZelvoraResult> outcomesOf(const TestApplication& application, const Stage& stage,
                                       const Host& host) {
@@ -149,7 +149,7 @@ std::vector<ZelvoraResult> outcomesOf(const TestApplication& application, const 
   return outcomes;
 }
 
-/// Fails the test when anything but `outcome` comes of the command, or the token is told.
+/// Fails the test unless the command ends in `outcome`, once, and the token stays secret.
 void expectOneOutcome(const Stage& stage, const Host& host, const ZelvoraResult& outcome) {
   constexpr std::size_t kShown = 400;
   const TestApplication application;
@@ -253,7 +253,7 @@ TEST(BackendFaults, ARefusedConnectionEndsInOneOutcomeInEachStage) {
     scripts.push_back(answeringOnce(""));
     std::optional<ScriptedServer> server(std::in_place, scripts);
     Host host{.baseURL = server->url()};
-    // The token is the last that a stage asks for before it sends.
+    // The token is the last thing that a stage asks for before it sends.
     host.accessToken = [&server] {
       server.reset();
       return suppliedToken();

@@ -34,12 +34,12 @@ asio::awaitable<std::string> tokenFrom(std::shared_ptr<PortCalls> calls) {
   co_return "a-token-of-the-application";
 }
 
-/// One command of an application that sees what it is called with, and when.
+/// One command of an application that notes its outcomes, and what is called after its release.
 class Command {
  public:
   enum class Kind { typed, choices, awaited, completed, audio };
 
-  /// `watchesExecutors`: whether they count as ports.
+  /// `watchesExecutors`: whether the executors count as ports.
   Command(Kind kind, bool watchesExecutors) : kind_(kind) {
     application_.settings.sttConfig = ZelvoraSTTConfig::hybrid();
     Platform ports = application_.platform();
@@ -71,7 +71,7 @@ class Command {
     bound.cancel();
   }
 
-  /// Lets everything run that is left, wherever it waits.
+  /// Runs everything that is left, wherever it waits.
   void settle(std::thread& other) {
     application_.executors->endBackground();
     if (other.joinable()) other.join();
@@ -160,7 +160,7 @@ constexpr std::pair<Kind, const char*> kKinds[] = {{Kind::typed, "typed"},
 
 enum class Where { inTheCall, onMain, onAnotherThread };
 
-/// Releases the façade at the `number`th call of a port; false when the command ended before.
+/// Releases the façade at the `number`th call of a port; false when the command ended first.
 bool releaseAt(std::size_t number, Where where, Kind kind) {
   Command command(kind, true);
   std::thread other;
@@ -184,7 +184,7 @@ bool releaseAt(std::size_t number, Where where, Kind kind) {
   return wasReached;
 }
 
-TEST(EveryStep, MayBeTheLastOfTheFacade) {
+TEST(EveryStep, MayReleaseTheFacade) {
   std::size_t largest = 0;
   for (const auto& [kind, name] : kKinds) {
     for (const Where where : {Where::inTheCall, Where::onMain, Where::onAnotherThread}) {
@@ -201,7 +201,7 @@ TEST(EveryStep, MayBeTheLastOfTheFacade) {
 
 enum class Fault { throws, isLate, neverAnswers };
 
-/// Lets the `number`th call of a port go wrong; false when the command ended before.
+/// Makes the `number`th call of a port go wrong; false when the command ended first.
 bool failAt(std::size_t number, Fault fault, Kind kind) {
   Command command(kind, false);
   command.calls->at(number, [&] {

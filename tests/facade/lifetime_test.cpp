@@ -38,7 +38,7 @@ TEST(Lifetime, OverlappingCallsDeliverOnceEach) {
   EXPECT_EQ(delivered, kThreads * kCallsEach);
 }
 
-TEST(Lifetime, AReleasedFacadeHearsNothingOfARequestUnderWay) {
+TEST(Lifetime, AReleasedFacadeDeliversNothingOfAPendingRequest) {
   TestApplication application;
   auto zelvora = application.facade(smallSpec());
   bool heard = false;
@@ -47,7 +47,7 @@ TEST(Lifetime, AReleasedFacadeHearsNothingOfARequestUnderWay) {
   ASSERT_TRUE(application.network->waitForRequests(1));
   zelvora.reset();
   application.network->answer(200, R"({"matches":[{"taskId":"orders","confidence":0.9}]})");
-  // Another façade's outcome comes behind whatever the first one could have delivered.
+  // Another façade's outcome arrives after anything that the first one could have delivered.
   const auto other = application.facade(smallSpec());
   application.routeAndWait(*other, "open my cart");
   application.routeAndWait(*other, "open my cart");

@@ -15,7 +15,7 @@ TEST(Replacements, ReplaceWholeWordsWhateverTheirCase) {
       {"open my KART", "open my cart"},
       {"open  my   kart", "open my cart"},
       {"karts", "karts"},
-      {"check out", "check out"},    // a key of two words never fits
+      {"check out", "check out"},    // a key of two words never matches
       {"open\tkart", "open\tkart"},  // only the space splits
       {"kart!", "kart!"},
       {"uh open uh cart", " open  cart"},

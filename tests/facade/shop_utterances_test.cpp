@@ -46,7 +46,7 @@ std::string expectedOutcome(const std::string& expected, const RuntimeSpec& spec
   return "no task " + expected;
 }
 
-TEST(ShopUtterances, EndAsTheTableSaysEachFromAFreshStart) {
+TEST(ShopUtterances, EndAsTheTableSaysInAFreshApplication) {
   std::ifstream specFile(kShop + "shop.json");
   const std::string spec(std::istreambuf_iterator<char>(specFile), {});
   std::ifstream table(kShop + "utterances.tsv");
@@ -65,7 +65,7 @@ TEST(ShopUtterances, EndAsTheTableSaysEachFromAFreshStart) {
     const auto zelvora = application.facade(spec);
     const ZelvoraResult result = application.routeAndWait(*zelvora, text);
     EXPECT_EQ(std::visit(InBrief{}, result), expectedOutcome(expected, decoded)) << text;
-    // What the device settles is settled without a request, and only that.
+    // What the device can settle sends no request; everything else sends one.
     EXPECT_EQ(application.network->requests().empty(), expected != "-") << text;
   }
   EXPECT_EQ(rows, 367);

@@ -6,7 +6,7 @@
 
 namespace zelvora::testing {
 
-/// A full spec with two tasks and `routing` members of the test's choice, each with a comma behind.
+/// A full spec with two tasks and `routing` members of the test's choice, each followed by a comma.
 inline std::string smallSpec(const std::string& thresholds = "", const std::string& routing = "",
                              const std::string& stt = "") {
   return R"({"app":{"id":"shop","default_locale":"en-US"},

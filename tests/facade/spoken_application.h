@@ -14,7 +14,8 @@
 
 namespace zelvora::testing {
 
-/// An application with ears, in the test's hands. Every call of a port is counted.
+/// An application that can listen, on ports that the test controls. Every call of a port is
+/// counted.
 struct SpokenApplication : TestApplication {
   SpeechStandIns standIns;
   SharedCalls calls{standIns.journal, &standIns.journal->calls};
@@ -41,7 +42,7 @@ struct SpokenApplication : TestApplication {
   bool runUntil(const std::function<bool()>& isDone) const {
     return testing::runUntil(*mainLoop, isDone);
   }
-  /// Runs what is queued, and what that queues in its turn, a few times over.
+  /// Runs what is queued, then what that queued, and so on a few times.
   void settle() const {
     for (int rounds = 0; rounds < 5; ++rounds)
       runUntil([passes = 0]() mutable { return ++passes > 3; });

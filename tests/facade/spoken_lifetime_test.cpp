@@ -28,8 +28,8 @@ using testing::SpokenApplication;
 
 const std::string kSilenceSay = "No speech detected";
 
-/// The ways of a spoken command: the façade's plain operations, a `VoiceCommand`, and sound that
-/// the application recorded while it also listens.
+/// The kinds of spoken command: the façade's plain operations, a `VoiceCommand`, and sound that the
+/// application recorded while it also listens.
 enum class SpokenKind { plain, command, audio };
 enum class Release { onMain, onAnotherThread, inTheCall, inACallback };
 
@@ -76,7 +76,7 @@ class ReleasedCommand {
     isEnded_ = isOver && isOff;
   }
 
-  /// Whether the command came as far as the n-th call.
+  /// Whether the command got as far as the n-th call.
   [[nodiscard]] bool reached() const { return reached_; }
   /// Whether the command was answered or released, and the microphone is off.
   [[nodiscard]] bool isEnded() const { return isEnded_; }
@@ -145,7 +145,7 @@ class ReleasedCommand {
     asio::post(application_.mainLoop->executor(), [this] { isReleaseSeen_ = true; });
   }
 
-  /// In each of the application's functions.
+  /// Called in each of the application's functions.
   void enter() {
     if (isReleaseSeen_) ++enteredAfterRelease_;
     if (isReleaseWanted_.exchange(false)) release();
@@ -157,7 +157,8 @@ class ReleasedCommand {
   std::thread::id main_ = std::this_thread::get_id();
   SpokenApplication application_;
   testing::SpeechStandIns& ports_ = application_.standIns;
-  /// No façade is released while another thread is in one of its operations; the same may.
+  /// A façade is never released while another thread is in one of its operations; the same thread
+  /// may do that.
   std::recursive_mutex mutex_;
   std::shared_ptr<Zelvora> facade_;
   std::unique_ptr<VoiceCommand> command_;
@@ -246,7 +247,8 @@ class DisturbedCommand {
     }
   }
   void hang(const std::string& call) {
-    // A request has a time-out, and what is left is promised to be bounded.
+    // A request waits for its time-out instead. The log and the clock are left alone: they must not
+    // hang.
     if (call == "send request") application_.backend->isDeaf = true;
     if (call == "send request" || call == "log" || call == "clock") return;
     isStuck_ = true;
@@ -268,7 +270,7 @@ class DisturbedCommand {
       return results_ > 0 || isStuck_ || (stt && (stt->isRecording() || stt->errorMessage()));
     });
     application_.speak();
-    // An outcome without a capture ends the command.
+    // Without a capture the command has already ended in an outcome.
     if (results_ == 0) facade_->stopVoice();
     return application_.runUntil([this] { return results_ > 0; });
   }
@@ -297,7 +299,7 @@ constexpr std::size_t kAtOnce = 8;
 constexpr auto kWhere = std::launch::async;
 #endif
 
-/// Disturbs the `number`th call; false when the command ended before.
+/// Disturbs the `number`th call; false when the command ended first.
 bool endsInOneOutcome(SpokenKind kind, SpokenFault fault, std::size_t number) {
   DisturbedCommand spoken(kind, fault, number);
   const bool ended = spoken.speak();
@@ -334,8 +336,8 @@ INSTANTIATE_TEST_SUITE_P(
                        ::testing::Values(SpokenFault::throws, SpokenFault::isLate,
                                          SpokenFault::neverAnswers)));
 
-// Each call of a port returns only when the main executor has run a later task: where main waits
-// for one, that one never ends.
+// Each call of a port returns only when the main executor has run a later task. If main waited for
+// the call, neither would ever end.
 TEST(MainThread, NeverWaitsForAPort) {
   SpokenApplication application;
   application.settings.sttConfig = ZelvoraSTTConfig::hybrid();
@@ -369,7 +371,7 @@ TEST(MainThread, NeverWaitsForAPort) {
   EXPECT_GT(waited, 20U);
 }
 
-/// The façade's plain operations, and what went wrong with them once.
+/// The façade's plain operations, and faults that they once had.
 class SpokenCapture : public ::testing::Test {
  protected:
   void SetUp() override { begin(ZelvoraSTTConfig::localOnly()); }
@@ -419,8 +421,8 @@ TEST_F(SpokenCapture, IsRoutedOnceHoweverOftenItIsStopped) {
   EXPECT_THAT(results_, ::testing::UnorderedElementsAre(kCart_, kNothing_, kNothing_));
 }
 
-// A slow final result and a main thread that is busy just then.
-TEST_F(SpokenCapture, IsNeverAnsweredWithTheOneBefore) {
+// A slow final result, and a main thread that is busy at that moment.
+TEST_F(SpokenCapture, IsNeverAnsweredWithThePreviousOne) {
   understand("open my cart");
   ASSERT_TRUE(listen());
   facade_->stopVoice();
@@ -477,7 +479,7 @@ TEST_F(SpokenCapture, ClosesWithWhatHasArrived) {
   EXPECT_EQ(results_.back(), kNothing_);
 }
 
-TEST_F(SpokenCapture, IsWithdrawnWhileTheUserIsAsked) {
+TEST_F(SpokenCapture, CanBeStoppedWhileTheUserIsAskedForPermission) {
   ports_.permissions->hesitate();
   facade_->startVoice();
   facade_->startVoice();
@@ -492,7 +494,7 @@ TEST_F(SpokenCapture, IsWithdrawnWhileTheUserIsAsked) {
       << "two starts are one";
 }
 
-TEST_F(SpokenCapture, LeavesTheAudioSessionToTheOthers) {
+TEST_F(SpokenCapture, LeavesTheAudioSessionOnForOthers) {
   ASSERT_TRUE(listen());
   auto deaf = ports_;
   deaf.microphone = std::make_shared<testing::StandInMicrophone>(ports_.journal);
@@ -520,7 +522,7 @@ TEST_F(SpokenCapture, LeavesTheAudioSessionToTheOthers) {
   }));
 }
 
-TEST_F(SpokenCapture, IsNoAudioForTheCloudWithoutAFrame) {
+TEST_F(SpokenCapture, SendsNoAudioToTheCloudWithoutAFrame) {
   begin(ZelvoraSTTConfig::hybrid());
   ASSERT_TRUE(listen());
   facade_->stopVoice();

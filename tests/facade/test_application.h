@@ -13,7 +13,7 @@
 
 namespace zelvora::testing {
 
-/// Everything that a façade asks of its platform, in the test's hands.
+/// Everything that a façade needs of its platform, under the test's control.
 struct TestApplication {
   std::unique_ptr<TestMainLoop> mainLoop = std::make_unique<TestMainLoop>();
   std::shared_ptr<TestExecutors> executors = std::make_shared<TestExecutors>(mainLoop->executor());

@@ -16,7 +16,7 @@ namespace zelvora::testing {
 
 #ifdef ZELVORA_TESTS_ON_QT
 
-/// Qt's event loop with the face of a `MainLoop`.
+/// Qt's event loop with the interface of a `MainLoop`.
 class TestMainLoop {
  public:
   [[nodiscard]] asio::any_io_executor executor() const { return main_.executor(); }

@@ -75,7 +75,7 @@ TEST(TextPipeline, RaisesChoicesThatWerePickedBefore) {
   EXPECT_DOUBLE_EQ(offer->choices[1].confidence, 0.12 + 0.15);
 }
 
-/// User defaults that tell when something is counted.
+/// User defaults that report when something is counted.
 class AwaitedDefaults final : public UserDefaults {
  public:
   std::promise<std::string> counted;
@@ -165,7 +165,7 @@ TEST(TextPipeline, AsksTheBackendStageByStage) {
   }
 }
 
-TEST(TextPipeline, SkipsDeviceAndSemanticStageForASpecThatIsNone) {
+TEST(TextPipeline, SkipsDeviceAndSemanticStageForAnInvalidSpec) {
   TestApplication application;
   const auto zelvora = application.facade(R"({"anything":1})");
   application.network->answer(200, R"({"intent":"navigate","screenId":"list"})");

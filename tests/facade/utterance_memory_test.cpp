@@ -86,7 +86,7 @@ TEST(UtteranceMemory, IsAFewTimesItsSize) {
                                  "memory":{}},)";
   for (const std::string& spec : {smallSpec(), smallSpec("", context, replacements)}) {
     Zelvora zelvora(platform, application.settings, StoredSpec::fromJson(spec));
-    runToEnd(zelvora.route("open my cart"));  // what is made once is not counted
+    runToEnd(zelvora.route("open my cart"));  // what is allocated only once is not counted
     for (const char* piece :
          {"a ", "a", "open my cart ", "Open, my! ", "עגלה ", "🛒 ", "\xFF", "İ", "\n", " "}) {
       const double factor = factorOf(zelvora, piece, size);

@@ -109,7 +109,7 @@ class SpokenCommandTest : public ::testing::Test {
   bool reach(Phase phase) {
     return application_.runUntil([&] { return command_->phase() == phase; });
   }
-  /// Everything that the engine and the main executor still have to tell each other.
+  /// Runs everything that the engine and the main executor still have queued for each other.
   void settle() {
     for (int round = 0; round < 5; ++round)
       EXPECT_TRUE(application_.runUntil([rounds = 0]() mutable { return ++rounds > 4; }));
@@ -148,7 +148,7 @@ TEST_F(SpokenCommandTest, RoutesACaptureThatEndsOnItsOwn) {
   EXPECT_THAT(results_, ::testing::ElementsAre(kCart));
 }
 
-TEST_F(SpokenCommandTest, ShowsWhatWasHeardTooBadly) {
+TEST_F(SpokenCommandTest, ShowsWhatItHeardTooBadlyToRoute) {
   ports_.recognizer->lateResult = testing::heard("open my card", {0.4}, true);
   tap();
   ASSERT_TRUE(reach(Phase::listening));
@@ -199,7 +199,7 @@ TEST_F(SpokenCommandTest, KeepsTheCauseOfAMissingMicrophone) {
   EXPECT_TRUE(reach(Phase::listening)) << "and the next command begins";
 }
 
-TEST_F(SpokenCommandTest, WithdrawsAStartThatStillAsks) {
+TEST_F(SpokenCommandTest, CancelsAStartThatStillAsksForPermission) {
   ports_.permissions->hesitate();
   tap();
   ASSERT_TRUE(application_.runUntil([&] { return !ports_.permissions->asked().empty(); }));
@@ -223,7 +223,7 @@ TEST_F(SpokenCommandTest, OutlivesItsFacade) {
   EXPECT_TRUE(results_.empty());
 }
 
-TEST_F(SpokenCommandTest, HandsTheRecogniserWhatToExpect) {
+TEST_F(SpokenCommandTest, GivesTheRecogniserThePhrasesToExpect) {
   zelvora_->prepareVoice();
   ASSERT_TRUE(application_.runUntil([&] { return !ports_.recognizer->request().phrases.empty(); }));
   const auto request = ports_.recognizer->request();

@@ -93,7 +93,7 @@ class VoicePipelineTest : public ::testing::Test {
         .route = routeToSay});
   }
 
-  /// Runs the main executor and the engine until neither has anything more to tell the other.
+  /// Runs the main executor and the engine until neither has anything left for the other.
   void settle(VoicePipeline& pipeline) {
     for (int round = 0; round < 4; ++round) {
       main_.restart();
@@ -114,7 +114,7 @@ class VoicePipelineTest : public ::testing::Test {
 
   testing::SpeechLab lab_;
   asio::io_context main_{1};
-  /// Its threads are the main executor, so that what they do is over when that has settled.
+  /// Its work runs on the main executor, so it is done once that has settled.
   std::shared_ptr<CallScope> scope_ = CallScope::make(main_.get_executor());
   std::shared_ptr<Callbacks> callbacks_ = std::make_shared<Callbacks>();
   std::shared_ptr<StandInCloud> cloud_ = std::make_shared<StandInCloud>();
@@ -167,7 +167,7 @@ TEST_F(VoicePipelineTest, EachCaptureEndsInItsOutcome) {
   EXPECT_THAT(cloud_->asked, ElementsAre("en-US 4096 en", "en-US 4096 en", "en-US 4096 en"));
 }
 
-TEST_F(VoicePipelineTest, TakesTheRecordingOfACaptureThatEndedByItself) {
+TEST_F(VoicePipelineTest, TakesTheRecordingOfACaptureThatEndedOnItsOwn) {
   const auto voice = pipeline(ZelvoraSTTMode::cloudOnly);
   startVoice(*voice);
   lab_.standIns.microphone->play(std::vector<float>(1024, 0.5F));

@@ -51,7 +51,7 @@ TEST(TranscriptDecision, ChoosesBetweenTheDeviceAndTheCloud) {
     EXPECT_EQ(judgeLocal(row.heard, 0.65, row.mode), row.expected) << row.name;
 }
 
-TEST(TranscriptDecision, TakesCloudTranscriptsOfThreeCharacters) {
+TEST(TranscriptDecision, AcceptsCloudTranscriptsOfThreeCharactersOrMore) {
   using Verdict = std::variant<UseTranscript, ZelvoraUnsupported>;
   const Verdict tooShort = ZelvoraUnsupported{"Could not detect speech in the cloud either"};
   EXPECT_EQ(judgeCloud("ok"), tooShort);

@@ -25,7 +25,7 @@ class AnsweringSession final : public UrlSession {
  public:
   explicit AnsweringSession(SharedCalls calls) : calls_(std::move(calls)) {}
 
-  /// While it is set, a request waits for its time-out, which comes a thousand times faster.
+  /// While set, a request waits for its time-out, made a thousand times shorter.
   std::atomic<bool> isDeaf = false;
   std::atomic<int> requests = 0;
 

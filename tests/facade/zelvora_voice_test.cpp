@@ -12,7 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using testing::kCart;
 
-/// An application with ears.
+/// An application that can listen.
 struct SpeakingApplication : testing::TestApplication {
   testing::SpeechStandIns standIns;
 
