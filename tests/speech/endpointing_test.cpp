@@ -69,7 +69,7 @@ TEST(Level, IsTheRootMeanSquareOfTheFirstChannel) {
   }
 }
 
-TEST(VoiceDetector, TellsLoudBuffersButNotTooOften) {
+TEST(VoiceDetector, ReportsLoudBuffersButNotTooOften) {
   const struct {
     const char* name;
     std::optional<float> level;

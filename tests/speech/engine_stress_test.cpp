@@ -21,7 +21,7 @@ std::ptrdiff_t entriesOf(const char* folder) {
   return std::distance(begin(entries), end(entries));
 }
 
-/// What a process must not hold more of after many captures than after a few.
+/// What a process must not accumulate from capture to capture.
 struct Holdings {
   std::ptrdiff_t threads = entriesOf("/proc/self/task");
   std::ptrdiff_t descriptors = entriesOf("/proc/self/fd");
@@ -38,7 +38,7 @@ class EngineUnderStress : public ::testing::Test {
       std::make_unique<ZelvoraSpeechEngine>("en-US", lab_.engineParts());
 };
 
-TEST_F(EngineUnderStress, StandsCallsInRandomOrderFromManyThreads) {
+TEST_F(EngineUnderStress, SurvivesCallsInRandomOrderFromManyThreads) {
   constexpr int kCalls = 200;
   constexpr unsigned kThreads = 4;
   std::atomic<bool> isRecording = false;

@@ -20,7 +20,7 @@ const std::vector<float> kBuffer(1024, 0.5F);
 
 class LocalSpeechRecognizer : public ::testing::Test {
  protected:
-  /// Lets the engine do what it was told, then the main executor what the engine told it.
+  /// Lets the engine finish its queue, then runs what it posted to the main executor.
   void settle() {
     static_cast<void>(recognizer_->engine().getLastAverageConfidence());
     main_.restart();
@@ -199,12 +199,12 @@ TEST_F(LocalSpeechRecognizer, HandsOverOneOutcomeForEachCapture) {
 TEST_F(LocalSpeechRecognizer, GivesUpWaitingForTheRecording) {
   auto nothing =
       asio::co_spawn(main_, recognizer_->waitForAudioData(Seconds{0.01}), asio::use_future);
-  recognizer_.reset();  // nor does it need the recogniser any more
+  recognizer_.reset();  // the wait does not need the recogniser any more
   main_.run();
   EXPECT_EQ(nothing.get(), std::nullopt);
 }
 
-TEST_F(LocalSpeechRecognizer, TellsEveryAssignment) {
+TEST_F(LocalSpeechRecognizer, NotifiesEveryAssignment) {
   authorize();
   settle();
   std::vector<bool> recording;
@@ -219,7 +219,7 @@ TEST_F(LocalSpeechRecognizer, TellsEveryAssignment) {
   EXPECT_EQ(recording.size(), 3U);
 }
 
-TEST(VoiceSpeaker, InterruptsWhatItSaidAndKeepsSilentAboutBlanks) {
+TEST(VoiceSpeaker, InterruptsItselfAndSaysNothingForBlanks) {
   testing::SpeechStandIns standIns;
   VoiceSpeaker speaker(*standIns.synthesizers);
   std::vector<bool> ends;

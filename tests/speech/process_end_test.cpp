@@ -10,7 +10,7 @@
 namespace zelvora {
 namespace {
 
-/// A program that ends while its microphone is on, and whose sound server is slow then.
+/// A program that ends while its microphone is on and its sound server is slow, or hangs.
 [[noreturn]] void endWhileListening(bool isReleased, bool isHung) {
   // Static, so that the sanitizer finds what the process leaves behind.
   static auto* const lab = new testing::SpeechLab;

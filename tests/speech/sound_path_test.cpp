@@ -25,7 +25,7 @@ thread_local std::size_t allocations = 0;
 }  // namespace
 
 #if ZELVORA_COUNTS_ALLOCATIONS
-// The forms for arrays, and those with a size, come down to these.
+// The forms for arrays, sized or not, end up in these.
 void* operator new(std::size_t size) {
   ++allocations;
   if (void* const block = std::malloc(size)) return block;
@@ -41,7 +41,7 @@ namespace {
 constexpr std::size_t kFrames = 1024;
 const AudioFormat kFormat{48000, 2};
 
-/// Both ends of the path. They keep what comes, on which thread, and can stall.
+/// Both ends of the path. They record what arrives and on which thread, and can stall.
 class Ends final : public SpeechRecognitionTask, public AudioFileWriter {
  public:
   void append(const PcmBuffer& /*buffer*/) override { ++appended; }
@@ -86,7 +86,7 @@ class SoundPathTest : public ::testing::Test {
 };
 
 TEST_F(SoundPathTest, CarriesEveryBufferInOrderOffTheAudioThread) {
-  constexpr int kBuffers = 1000;  // ten times round the ring
+  constexpr int kBuffers = 1000;  // ten times around the ring
   ends_->audioThread = std::this_thread::get_id();
   SoundPath path = this->path();
   const auto tap = path.tap();
@@ -107,7 +107,7 @@ TEST_F(SoundPathTest, CarriesEveryBufferInOrderOffTheAudioThread) {
   EXPECT_EQ(path.frames(), kBuffers * kFrames) << "closed";
 }
 
-TEST_F(SoundPathTest, HoldsTwoSecondsAndCountsWhatFindsNoRoom) {
+TEST_F(SoundPathTest, HoldsTwoSecondsAndCountsWhatDoesNotFit) {
   std::promise<void> goOn;
   ends_->stall = goOn.get_future().share();
   SoundPath path = this->path();

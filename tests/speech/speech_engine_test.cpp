@@ -42,7 +42,7 @@ class SpeechEngine : public ::testing::Test {
     };
   }
 
-  /// Waits until the engine has done all that it was told so far.
+  /// Waits until the engine has finished everything queued so far.
   void settle() { static_cast<void>(engine_->getLastAverageConfidence()); }
   std::vector<std::string> whatHappened() {
     settle();
@@ -52,7 +52,7 @@ class SpeechEngine : public ::testing::Test {
     engine_->start();
     static_cast<void>(whatHappened());
   }
-  /// Passes time; keep away from the limits themselves, where the sum of the ticks' doubles
+  /// Lets time pass. Stay clear of the exact limits: there the rounding of the summed ticks
   /// decides.
   void pass(Seconds duration) {
     lab_.time->pass(duration, [this] { settle(); });
@@ -83,7 +83,7 @@ TEST_F(SpeechEngine, OpensAndClosesACaptureInItsOrder) {
   EXPECT_EQ(lab_.recordingsLeft(), 0U);
 }
 
-TEST_F(SpeechEngine, TellsWhyACaptureDoesNotBegin) {
+TEST_F(SpeechEngine, ReportsWhyACaptureDoesNotBegin) {
   const Error no("Test", 1, "no");
   const auto& ports = lab_.standIns;
   const struct {
@@ -226,7 +226,7 @@ TEST_F(SpeechEngine, IgnoresASecondStartAndAnIdleStop) {
   EXPECT_THAT(whatHappened(), IsEmpty());
 }
 
-TEST_F(SpeechEngine, ResetTellsTheEndAndForgetsTheText) {
+TEST_F(SpeechEngine, ResetReportsTheEndAndForgetsTheText) {
   begin();
   lab_.standIns.recognizer->say(heard("cart", {}));
   engine_->stop();
@@ -273,7 +273,7 @@ TEST_F(SpeechEngine, ReleasedInMidCaptureItLetsGoOfEverything) {
   while (lab_.recordingsLeft() != 0) barrier.wait([] {});
 }
 
-TEST(AbandonedRecordings, AreSweptByNameAgeAndWordOfThePlatform) {
+TEST(AbandonedRecordings, AreSweptByNameAndAgeOrWhenThePlatformSaysSo) {
   const std::string uuid = "3F2504E0-4F89-41D3-9A0C-0305E82C3301";
   testing::SpeechLab lab;
   const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::seconds(61);

@@ -33,7 +33,7 @@ TEST(STTConfig, RefusesUnknownModesAndMissingKeys) {
     EXPECT_THROW(static_cast<void>(decodeJson<ZelvoraSTTConfig>(json)), Error) << json;
 }
 
-TEST(STTConfig, TakesAPropertyListsWordInAnyCase) {
+TEST(STTConfig, ReadsAPropertyListsWordInAnyCase) {
   const struct {
     const char* word;
     ZelvoraSTTConfig expected;

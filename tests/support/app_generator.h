@@ -8,9 +8,8 @@
 
 namespace zelvora::testing {
 
-/// Makes large applications up: specs and utterances over 20,000 words of which some are far more
-/// common than others (Zipf's law), a tenth of them Hebrew. The same seed makes the same ones on
-/// every system.
+/// Makes up large applications: specs and utterances from 20,000 words, some far more common than
+/// others (Zipf's law), a tenth of them Hebrew. The same seed gives the same ones on every system.
 class AppGenerator {
  public:
   explicit AppGenerator(std::uint64_t seed);

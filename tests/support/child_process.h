@@ -9,8 +9,8 @@
 
 namespace zelvora::testing {
 
-/// A process that runs `work()` and ends with the status that it answers, or 99 when it throws.
-/// REQUIRES: this process has one thread. Whoever is still running at the end is killed.
+/// A process that runs `work()` and exits with the status that it returns, or 99 when it throws.
+/// Killed with this object if it still runs. REQUIRES: this process has one thread.
 class ChildProcess {
  public:
   template <class Work>

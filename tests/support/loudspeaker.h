@@ -10,7 +10,7 @@
 
 namespace zelvora::testing {
 
-/// What is heard from the sound server's loudspeaker.
+/// Listens to the sound server's loudspeaker.
 class Loudspeaker {
  public:
   Loudspeaker() {
@@ -26,8 +26,8 @@ class Loudspeaker {
     if (!ear_) throw std::runtime_error("no loudspeaker");
   }
 
-  /// Listens until the level of 10 ms of sound is as `wanted(level)`, at most for half a minute of
-  /// sound; whether it was. The level is the square root of the mean square.
+  /// Listens until `wanted(level)` holds for 10 ms of sound. False when it does not within half a
+  /// minute of sound. The level is the root mean square.
   template <class Wanted>
   bool waitUntil(Wanted wanted) {
     for (int i = 0; i < 30 * 100; ++i)

@@ -7,7 +7,7 @@
 
 namespace zelvora::testing {
 
-/// While it lives, this thread reads and writes numbers with a point whatever the locale is.
+/// While it lives, this thread reads and writes numbers with a point, whatever the locale.
 class PlainNumbers {
  public:
   PlainNumbers() : before_(::uselocale(classic())) {}

@@ -56,7 +56,7 @@ double keywordScore(std::string_view utterance, std::string_view keyword) {
   std::size_t found = 0;
   forEachWord(canonical, [&](std::string_view word) {
     ++words;
-    // One word missing settles it.
+    // Stops counting at the first missing word.
     if (found + 1 == words && contains(utterance, word)) ++found;
   });
   if (words < 2) return contains(utterance, canonical) ? 3.0 : 0.0;

@@ -10,8 +10,8 @@
 
 namespace zelvora::reference {
 
-// The router as its rules are told, one rule after the other, with nothing prepared and nothing
-// skipped. It shares the canonical form with the library, and no scoring and no decision.
+// The router written as its rules read, one after the other, with nothing prepared and nothing
+// skipped. It shares the canonical form with the library, but no scoring and no decision.
 
 /// The canonical form, made by five passes over the text, one for each rule.
 std::string normalizeForMatch(std::string_view text);

@@ -9,7 +9,7 @@
 
 namespace zelvora::testing {
 
-/// Runs `task` on this thread until it ends; gives what it gave or throws what it threw.
+/// Runs `task` on this thread until it ends; returns what it returned or throws what it threw.
 template <class Value>
 Value runToEnd(asio::awaitable<Value> task) {
   asio::io_context context;

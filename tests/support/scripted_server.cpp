@@ -87,7 +87,7 @@ class SocketConnection final : public Connection {
     if (ssl_ && usable_) SSL_shutdown(ssl_.get());
   }
 
-  /// False when the peer does not get through the handshake.
+  /// False when the handshake fails.
   bool startTls(SSL_CTX* context) {
     ssl_.reset(SSL_new(context));
     SSL_set_app_data(ssl_.get(), &offered_);
@@ -277,8 +277,8 @@ void ScriptedServer::acceptAll() {
 }
 
 void ScriptedServer::serve(int socket, int number) {
-  // OpenSSL writes to sockets without MSG_NOSIGNAL. Only here, so that the program under test has
-  // to see to itself.
+  // OpenSSL writes to sockets without MSG_NOSIGNAL. Blocked only in this thread, so that the
+  // program under test must protect itself.
   sigset_t brokenPipe;
   sigemptyset(&brokenPipe);
   sigaddset(&brokenPipe, SIGPIPE);

@@ -36,7 +36,7 @@ class Connection {
 
   /// Reads one request whole and has the server record it. Absent at the end of the connection.
   virtual std::optional<ReceivedRequest> readRequest() = 0;
-  /// At most `limit` bytes of whatever comes; empty at the end of the connection.
+  /// At most `limit` bytes of what arrives; empty at the end of the connection.
   virtual std::string readSome(std::size_t limit) = 0;
   /// False when the peer is gone.
   virtual bool write(std::string_view bytes) = 0;
@@ -46,23 +46,23 @@ class Connection {
   virtual void waitUntilClosed() = 0;
   /// Ends the connection so that the peer sees a reset.
   virtual void reset() = 0;
-  /// The application protocols that the peer offered over TLS, each with a blank behind it.
+  /// The application protocols that the peer offered over TLS, each followed by a blank.
   virtual std::string offeredProtocols() = 0;
 };
 
 using Script = std::function<void(Connection&)>;
 
-/// Reads requests and answers each with `response` until the peer goes.
+/// Reads requests and answers each with `response` until the peer hangs up.
 Script answeringAll(std::string response);
 /// Reads one request, writes `bytes` and closes.
 Script answeringOnce(std::string bytes);
 
-/// A server on loopback that does to each connection what its script says, and records the requests
-/// that scripts read. Callable from any thread.
+/// A server on loopback that runs a script for each connection and records the requests that the
+/// scripts read. Callable from any thread.
 class ScriptedServer {
  public:
-  /// The n-th connection gets the n-th script, all further ones the last. With a certificate it
-  /// speaks TLS and picks `protocol` when that is offered.
+  /// The n-th connection gets the n-th script, later ones the last. With a certificate it speaks
+  /// TLS and picks `protocol` when that is offered.
   explicit ScriptedServer(std::vector<Script> scripts,
                           const std::optional<TestCertificate>& certificate = std::nullopt,
                           std::string protocol = "http/1.1");

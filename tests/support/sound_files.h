@@ -24,7 +24,7 @@ inline std::vector<float> noise(std::size_t samples) {
   return all;
 }
 
-/// As a sound file of floats has them.
+/// The samples as a sound file of floats holds them.
 inline std::vector<float> asFloats(std::span<const std::int16_t> samples) {
   std::vector<float> all;
   all.reserve(samples.size());

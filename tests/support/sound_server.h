@@ -11,14 +11,14 @@
 
 namespace zelvora::testing {
 
-/// A PulseAudio daemon of its own, without hardware, that this process and its children talk to:
-/// what is played to the sink "mic" is heard by the microphone "ci_mic", and the sink "speaker" is
-/// the loudspeaker. Throws when it can't be had. One at a time.
+/// A private PulseAudio daemon without hardware that this process and its children talk to: the
+/// microphone "ci_mic" hears what is played to the sink "mic", and the sink "speaker" is the
+/// loudspeaker. Throws when it can't start. One at a time.
 class SoundServer {
  public:
   SoundServer();
 
-  /// Runs pactl; what it prints, without the line's end.
+  /// Runs pactl. Returns what it prints, without the line's end.
   std::string control(const std::string& command) const;
   /// Pulls the microphone out.
   void unplugMicrophone() const { control("unload-module " + microphoneModule_); }
@@ -27,7 +27,7 @@ class SoundServer {
                                 const std::string& role = "music") const;
 
   void kill() { daemon_->kill(); }
-  /// It keeps its connections and answers nobody.
+  /// Keeps its connections but answers nobody.
   void freeze() const { daemon_->signal(SIGSTOP); }
 
   /// For a process without sound: no server answers from now on.

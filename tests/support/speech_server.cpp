@@ -14,8 +14,7 @@ SpeechServer::SpeechServer() {
   ::setenv("HOME", privateFolder(folder_.path() / "home").c_str(), 1);
   ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
   const std::string path = socket();
-  // Clients look XDG_RUNTIME_DIR up only once, and there may be several servers in a process's
-  // life.
+  // Clients look up XDG_RUNTIME_DIR only once, but a process may start several servers in its life.
   ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + path).c_str(), 1);
   daemon_.emplace(std::vector<std::string>{"speech-dispatcher", "--run-single", "--timeout", "0",
                                            "--socket-path", path});

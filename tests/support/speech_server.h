@@ -8,9 +8,9 @@
 
 namespace zelvora::testing {
 
-/// A speech-dispatcher of its own that this process talks to, with a home and a runtime folder of
-/// its own. It speaks to the sound server that PULSE_SERVER names when this is made. Throws when it
-/// can't be had. One at a time.
+/// A private speech-dispatcher that this process talks to, with its own home and runtime folder. It
+/// plays on the sound server that PULSE_SERVER names when this is made. Throws when it can't start.
+/// One at a time.
 class SpeechServer {
  public:
   SpeechServer();

@@ -30,7 +30,7 @@ Subprocess::Subprocess(std::vector<std::string> arguments) {
   std::vector<char*> pointers;
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
-  // Closed by a program that begins; carries the reason of one that does not.
+  // Closes when the program starts; carries the reason when it does not.
   std::array<int, 2> complaints{};
   if (::pipe2(complaints.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   pid_ = ::fork();

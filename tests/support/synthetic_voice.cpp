@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <memory>
 
-// The library exports them and declares them nowhere.
+// The library exports these but declares them nowhere.
 extern "C" {
 cst_voice* register_cmu_us_slt(const char* folder);
 cst_voice* register_cmu_us_rms(const char* folder);
@@ -37,7 +37,7 @@ struct DeleteWave {
 }  // namespace
 
 std::vector<std::int16_t> spoken(const std::string& text, Voice voice) {
-  // The voices draw their breath from the process-wide generator.
+  // The voices take their breath noise from the process's random generator.
   std::srand(1);
   const std::unique_ptr<cst_wave, DeleteWave> wave(
       flite_text_to_wave(text.c_str(), voiceOf(voice)));

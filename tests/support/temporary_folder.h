@@ -9,7 +9,7 @@
 
 namespace zelvora::testing {
 
-/// A fresh folder that goes away with all that is in it.
+/// A fresh folder, deleted with everything in it.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -25,7 +25,7 @@ class TemporaryFolder {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-  /// Writes a file below the folder and answers its path.
+  /// Writes a file below the folder and returns its path.
   std::filesystem::path write(const std::string& name, std::string_view bytes) const {
     std::ofstream(path_ / name, std::ios::binary) << bytes;
     return path_ / name;

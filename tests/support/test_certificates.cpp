@@ -90,8 +90,8 @@ struct TestAuthority::Keys {
   Certificate certificate;
 };
 
-// Two authorities of one name would look like one with a broken signature: the file tells them
-// apart.
+// Two authorities with one name would look like one with a broken signature, so each is named after
+// its file.
 TestAuthority::TestAuthority() : file_(newFile()) {
   keys_ = std::make_unique<Keys>("Authority " + file_.filename().string());
   X509* const own = keys_->certificate.get();

@@ -1,5 +1,5 @@
-// Compiled into every test program: with ZELVORA_TEST_LOCALE the program runs in that locale, as an
-// application does whose toolkit sets the user's own.
+// Compiled into every test program: with ZELVORA_TEST_LOCALE the program runs in that locale, like
+// an application whose toolkit sets the user's locale.
 
 #include <clocale>
 #include <cstdio>
@@ -13,7 +13,7 @@ const bool isSet = [] {
   const char* const name = std::getenv("ZELVORA_TEST_LOCALE");
   if (!name || !*name) return false;
   try {
-    std::locale::global(std::locale(name));  // That of C too.
+    std::locale::global(std::locale(name));  // Sets C's locale too.
     std::setlocale(LC_MESSAGES, "C");        // The tests read the system's words in English.
     return true;
   } catch (const std::exception&) {

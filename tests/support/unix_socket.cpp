@@ -32,7 +32,7 @@ bool accepts(const fs::path& socket) {
 
 void awaitListening(Subprocess& daemon, const fs::path& socket) {
   const auto deadline = std::chrono::steady_clock::now() + kStartBound;
-  // Another program's start can't be waited for in any other way than by asking again.
+  // The only way to wait for another program's start is to try again.
   while (!accepts(socket)) {
     if (!daemon.isRunning()) throw std::runtime_error("a daemon ended: " + socket.string());
     if (std::chrono::steady_clock::now() > deadline)
