@@ -10,11 +10,11 @@ class AnimationClock : public QAnimationDriver {
   AnimationClock() { install(); }
   ~AnimationClock() override { uninstall(); }
 
-  /// Lets so much time pass in frames of `frame` milliseconds.
+  /// Lets this much time pass, in frames of `frame` milliseconds.
   void pass(qint64 milliseconds, qint64 frame = 15);
 
   void advance() override { advanceAnimation(); }
-  /// Since the first of the animations that run began.
+  /// Since the first running animation began.
   [[nodiscard]] qint64 elapsed() const override { return now_ - start_; }
 
  protected:

@@ -15,10 +15,10 @@ namespace zelvora {
 
 class QtMainExecutor;
 
-/// A clock by which no two taps follow each other quickly.
+/// A clock on which no two taps are close together.
 [[nodiscard]] std::function<Seconds()> tapsApart();
 
-/// What an assistant of a QML file stands on, in the test's hands: a bundle with the spec "shop",
+/// What an assistant of a QML file needs, under the test's control: a bundle with the spec "shop",
 /// and the stand-ins of sound and speech.
 class Application {
  public:

@@ -16,7 +16,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// An assistant made by QML on a platform in the test's hands, and what it says.
+/// An assistant made by QML on a platform under the test's control, and what it reports.
 class Assistant : public ::testing::Test {
  protected:
   Assistant() { application_.provideTo(engine_); }
@@ -55,7 +55,7 @@ class Assistant : public ::testing::Test {
     told_.push_back((line + QStringLiteral(": ") + say).toStdString());
   }
 
-  /// Lets the event loop turn until `condition()`.
+  /// Runs the event loop until `condition()`.
   template <class Condition>
   static void await(Condition condition) {
     ASSERT_TRUE(QTest::qWaitFor(condition, 20000));
@@ -73,7 +73,7 @@ class Assistant : public ::testing::Test {
   std::vector<std::string> told_;
 };
 
-TEST_F(Assistant, RoutesTypedCommandsAndTellsEachOutcomeByItsSignal) {
+TEST_F(Assistant, RoutesTypedCommandsAndSignalsEachOutcome) {
   ZelvoraAssistant& assistant = make();
   EXPECT_EQ(application_.asked, "apps/shop shop");
   assistant.route(QStringLiteral("open my cart"));
@@ -105,7 +105,7 @@ TEST_F(Assistant, OpensTheScreenOfAPickAndCountsIt) {
   });
 }
 
-TEST_F(Assistant, HearsACommandAndShowsHowItGoes) {
+TEST_F(Assistant, HearsACommandAndShowsItsProgress) {
   ZelvoraAssistant& assistant = make();
   standIns_.recognizer->lateResult = {
       .text = "open my cart", .segments = {{"open my cart", 0.9}}, .isFinal = true};
@@ -117,24 +117,24 @@ TEST_F(Assistant, HearsACommandAndShowsHowItGoes) {
   assistant.tapMic();
   EXPECT_EQ(assistant.state(), ZelvoraMicState::Processing);
   EXPECT_EQ(assistant.audioLevel(), 0);
-  assistant.tapMic();  // while an outcome is awaited: nothing
+  assistant.tapMic();  // does nothing while an outcome is awaited
   await([&] { return assistant.state() == ZelvoraMicState::Idle; });
   EXPECT_THAT(told_, ElementsAre("execute cart_screen tab=items: Navigating to: Cart"));
   EXPECT_THAT(states_, ElementsAre(1, 2, 0));
 
-  // What was said before is not what is being said now.
+  // The last command's words are gone when the next one begins.
   beginListening(assistant);
   EXPECT_EQ(assistant.partialText(), QString());
 }
 
-TEST_F(Assistant, RoutesACaptureThatEndsByItselfOnce) {
+TEST_F(Assistant, RoutesOnceACaptureThatEndsOnItsOwn) {
   ZelvoraAssistant& assistant = make();
   beginListening(assistant);
   standIns_.recognizer->say(
       {.text = "open my cart", .segments = {{"open my cart", 0.9}}, .isFinal = true});
   await([&] { return !told_.empty(); });
   EXPECT_EQ(assistant.state(), ZelvoraMicState::Idle);
-  assistant.stop();  // nothing listens
+  assistant.stop();  // does nothing: it is not listening
   assistant.route(QStringLiteral("show the spring promotion"));
   await([&] { return told_.size() > 1; });
   EXPECT_THAT(told_, ElementsAre("execute cart_screen tab=items: Navigating to: Cart",
@@ -175,7 +175,7 @@ TEST_F(Assistant, ShowsWhatItHeardTooBadlyToRoute) {
   EXPECT_THAT(assistant.history(), IsEmpty()) << "it was no command";
 }
 
-TEST_F(Assistant, TakesADoubleTapForOne) {
+TEST_F(Assistant, TreatsADoubleTapAsOne) {
   ZelvoraAssistant& assistant = make();
   assistant.setTapClock([] { return Seconds{100}; });
   assistant.tapMic();
@@ -186,7 +186,7 @@ TEST_F(Assistant, TakesADoubleTapForOne) {
   EXPECT_EQ(assistant.state(), ZelvoraMicState::Listening);
 }
 
-TEST_F(Assistant, TellsThatTheMicrophoneWasRefused) {
+TEST_F(Assistant, ReportsThatTheMicrophoneWasRefused) {
   standIns_.permissions->microphone = false;
   ZelvoraAssistant& assistant = make();
   assistant.tapMic();
@@ -265,7 +265,7 @@ TEST_F(Assistant, OffersTheSpecsExamplesAndTheNearestOfThem) {
   EXPECT_EQ(assistant.suggest("the moon", 0), QStringList());
 }
 
-TEST_F(Assistant, TakesAnotherSpecWhenItIsSet) {
+TEST_F(Assistant, SwitchesToAnotherSpecWhenItIsSet) {
   ZelvoraAssistant& assistant = make();
   application_.bundle->resources["other.json"] =
       application_.folder.write("other.json", testing::smallSpec());

@@ -23,7 +23,7 @@ TEST(ChoiceSheet, ListsTheChoicesInTheirOrder) {
   const Scene scene(
       sheet("choices: [{title: 'Orders', confidence: 0.874}, {title: 'Cart', confidence: 1},"
             " {title: 'Help', confidence: 0.125}, {title: 'Home', confidence: 0}]"));
-  // 0.125 is exact, and goes to the even digit.
+  // 0.125 is exact and rounds to the even digit.
   const char* const expected[] = {"Orders, 0.87", "Cart, 1.00", "Help, 0.12", "Home, 0.00"};
   for (int row = 0; row < 4; ++row) {
     EXPECT_EQ(rowText(scene, row), expected[row]);
@@ -50,7 +50,7 @@ TEST(ChoiceSheet, CarriesItsTitleAsTheNavigationTitleToo) {
   EXPECT_EQ(scene.get("currentItem").value<QQuickItem*>()->property("title"), "Which one?");
 }
 
-TEST(ChoiceSheet, TellsWhichChoiceWasPicked) {
+TEST(ChoiceSheet, ReportsWhichChoiceWasPicked) {
   const Scene scene(sheet(""));
   const ZelvoraChoice orders{"t.orders", "Orders", 0.87, "orders", Params{{"id", "7"}}};
   const ZelvoraChoice cart{"t.cart", "Cart", 0.6};

@@ -132,7 +132,7 @@ void Conversation::bring(const std::string& state) {
     assistant->route(QStringLiteral("order"));
   }
   await(state == "spoken answer" ? "answer" : state == "unclear" ? "heard" : state);
-  if (state == "choices") awaitFocus("row0");  // it has come up
+  if (state == "choices") awaitFocus("row0");  // the sheet has opened
 }
 
 }  // namespace zelvora

@@ -12,7 +12,7 @@
 
 namespace zelvora {
 
-/// A page with a command surface over it, and how it is looked at.
+/// A page with a command surface over it, and how it is shown.
 struct ConversationLook {
   QSize size{390, 844};
   bool dark = false;
@@ -21,7 +21,7 @@ struct ConversationLook {
   QByteArray more;  ///< Further properties of the surface.
 };
 
-/// A talk with an assistant on stand-ins, brought to each of its states.
+/// A conversation with an assistant on stand-ins, brought to each of its states.
 class Conversation {
  public:
   explicit Conversation(const ConversationLook& look);
@@ -29,7 +29,7 @@ class Conversation {
 
   /// Every state of the surface that bring() knows.
   static const std::vector<std::string>& states();
-  /// Brings the surface from rest to a state. Throws when it does not come to it.
+  /// Brings the surface from rest to a state. Throws when it does not get there.
   void bring(const std::string& state);
 
   void listen();

@@ -20,7 +20,7 @@ TEST(Docs, ExamplesOfTheViewsLoad) {
     QQmlComponent component(&engine);
     component.setData(text.toUtf8(), QUrl(QStringLiteral("views.md.qml")));
     EXPECT_TRUE(component.isReady()) << qPrintable(component.errorString());
-    // An assistant would want a platform.
+    // An assistant would need a platform.
     if (!text.contains(QStringLiteral("ZelvoraAssistant"))) {
       EXPECT_NE(std::unique_ptr<QObject>(component.create()), nullptr) << qPrintable(text);
     }

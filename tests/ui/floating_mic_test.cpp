@@ -38,7 +38,7 @@ TEST(FloatingMic, ShowsTheStateAsSymbolWordAndSpokenName) {
   }
 }
 
-TEST(FloatingMic, KeepsItsMeasures) {
+TEST(FloatingMic, KeepsItsSizesAndGapsInEveryState) {
   for (const char* state : {"Idle", "Listening", "Processing"}) {
     const Scene scene(floatingMic(QByteArray("state: ZelvoraFloatingMic.") + state));
     const QRectF pill = scene.place("pill");
@@ -50,7 +50,7 @@ TEST(FloatingMic, KeepsItsMeasures) {
     EXPECT_EQ(word.left(), symbol.right() + 10);
     EXPECT_EQ(pill.right(), word.right() + 14);
     EXPECT_EQ(pill.height(), 12 + 28 + 12);
-    // The place of the stop button is kept in every state.
+    // The stop button's place is reserved in every state.
     const QRectF stop = scene.place("stopPlace");
     EXPECT_EQ(stop.size(), QSizeF(29, 29));
     EXPECT_EQ(stop.left(), pill.right() + 10);
@@ -69,7 +69,7 @@ TEST(FloatingMic, RunsTheOtherWayWhenMirrored) {
   EXPECT_EQ(scene.place("image").center().x(), scene.place("pill").left() + 8);
 }
 
-TEST(FloatingMic, TellsOfItsTwoButtons) {
+TEST(FloatingMic, SignalsTapsOfItsTwoButtons) {
   const Scene scene(
       floatingMic("state: ZelvoraFloatingMic.Listening\n"
                   "onTap: ++parent.taps; onStopTap: ++parent.stops"));
@@ -145,7 +145,7 @@ TEST(Badge, LeavesItsFrameEmptyWhenTheBundleLacksTheImage) {
   EXPECT_EQ(scene.picture().convertToFormat(white.format()), white);
 }
 
-TEST(Badge, TakesAnImageOfPixelsWhereABundleHasNoDrawing) {
+TEST(Badge, UsesABitmapWhenTheBundleHasNoDrawing) {
   const QTemporaryDir bundle;
   QImage blue(48, 48, QImage::Format_RGB32);
   blue.fill(Qt::blue);
@@ -155,7 +155,7 @@ TEST(Badge, TakesAnImageOfPixelsWhereABundleHasNoDrawing) {
   EXPECT_EQ(scene.picture().pixelColor(30, 30), QColor(Qt::blue));
 }
 
-TEST(Badge, SaysEachTimeWhatItShows) {
+TEST(Badge, PrintsEachImageThatItShows) {
   const auto said = [](const char* image) {
     return std::string("BADGE bundle = ") + kOwnBundle + ", image = " + image + "\n";
   };

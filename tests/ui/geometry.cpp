@@ -14,8 +14,8 @@
 namespace zelvora {
 namespace {
 
-constexpr double kSlack = 1.5;  ///< Points by which measures of text are rounded.
-constexpr int kSmallest = 10;   ///< Letters that are still read, in points.
+constexpr double kSlack = 1.5;  ///< Rounding of text sizes, in points.
+constexpr int kSmallest = 10;   ///< The smallest letters that can be read, in points.
 const QRegularExpression kBetweenWords(QStringLiteral("[\\s\u00AD-]+"));
 const QRegularExpression kLooseUnit(
     QStringLiteral("\\d (?:[%\u20AC]|(?:cm|km|ml|mm|\u05E1\u05F4\u05DE|\u05E7\u05F4\u05DE)\\b)"));
@@ -30,7 +30,7 @@ std::string nameOf(const QQuickItem& item) {
   return std::string(item.metaObject()->className()) + " \"" + words.left(40).toStdString() + "\"";
 }
 
-/// Everything that is seen, each with whether a flickable item contains it.
+/// Visits each item that is shown.
 void eachShown(const QQuickItem& item, const std::function<void(const QQuickItem&)>& visit) {
   if (!item.isVisible() || item.opacity() < 0.05) return;
   visit(item);
@@ -43,7 +43,7 @@ const QQuickItem* flickableAround(const QQuickItem& item) {
   return nullptr;
 }
 
-/// Of a text: what it paints, not the item around it.
+/// What a text paints, not the item around it.
 QRectF paintedBy(const QQuickItem& text) {
   const double width = text.property("contentWidth").toDouble();
   const double height = text.property("contentHeight").toDouble();
@@ -58,7 +58,7 @@ bool isControl(const QQuickItem& item) {
   return is(item, "QQuickAbstractButton") || is(item, "QQuickTextInput");
 }
 
-/// Where the parts of the page that can be used lie: in the sheet when one is open.
+/// The part of the page that can be used: the sheet, when one is open.
 const QQuickItem& usablePart(const QQuickWindow& window) {
   for (const QQuickItem* child : window.contentItem()->childItems())
     if (is(*child, "QQuickOverlay"))
@@ -67,7 +67,7 @@ const QQuickItem& usablePart(const QQuickWindow& window) {
   return *window.contentItem();
 }
 
-/// A word that is wider than its place ends a line within itself, unless the text grows smaller.
+/// A word wider than its place is broken across lines, unless the text shrinks.
 void findBrokenWord(const QQuickItem& text, std::vector<std::string>& faults) {
   const auto font = text.property("font").value<QFont>();
   const bool shrinks = text.property("fontSizeMode").toInt() != 0;
@@ -220,10 +220,10 @@ std::vector<std::string> reachFaults(QQuickWindow& window) {
     };
     const QRectF all(0, 0, window.width(), window.height());
     if (!all.contains(whole())) (void)window.grabWindow();  // lays out what is new
-    if (window.activeFocusItem() != focus) continue;        // it was, and is no more
+    if (window.activeFocusItem() != focus) continue;        // it had the focus, and lost it
     const QRectF place = whole();
     const QRectF seen = place & all;
-    // What is higher than the window can't be seen whole.
+    // A control taller than the window can't be seen whole.
     if (isControl(*focus) &&
         seen.height() + 1 < std::min<double>(place.height(), window.height() / 2.0))
       faults.push_back("focus out of sight: " + nameOf(*focus));
@@ -234,7 +234,7 @@ std::vector<std::string> reachFaults(QQuickWindow& window) {
     }
   }
   eachShown(usablePart(window), [&](const QQuickItem& item) {
-    // What appeared since may stand where something else that was wanted stood in memory.
+    // An item that appeared since may have the address of a wanted one that is gone.
     if (wanted.contains(&item) && wanted.at(&item) && !reached.contains(&item))
       faults.push_back("not reached by Tab: " + nameOf(item));
   });

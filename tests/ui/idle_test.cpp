@@ -28,7 +28,7 @@ TEST(Views, CallForNoFrameWhileNothingChanges) {
       clock.pass(15);
       stage.draw(1);
     };
-    for (int frame = 0; frame < 3; ++frame) draw();  // what the first ones still settle
+    for (int frame = 0; frame < 3; ++frame) draw();  // the first ones still settle
     int calls = 0;
     for (const auto signal :
          {&QQuickRenderControl::sceneChanged, &QQuickRenderControl::renderRequested})

@@ -13,7 +13,7 @@ QByteArray micButton(const QByteArray& inside) {
   return "Item { property int taps; ZelvoraMicButton { onTap: ++parent.taps; " + inside + "\n} }";
 }
 
-TEST(MicButton, StandsAtTheTrailingCornerOfWhatContainsIt) {
+TEST(MicButton, SitsInTheTrailingCornerOfItsContainer) {
   const struct {
     const char* name;
     const char* inside;
@@ -68,7 +68,7 @@ TEST(MicButton, DrawsItsSymbolInTheTextColour) {
 }
 
 TEST(MicButton, SwingsItsHaloAsAnEaseInAndOut) {
-  // Of the curve through (0.42, 0) and (0.58, 1), a quarter of the way along.
+  // The Bézier curve with control points (0.42, 0) and (0.58, 1), a quarter of the way along.
   constexpr double kQuarter = 0.129162;
   const struct {
     qint64 at;
@@ -121,7 +121,7 @@ TEST(MicButton, HoldsItsHaloStillWhereMotionIsReduced) {
   EXPECT_EQ(scene.item("halo")->width(), 64 * 1.35);
 }
 
-TEST(MicButton, TellsOfTapsKeysAndPressesByAScreenReader) {
+TEST(MicButton, SignalsTapsKeysAndPressesByAScreenReader) {
   const Scene scene(micButton(""));
   scene.tap("button");
   EXPECT_EQ(scene.get("taps"), 1);
@@ -144,7 +144,7 @@ TEST(MicButton, ShowsTheFocusOfTheKeyboardAndNotOfAFinger) {
   EXPECT_EQ(tapped.find("focusRing"), nullptr);
 }
 
-TEST(MicButton, TakesATapOf44PointsHoweverSmallItIs) {
+TEST(MicButton, AcceptsTapsOn44PointsHoweverSmallItIs) {
   const Scene scene(micButton("style.size: 24"));
   const QRectF face = scene.place("face");
   scene.tap(face.topLeft() - QPointF(9, 9));

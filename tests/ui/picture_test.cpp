@@ -9,7 +9,7 @@
 namespace zelvora {
 namespace {
 
-/// The share of pixels that differ plainly in some colour.
+/// The share of pixels that differ clearly in some channel.
 double difference(const QImage& left, const QImage& right) {
   if (left.size() != right.size()) return 1;
   int differing = 0;
@@ -31,7 +31,7 @@ TEST(Pictures, LookAsTheDocumentationShowsThem) {
     const QImage shown(path);
     ASSERT_FALSE(shown.isNull()) << qPrintable(path);
     const QImage found = render(picture);
-    // Another build of the font library moves the edges of letters a little.
+    // Another build of the font library shifts the edges of letters a little.
     const double share = difference(found, shown);
     EXPECT_LT(share, 0.004) << qPrintable(picture.name);
     if (share < 0.004) continue;

@@ -8,7 +8,7 @@
 namespace zelvora {
 namespace {
 
-TEST(ResourceBundle, IsTheFirstThatIsThere) {
+TEST(ResourceBundle, IsTheFirstThatExists) {
   const QTemporaryDir empty, first, second;
   for (const QTemporaryDir* place : {&first, &second})
     ASSERT_TRUE(QDir(place->path()).mkdir("ZelvoraSDK_ZelvoraSDK.bundle"));

@@ -38,7 +38,7 @@ class Scene {
   std::unique_ptr<QQuickView> view_;
 };
 
-/// An item's name to a screen reader, its role, and whether it takes part at all.
+/// An item's name and role to a screen reader, and whether it is hidden from one.
 struct Spoken {
   QString name;
   int role = 0;

@@ -10,20 +10,20 @@
 
 namespace zelvora {
 
-/// A window that is drawn into an image, when it is told to and not otherwise.
+/// A window that is drawn into an image, only on request.
 class Stage {
  public:
   /// Holds the item that the document `qml` declares, in points. Throws when it can't be made.
   Stage(const QByteArray& qml, QSize size);
 
-  /// Draws at so many pixels a point, the same bytes each time.
+  /// Draws at `pixelRatio` pixels per point, the same bytes each time.
   QImage draw(double pixelRatio);
 
   /// Draws what has changed since draw() into the same image.
   void redraw();
 
   [[nodiscard]] QQuickItem* root() const { return root_.get(); }
-  /// Tells by its signals that a new frame is called for.
+  /// Its signals report that a new frame is needed.
   QQuickRenderControl& control() { return control_; }
   [[nodiscard]] QQuickWindow& window() { return window_; }
 

@@ -46,8 +46,8 @@ TEST(Surface, IsLaidOutAtEverySizeInEveryLanguageAndState) {
         }
 }
 
-TEST(Surface, AnnouncesEachStateThatItComesTo) {
-  // A screen reader says an alert that appears, and where the focus comes.
+TEST(Surface, AnnouncesEachStateThatItEnters) {
+  // A screen reader reads an alert that appears, and the item that gets the focus.
   const std::map<std::string, std::string> words{
       {"rest", "field: Where would you like to go?"},
       {"typing", "field: Where would you like to go?"},
@@ -178,7 +178,7 @@ TEST(Surface, HoldsTheFocusInTheChoicesAndGivesItBack) {
   EXPECT_EQ(talk.assistant->choices().size(), 0);
 }
 
-TEST(Surface, TellsWhatToDoWithoutAMicrophone) {
+TEST(Surface, SaysWhatToDoWithoutAMicrophone) {
   Conversation talk({});
   talk.bring("permission");
   talk.application.standIns.permissions->microphone = true;
@@ -192,7 +192,7 @@ TEST(Surface, TellsWhatToDoWithoutAMicrophone) {
   other.await("typing");
 }
 
-TEST(Surface, StandsAboveTheKeyboardAndWithinTheSafeAreas) {
+TEST(Surface, StaysAboveTheKeyboardAndWithinTheSafeAreas) {
   const Conversation talk({.more = "safeBottom: 34; safeLeft: 50; keyboardHeight: 300"});
   const QRectF field = talk.scene->place("field");
   EXPECT_EQ(field.bottom(), 844 - 300 - 12);
@@ -203,7 +203,7 @@ TEST(Surface, StandsAboveTheKeyboardAndWithinTheSafeAreas) {
             844 - resting.scene->place("notice").top() + 12);
 }
 
-TEST(Surface, IsAPillUntilSomethingIsToBeTyped) {
+TEST(Surface, IsAPillUntilTheUserWantsToType) {
   Conversation talk({.more = "compact: true"});
   EXPECT_EQ(talk.scene->find("commandField"), nullptr);
   talk.scene->tap("typeInstead");
@@ -213,7 +213,7 @@ TEST(Surface, IsAPillUntilSomethingIsToBeTyped) {
   talk.await("listening");
 }
 
-TEST(Wave, HearsAsEarsDo) {
+TEST(Wave, FollowsLoudnessAsEarsDo) {
   EXPECT_EQ(loudness(0), 0);
   EXPECT_EQ(loudness(0.001), 0) << "60 dB below full scale is silence";
   EXPECT_EQ(loudness(1), 1);

@@ -21,7 +21,7 @@ const ZelvoraTheme& themeOf(QObject* item) {
   return *qobject_cast<ZelvoraTheme*>(qmlAttachedPropertiesObject<ZelvoraTheme>(item));
 }
 
-/// The pairs of colours that lie on one another, and how plain they must be.
+/// A pair of colours shown one on the other, and the least contrast it needs.
 struct Pair {
   const char* name;
   QColor one, other;
@@ -58,7 +58,7 @@ TEST(Theme, IsInheritedFromWhereItIsSet) {
   EXPECT_TRUE(inner.reducedMotion());
   EXPECT_FALSE(themeOf(scene.root()).reducedMotion()) << "only what lies below inherits";
 
-  // What is set nearer counts, and goes when it is unset or when the item moves elsewhere.
+  // The nearest setting counts, until it is unset or the item moves elsewhere.
   auto* outer = scene.item("outer");
   QQmlProperty::write(outer, "ZelvoraTheme.accent", QColor("blue"), qmlContext(outer));
   EXPECT_EQ(inner.accent(), QColor("blue"));
@@ -157,7 +157,7 @@ TEST(Theme, IsReadableWhateverColoursTheHostHas) {
   }
 }
 
-/// The names that a module brings to QML, without its values' versions.
+/// The names that the module adds to QML, without their versions.
 QStringList exportedNames() {
   QFile types(QStringLiteral(ZELVORA_QML_FOLDER "/Zelvora/zelvora_ui.qmltypes"));
   QFile folder(QStringLiteral(ZELVORA_QML_FOLDER "/Zelvora/qmldir"));

@@ -25,7 +25,7 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-/// How the shop is looked at.
+/// How the shop is shown.
 struct Look {
   QSize size;
   const char* language = "en";
@@ -86,7 +86,8 @@ class Everybody : public ShopApp {
     (void)app_.window().grabWindow();
   }
   void press(Qt::Key key) { QTest::keyClick(&app_.window(), key); }
-  /// Tab until what has the focus is called so to a screen reader; notes what is heard on the way.
+  /// Presses Tab until a screen reader calls the focused item `spoken`; notes what it reads on the
+  /// way.
   void tabTo(const std::string& spoken) {
     for (int presses = 0; presses < 60; ++presses) {
       const QQuickItem* focus = app_.window().activeFocusItem();
@@ -122,7 +123,7 @@ TEST_F(Everybody, FindsEachScreenLaidOutAtEverySizeAndLanguage) {
 }
 
 TEST_F(Everybody, SettlesWhenItIsTurnedOrResized) {
-  // What does not settle warns, which fails the test, or worse.
+  // A layout that does not settle at least warns, which fails the test.
   const std::vector<Look> all = looks({"en", "de", "he"});
   std::mt19937 random(4);
   for (const QString& screenId : keysOf("Screens", "screens")) {
@@ -188,7 +189,7 @@ TEST_F(Everybody, DimsTheWholeWindowBehindASheet) {
   EXPECT_TRUE(isDim());
 }
 
-TEST_F(Everybody, ReadsItsColours) {
+TEST_F(Everybody, SeesEnoughContrastInEveryColour) {
   const QObject& theme = *singleton("Theme");
   const auto color = [&](const char* name) { return theme.property(name).value<QColor>(); };
   const struct {
@@ -231,7 +232,7 @@ TEST_F(Everybody, StacksAScreenOnceAndKeepsItsPlace) {
   EXPECT_EQ(navigator(), 2) << "it is come back to";
   EXPECT_EQ(page->property("contentY"), 120);
 
-  // While one screen comes, taps mean nothing and a command waits.
+  // While a screen comes in, taps are ignored and a command waits.
   app_.shop().setProperty("pace", 60);
   open("purchases");
   EXPECT_FALSE(item("navigator").isEnabled());
@@ -320,7 +321,7 @@ TEST_F(Everybody, GoesOnWithoutTheMicrophoneThatWasRefused) {
   EXPECT_TRUE(states_.empty() || states_.front() != ZelvoraMicState::Listening);
 
   permissions_->microphone = true;
-  QTest::qWait(1000);  // Sooner it would count as the second of two taps.
+  QTest::qWait(1000);  // Any sooner, it would count as the second of two taps.
   tabTo("button: Speak a command");
   press(Qt::Key_Space);
   await([&] { return assistant().state() == ZelvoraMicState::Listening; });

@@ -6,7 +6,7 @@
 #include <examples/shop/app/shop_application.h>
 
 int main(int argc, char** argv) {
-  // One thread, and the renderer that draws alike everywhere; no display unless one is given.
+  // One thread, and the renderer that draws the same everywhere; no display unless one is given.
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("QT_QUICK_BACKEND", "software");
   qputenv("QSG_RENDER_LOOP", "basic");

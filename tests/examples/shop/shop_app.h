@@ -18,7 +18,7 @@
 
 namespace zelvora::shop {
 
-/// The shop as a customer has it in her hand, on a private sound server.
+/// The shop as a customer holds it in her hand, on a private sound server.
 class ShopApp : public ::testing::Test {
  protected:
   ShopApp() {
@@ -32,7 +32,7 @@ class ShopApp : public ::testing::Test {
     app_.replies().setMuted(true);
     app_.shop().setProperty("pace", 0);
     app_.window().show();
-    // Where no window manager runs, keys go to nobody unless the window asks for them.
+    // Without a window manager, a window gets no keys unless it asks for them.
     app_.window().requestActivate();
     if (!QTest::qWaitForWindowActive(&app_.window())) throw std::runtime_error("no window");
   }
@@ -54,7 +54,7 @@ class ShopApp : public ::testing::Test {
     if (!found) throw std::runtime_error("no item " + objectName);
     return *found;
   }
-  /// Rows of a list are nobody's QObject children, so this follows what is seen.
+  /// Rows of a list have no QObject parent, so this walks the visible items.
   static QQuickItem* findBelow(QQuickItem& top, const QString& objectName) {
     if (!top.isVisible()) return nullptr;
     if (top.objectName() == objectName) return &top;

@@ -23,7 +23,7 @@ using ::testing::ElementsAre;
 using testing::Journal;
 using ::testing::StartsWith;
 
-TEST_F(ShopApp, OpensTheScreensThatAreTypedFor) {
+TEST_F(ShopApp, OpensTheScreensAskedForByTyping) {
   EXPECT_EQ(screen(), "main");
   type("show me running shoes");
   EXPECT_EQ(screen(), "results");
@@ -41,7 +41,7 @@ TEST_F(ShopApp, OpensTheScreensThatAreTypedFor) {
   EXPECT_EQ(item("answerBadge").property("name"), "badge_failure");
 }
 
-TEST_F(ShopApp, OpensTheScreenThatIsAskedForAloud) {
+TEST_F(ShopApp, OpensTheScreenAskedForAloud) {
   const auto clip = folder_.path() / "command.caf";
   testing::writeRecording(clip, {16000, 1}, testing::asFloats(testing::spoken("track my order")));
   tap(item("speak"));
@@ -81,7 +81,7 @@ TEST_F(ShopApp, RanksAPickHigherTheNextTime) {
   EXPECT_EQ(screen(), "basket");
   EXPECT_TRUE(assistant().choices().isEmpty());
 
-  // The pick is counted in the background, mostly before the next command is there.
+  // The pick is counted in the background, usually before the next command arrives.
   for (int i = 0; i < 50 && (i == 0 || offered() == first); ++i) {
     QMetaObject::invokeMethod(&assistant(), "dismissChoices");
     type("orders");
@@ -115,7 +115,7 @@ TEST_F(ShopApp, PaintsATourByDayAndByNight) {
   std::set<std::string> pictures;
   for (const auto& entry : std::filesystem::directory_iterator(folder_.path() / "tour"))
     pictures.insert(readFile(entry.path()));
-  // Only the two pictures of one screen, with and without what was answered, might be alike.
+  // Only the two pictures of one screen, with and without the answer, may be alike.
   EXPECT_GT(pictures.size(), 50U);
 }
 

@@ -44,7 +44,7 @@ QByteArray chunks(const QByteArray& file, const char* name) {
 }  // namespace
 
 void AnimatedPicture::add(const QImage& image, int milliseconds) {
-  if (!frames_.empty() && image == last_) {  // a longer look at the same
+  if (!frames_.empty() && image == last_) {  // the same picture, shown longer
     frames_.back().milliseconds += milliseconds;
     return;
   }

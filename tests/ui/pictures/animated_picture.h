@@ -10,7 +10,7 @@ namespace zelvora {
 /// Pictures that browsers show one after another: a PNG file with the chunks of its animation.
 class AnimatedPicture {
  public:
-  /// Shown for so many milliseconds. All pictures are of one size.
+  /// Adds a picture, to be shown for `milliseconds`. All pictures have the same size.
   void add(const QImage& image, int milliseconds);
   /// Throws when the file can't be written.
   void save(const std::string& path) const;

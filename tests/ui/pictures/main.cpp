@@ -1,5 +1,5 @@
-// Writes the pictures of docs/views.md into the folder given: those of the single views; asked for
-// "surface", those of the command surface in its states; asked for "film", its animation.
+// Writes the pictures of docs/views.md into the folder given: those of the single views; with
+// "surface", those of the command surface in its states; with "film", its animation.
 
 #include <QtCore/QDir>
 #include <QtGui/QFont>
@@ -42,7 +42,7 @@ void drawStates(const QDir& folder) {
         talk.application.standIns.microphone->play(std::vector<float>(512, level));
         clock->pass(40, 20);
       }
-      // What is thought about is answered as soon as events are processed.
+      // Processing events would end the thinking with an answer.
       for (int turns = 0; turns < 20 && state != "thinking"; ++turns)
         QCoreApplication::processEvents();
       const QString name = QStringLiteral("surface-%1-%2.png")
