@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds a JSON Schema to what decoding says: check_schema.py SCHEMA CASES
+"""Compares a JSON Schema with what decoding says: check_schema.py SCHEMA CASES
 
 CASES is an array of objects with a `spec` and whether decoding has `refused` it. Ends with 77 where
 python3-jsonschema is not installed.

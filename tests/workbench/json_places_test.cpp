@@ -57,7 +57,7 @@ TEST(JsonPlaces, FindsWhatIsAroundAMissingValue) {
   }
 }
 
-/// Each value that the reader sees stands, alone, at the place found for it.
+/// Expects each value that the reader sees, and nothing else, at the place found for it.
 void expectSameValues(const JsonCursor& at, const JsonPlaces& places, std::string_view text) {
   const JsonPlaces::Value* found = places.find(at.path());
   ASSERT_NE(found, nullptr) << at.path();

@@ -1,4 +1,4 @@
-// What lint says about routes, held against the literal reference router.
+// Compares what lint says about routes with the literal reference router.
 
 #include <ZelvoraSDK/workbench/lint.h>
 

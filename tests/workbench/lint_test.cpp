@@ -45,7 +45,7 @@ std::string manyWords() {
   return "{\"en-US\": " + toJson(words) + "}";
 }
 
-/// The edits put one fault into the clean spec, which is thereby its repaired twin.
+/// The edits put one fault into the clean spec, so the clean spec is the repaired version.
 struct Fault {
   const char* code;
   LintSeverity severity;
@@ -338,7 +338,7 @@ TEST(Lint, LeavesItToTheAuthorWhichWordsMayMeanSeveralThings) {
   EXPECT_THAT(findings[0].edits, IsEmpty());
 }
 
-TEST(Lint, TakesAMinimalSpecOnPurposeForWhatItIs) {
+TEST(Lint, AcceptsASpecThatIsMinimalOnPurpose) {
   const std::string text = withEdits(
       cleanSpec(), {without("app"), without("routing"), without("learning"), without("stt"),
                     set("tasks[0]", "taskId", "\"other\""), set("tasks[0]", "synonym", "[]")});
@@ -388,7 +388,7 @@ TEST(Lint, TellsLongerWordsFromInflections) {
   }
 }
 
-TEST(Lint, ThrowsOverWhatIsNotJson) {
+TEST(Lint, ThrowsOnTextThatIsNotJson) {
   EXPECT_THROW((void)lintSpec("{\"tasks\": ["), Error);
   for (const char* text : {"3", "[]", "null", "{}", R"({"tasks": []})", R"({"tasks": [{}]})"})
     EXPECT_EQ(errorsIn(lintSpec(text)), 1) << text;

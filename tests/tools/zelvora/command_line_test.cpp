@@ -38,7 +38,7 @@ TEST(CommandLine, TakesTextsLiterally) {
   EXPECT_FALSE(std::getline(lines, line)) << line;
 }
 
-TEST(CommandLine, NamesTheNearestKnownOne) {
+TEST(CommandLine, NamesTheNearestKnownWord) {
   const struct {
     std::vector<std::string> arguments;
     const char* nearest;
@@ -125,7 +125,7 @@ TEST(CommandLine, ManPageIsWellFormed) {
   const testing::TemporaryFolder folder;
   const std::string page =
       folder.write("zelvora.1", runTool({.arguments = {"reference", "man"}}).out);
-  // Macros that roff does not know would be dropped with what they hold.
+  // roff drops a macro that it does not know, together with its text.
   const std::vector<std::string> known = {".TH", ".SH", ".SS", ".PP", ".TP", ".br"};
   std::istringstream macros(testing::outputOf("grep -o '^\\.[A-Za-z]*' " + page));
   for (std::string macro; std::getline(macros, macro);)

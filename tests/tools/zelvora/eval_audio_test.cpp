@@ -55,7 +55,7 @@ TEST_F(EvalAudio, CountsWhatIsHeardAndHowManyWordsAreWrong) {
                           std::vector<float>(16000));
   const std::string lines =
       "order.wav\ttrack_order\ten-US\tTrack my order!\n"
-      // What comes long after a command is another capture's.
+      // What comes long after a command belongs to another capture.
       "arrivals.wav\tnew_arrivals\t\tshow me the new arrivals\n"
       "order.wav\tcart\ten-US\ttrack my parcel\n"
       "quiet.wav\tcart\n"

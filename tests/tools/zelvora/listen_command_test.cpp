@@ -53,12 +53,12 @@ TEST_F(ListenCommand, RoutesWhatASoundFileSaysAndKeepsWhatItHeard) {
   const ToolRun run = hear({"--save-audio", kept});
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.out, kTrackMyOrder);
-  // What was kept can be heard in turn.
+  // The kept recording can be listened to again.
   const ToolRun again = testing::runTool(listen({"--audio", kept}));
   EXPECT_EQ(again.out, kTrackMyOrder) << again.err;
 }
 
-TEST_F(ListenCommand, ListensOnlyInTheModeItIsTold) {
+TEST_F(ListenCommand, ListensOnlyInTheModeThatIsGiven) {
   const std::string nothing = R"({"result":{"case":"unsupported","say":"No speech detected"}})"
                               "\n";
   EXPECT_EQ(hear({"--stt-mode", "disabled"}).out, nothing);

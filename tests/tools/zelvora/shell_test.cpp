@@ -60,7 +60,7 @@ TEST_F(Shell, ReadsAChangedSpecAndKeepsItsSession) {
   for (std::size_t at = 0; (at = changed.find("cart_screen", at)) != changed.npos; at += 9)
     changed.replace(at, 11, "new_cart_screen");
   folder_.write("spec.json", changed);
-  tool.write("there my\n");  // a follow-up, known only to who remembers the cart
+  tool.write("there my\n");  // a follow-up, understood only if the cart is remembered
   EXPECT_THAT(tool.readLine(), HasSubstr(R"("case":"execute","screenId":"new_cart_screen")"));
 
   folder_.write("spec.json", "{");
@@ -103,7 +103,7 @@ TEST_F(Shell, IsWhatRouteDoesOnATerminal) {
   next.waitFor("zelvora> ");
   next.type("\033[A\033[A\033[A\033[A\n");
   next.waitFor("Navigating to: Cart");
-  next.type("\004");  // before the next prompt, perhaps
+  next.type("\004");  // perhaps before the next prompt
   EXPECT_EQ(next.finish(), 0);
 }
 

@@ -16,7 +16,7 @@ TEST(SpeakCommand, IsHeardAndReturnsWhenTheTextHasBeenSaid) {
   testing::Loudspeaker loudspeaker;
   const testing::Subprocess tool({ZELVORA_TOOL, "speak", "your cart is open"});
   EXPECT_TRUE(loudspeaker.waitUntil([](double level) { return level > 0.01; }));
-  // Throws when the tool fails; it says nothing of its own.
+  // Throws when the tool fails; otherwise it prints nothing.
   EXPECT_EQ(testing::outputOf(ZELVORA_TOOL " speak --offline '  ' 'goodbye' 2>&1"), "");
 }
 

@@ -45,7 +45,7 @@ class Streams : public ::testing::Test {
     };
   }
 
-  /// The commands that there are, the unlisted ones included.
+  /// All commands, including the unlisted ones.
   static std::vector<std::string> commands() {
     std::istringstream listed(runTool({.arguments = {"complete", "--", ""}}).out);
     std::vector<std::string> names = {"complete", "reference"};
@@ -54,7 +54,7 @@ class Streams : public ::testing::Test {
   }
 
   static void expectLost(ToolCall call, const std::string& what) {
-    // What a call writes besides its output is written each time.
+    // `init` also writes files, so each run gets its own folder.
     const testing::TemporaryFolder place;
     if (what == "init") call.arguments[1] = place.path() / "a";
     call.outputFile = "/dev/full";
@@ -105,7 +105,7 @@ TEST_F(Streams, InputThatCanNotBeReadIsReported) {
   }
 }
 
-TEST_F(Streams, ALineOverTheLimitIsPassedOverAndTheRestGoesOn) {
+TEST_F(Streams, ALineOverTheLimitIsSkippedAndTheRestIsRead) {
   constexpr std::size_t kMebibyte = 1 << 20;
   const std::string longest(kMebibyte, ' ');
   const std::string input = "one\n" + longest + "\n" + longest + " \ntwo\n" + longest + " ";
@@ -163,7 +163,7 @@ TEST_F(Streams, ATerminalGetsTheAnswerFirstAndColoursUnlessToldOtherwise) {
   }
 }
 
-TEST_F(Streams, QuietKeepsDiagnosticsBackAndNothingElse) {
+TEST_F(Streams, QuietSuppressesDiagnosticsAndNothingElse) {
   const ToolRun run = runTool(
       {.arguments = {"route", "--quiet", "--offline", "--spec", kShopSpec, "open my cart"}});
   EXPECT_THAT(run.out, HasSubstr("open screen basket"));

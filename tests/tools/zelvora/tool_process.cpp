@@ -170,7 +170,7 @@ std::string TerminalProcess::waitFor(const std::string& text) {
 int TerminalProcess::finish() {
   while (readMore()) {
   }
-  // Silent for a minute, yet still there: it waits for keys that nobody will press.
+  // Silent for a minute but still running: it waits for keys that nobody will press.
   pollfd gone{.fd = terminal_, .events = POLLIN, .revents = 0};
   if (::poll(&gone, 1, 0) == 0) ::kill(pid_, SIGKILL);
   int status = 0;

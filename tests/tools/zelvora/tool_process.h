@@ -16,7 +16,7 @@ struct ToolCall {
   std::vector<std::pair<std::string, std::string>> environment;  ///< On top of this process's.
 };
 
-/// What came of it.
+/// The result of a call.
 struct ToolRun {
   int status = 0;  ///< Exit status; -1 when a signal ended it.
   std::string out;
@@ -50,7 +50,7 @@ class ToolProcess {
   std::string errorFile_;
 };
 
-/// The tool on a terminal of its own, with someone at the keys.
+/// The tool on its own terminal, with someone at the keys.
 class TerminalProcess {
  public:
   explicit TerminalProcess(const ToolCall& call);

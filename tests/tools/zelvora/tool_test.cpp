@@ -25,7 +25,7 @@ class Tool : public ::testing::Test {
     return path;
   }
 
-  /// A command on the small spec, offline, with a data folder of the test's own.
+  /// A command on the small spec, offline, with the test's own data folder.
   ToolCall call(const std::string& command, const std::vector<std::string>& arguments = {}) const {
     ToolCall call;
     call.arguments = {command, "--offline", "--spec", spec_, "--data-dir", folder_.path() / "data"};
@@ -158,7 +158,7 @@ TEST_F(Tool, ExplainReportsNoHit) {
   EXPECT_EQ(run.err, "");
 }
 
-TEST_F(Tool, GoesOnBehindAFileThatCanNotBeRead) {
+TEST_F(Tool, GoesOnAfterAFileThatCanNotBeRead) {
   const std::string missing = folder_.path() / "missing.json";
   const std::string wrong = file("wrong.json", "{}");
   const ToolRun run = runTool({.arguments = {"validate", missing, wrong, spec_}});
@@ -236,14 +236,14 @@ TEST_F(Tool, TakesItsSettingsFromTheBundleUnlessToldOtherwise) {
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.out.find(R"("taskId":"cart")"), run.out.npos) << run.out << run.err;
 
-  // Hebrew is not lower-cased, and its own stopwords hold.
+  // For Hebrew nothing is lower-cased, and its own stopwords apply.
   const ToolRun hebrew = runTool({.arguments = {"explain", "--json", "--bundle", shop, "--resource",
                                                 "shop", "--locale", "he-IL", "Open CART"}});
   EXPECT_NE(hebrew.out.find(R"("normalized":"Open CART")"), hebrew.out.npos) << hebrew.out;
 }
 
 TEST_F(Tool, ReadsTheTimeFromItsEnvironment) {
-  // A screen was opened just now for the second text; only a moving clock leaves the window.
+  // The window is zero seconds, so the second text follows up only while the clock stands still.
   spec_ =
       file("spec.json",
            smallSpec("", R"("context":{"enabled":true,"memory":{"followupWindowSeconds":0}},)"));
@@ -260,7 +260,7 @@ TEST_F(Tool, FindsTheExampleSpecBesideItsBuild) {
   EXPECT_NE(runTool(call).out.find(R"("screenId":"basket")"), std::string::npos);
 }
 
-TEST_F(Tool, HelpsAndTellsItsVersion) {
+TEST_F(Tool, PrintsHelpAndItsVersion) {
   const std::string version = runTool({.arguments = {"--version"}}).out;
   EXPECT_TRUE(version.starts_with("0.1.0\nspeech: ")) << version;
   for (const char* command : {"route", "explain", "choose", "validate"}) {

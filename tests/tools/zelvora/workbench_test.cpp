@@ -42,7 +42,7 @@ class Workbench : public ::testing::Test {
     return path;
   }
 
-  /// A call of a command of the clean spec with labelled utterances.
+  /// Runs a command on the current spec with labelled utterances.
   ToolRun judge(const char* command, const std::string& utterances,
                 const std::vector<std::string>& more = {}) const {
     std::vector<std::string> arguments{command, "--spec", spec_,
@@ -182,7 +182,7 @@ TEST_F(Workbench, EvalComparesTwoSpecs) {
   EXPECT_THAT(text.out, HasSubstr("better\n  blue sea: nothing -> opens cart\n"));
 }
 
-/// What `route --json` says of each utterance, each in a call of its own, counted plainly.
+/// What `route --json` says of each utterance, each in its own call, counted plainly.
 std::map<std::string, int> plainCount(const std::string& spec, const std::string& labelled,
                                       const std::string& folder) {
   std::map<std::string, int> counts;
@@ -230,7 +230,7 @@ TEST_F(Workbench, EvalCountsWhatRouteSaysForAnyNumberOfThreads) {
   }
 }
 
-TEST_F(Workbench, TheShopUnderstandsAllThatPeopleSayToIt) {
+TEST_F(Workbench, TheShopUnderstandsEverythingThatPeopleSayToIt) {
   const ToolRun run = runTool(
       {.arguments = {"eval", "--spec", kShop + "shop.json", kShop + "utterances.tsv", "--min-right",
                      "100", "--max-wrong", "0", "--max-opened-out-of-scope", "0", "--quiet"}});
@@ -239,7 +239,7 @@ TEST_F(Workbench, TheShopUnderstandsAllThatPeopleSayToIt) {
 
 // Tuning.
 
-/// Each twice, so that an odd and an even one stand behind every figure.
+/// Each twice, so that every figure counts an odd and an even one.
 const std::string kTwice =
     "shopping history\t-\nshopping history\t-\n"
     "basket\tcart\nbasket\tcart\nopen shopping cart\tcart\nopen shopping cart\tcart\n"
@@ -256,7 +256,7 @@ TEST_F(Workbench, TuneChangesOnlyTheNumbersItNames) {
   EXPECT_THAT(run.out, HasSubstr(R"("before":{"inScope":4,"outOfScope":1,"right":0,)"));
   EXPECT_EQ(readFile(spec_), before);
 
-  // Put back, the numbers are the only difference.
+  // The numbers are the only difference: put back, they restore the file.
   const auto limits = decodeJson<RuntimeSpec>(readFile(tuned)).routing.thresholds;
   EXPECT_LT(limits.execute_min_score, 9.5);
   std::string restored = withEdits(
@@ -287,7 +287,7 @@ TEST_F(Workbench, TuneNeverLooksAtTheEvenOnes) {
 
 TEST_F(Workbench, TuneSaysWhenNothingMeetsTheLimits) {
   const std::string tuned = folder_.path() / "tuned.json";
-  // Whatever is opened, a score above all that the grid has is opened too.
+  // This text scores above every threshold of the grid, so it is always opened.
   const std::string everything =
       "shopping cart basket contents open show\t-\nshopping cart basket contents open show\t-\n";
   const ToolRun run =
@@ -330,7 +330,7 @@ TEST_F(Workbench, ReportNeedsNothingElseAndFitsAPhone) {
 
   if (std::system("command -v chromium > /dev/null") != 0)
     GTEST_SKIP() << "chromium is not installed: the report was not shown in a browser";
-  // A frame of a phone's width; wider than it would mean scrolling sideways.
+  // A frame as wide as a phone: a wider page would scroll sideways.
   const std::string frame = file("frame.html", R"(<!DOCTYPE html>
 <iframe id="frame" src="report.html" style="width: 390px; height: 800px; border: 0"></iframe>
 <script>

@@ -150,7 +150,7 @@ TEST_F(HttpServerTest, JudgesARequestBeforeItsBodyAndCountsTheBodysBytes) {
         << row.name;
 }
 
-TEST_F(HttpServerTest, AsksForTheBodyOfThoseWhoWait) {
+TEST_F(HttpServerTest, AsksForTheBodyWhenTheClientWaits) {
   const Client client(server_.port());
   client.send(post(sized(question(13)) + "Expect: 100-continue\r\n", ""));
   ASSERT_TRUE(client.hears(milliseconds(60'000)));

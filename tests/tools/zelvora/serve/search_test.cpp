@@ -42,11 +42,11 @@ double best(std::string_view text) { return search(kPlaces, text, "en").front().
 TEST(Search, IsSureWhenAllWordsAreFoundInOnePlaceOnly) {
   EXPECT_DOUBLE_EQ(best("the cart"), 1);
   EXPECT_GT(best("cart"), best("cart parcels"));
-  EXPECT_GT(best("cart parcels"), best("cart mars"));  // an unknown word tells most
+  EXPECT_GT(best("cart parcels"), best("cart mars"));  // an unknown word costs most
   EXPECT_LT(best("cart on mars tomorrow"), 0.5);
 }
 
-TEST(Search, LeavesTwinsOneHalfEachInTheirOrder) {
+TEST(Search, GivesTwinsOneHalfEachInTheirOrder) {
   const std::vector<Destination> twins = {{.id = "a", .title = "red"}, {.id = "b", .title = "red"}};
   EXPECT_THAT(search(twins, "red", "en"), ::testing::ElementsAre(Hit{0, 0.5}, Hit{1, 0.5}));
 }

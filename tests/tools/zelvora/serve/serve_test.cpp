@@ -60,7 +60,7 @@ TEST_F(Serve, LetsEveryStageSettleWhatItCan) {
   }
 }
 
-TEST_F(Serve, JudgesASpecTogetherWithItsBackendWhenEvalIsToldTo) {
+TEST_F(Serve, LetsEvalJudgeASpecTogetherWithItsBackend) {
   const std::filesystem::path texts = folder_.path() / "texts.tsv";
   std::ofstream(texts) << "open my cart\tcart\n"
                           "how did others rate it\treviews\n"
@@ -78,7 +78,7 @@ TEST_F(Serve, JudgesASpecTogetherWithItsBackendWhenEvalIsToldTo) {
             R"({"inScope":2,"outOfScope":1,"right":2,"wrong":0,"choicesWith":0)");
 }
 
-TEST_F(Serve, TurnsAwayAnotherTokenAndStopsWhenToldWithoutHavingShownAny) {
+TEST_F(Serve, RefusesAnotherTokenAndStopsOnASignalWithoutShowingAny) {
   EXPECT_NE(route("how did others rate it", "wr0ng").out.find("Semantic resolve HTTP 401"),
             std::string::npos);
   server_.signal(SIGTERM);
