@@ -52,7 +52,7 @@ foreach(page IN ITEMS README.md CONTRIBUTING.md SECURITY.md LISTS pages)
   endforeach()
 endforeach()
 
-# What these pages show must stand, word for word, in the example that is compiled.
+# What these pages show must appear, word for word, in the example that is compiled.
 foreach(page IN ITEMS porting lifetimes testing)
   file(READ ${ROOT}/docs/${page}.md rest)
   file(GLOB sources ${ROOT}/examples/${page}/*.h ${ROOT}/examples/${page}/*.cpp)

@@ -6,7 +6,7 @@ cmake_minimum_required(VERSION 3.25)
 
 file(READ ${ROOT}/docs/writing-a-spec.md page)
 string(REGEX MATCH "```yaml\njobs:\n[^`]*```" workflow "${page}")
-# A step that goes on in the next line is one line to the shell.
+# A step that continues on the next line is one line to the shell.
 string(REGEX REPLACE "\n            +" " " workflow "${workflow}")
 string(REGEX MATCHALL "- run: zelvora [^\n]+" steps "${workflow}")
 list(LENGTH steps count)
@@ -37,7 +37,7 @@ if(NOT EXISTS ${WORK}/${report})
   message(FATAL_ERROR "no step writes ${report}, which the workflow keeps")
 endif()
 
-# Nothing opens any more: a fault for both steps.
+# Now nothing opens any more, which both steps must refuse.
 file(READ ${WORK}/shop.json spec)
 string(REGEX REPLACE "\"execute_min_score\": *[0-9.]+" "\"execute_min_score\": 1000" faulty "${spec}")
 file(WRITE ${WORK}/shop.json "${faulty}")

@@ -7,13 +7,13 @@ find_program(readelf readelf REQUIRED)
 find_program(objdump objdump REQUIRED)
 execute_process(COMMAND ${readelf} -hldW --dyn-syms ${BINARY}
   OUTPUT_VARIABLE elf COMMAND_ERROR_IS_FATAL ANY)
-# Not elsewhere: the C library's own start has it or not.
+# Looks only at main: the C library's start-up code has these instructions or not.
 execute_process(COMMAND ${objdump} -d --no-show-raw-insn --disassemble=main ${BINARY}
   COMMAND grep -m1 -E "endbr64|bti|paciasp" OUTPUT_VARIABLE landing)
 execute_process(COMMAND ${objdump} -d --no-show-raw-insn ${BINARY}
   COMMAND grep -m1 -E "or[lq] +\\$0x0,|str +xzr, \\[sp" OUTPUT_VARIABLE probing)
 
-# require(WHAT PATTERN): in what readelf prints.
+# require(WHAT PATTERN): the output of readelf must match.
 function(require what pattern)
   if(NOT elf MATCHES "${pattern}")
     message(SEND_ERROR "${BINARY} has no ${what}")

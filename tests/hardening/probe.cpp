@@ -1,5 +1,5 @@
-// A program that each kind of hardening leaves its mark on: a large frame, an array on the stack,
-// and a copy whose end the compiler can't know.
+// A program on which each kind of hardening leaves its mark: a large frame, an array on the stack,
+// and a copy whose length the compiler can't know.
 
 #include <cstdio>
 #include <cstring>

@@ -1,5 +1,4 @@
-# A component that is not there, and a library that is not found, are named and fatal to no project
-# that can do without.
+# A missing component or library is named, and does not stop a project that can do without it.
 cmake_minimum_required(VERSION 3.25)
 
 # expect(WORDS ARGUMENTS CALL…): what a project that makes CALL prints of the package.

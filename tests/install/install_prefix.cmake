@@ -5,7 +5,7 @@ file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX} OUTPUT_QUIET
                 COMMAND_ERROR_IS_FATAL ANY)
 
-# Of the core its public headers are laid down, and of no room what is its own.
+# Of the core exactly the public headers must be installed, and no room's private ones.
 include(${ROOT}/cmake/ZelvoraHeaders.cmake)
 set(include ${PREFIX}/include/ZelvoraSDK)
 file(GLOB_RECURSE installed RELATIVE ${include} ${include}/*)

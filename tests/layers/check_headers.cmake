@@ -1,5 +1,5 @@
 # Fails when a header below ROOT has no reason to exist, when a public header leads to a private one,
-# and when the tests' tree is not that of the library:
+# and when a folder of the tests mirrors none of the library's:
 #   cmake -DROOT=DIR -P check_headers.cmake
 
 cmake_minimum_required(VERSION 3.25)

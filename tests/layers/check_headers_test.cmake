@@ -1,4 +1,4 @@
-# Holds check_headers.cmake to its word on small trees, written below WORK:
+# Tests check_headers.cmake on small trees, written below WORK:
 #   cmake -DWORK=DIR -P check_headers_test.cmake
 
 cmake_minimum_required(VERSION 3.25)

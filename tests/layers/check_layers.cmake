@@ -18,10 +18,10 @@ set(facade      base async platform outcome spec routing backend speech boost/)
 set(workbench   base outcome spec routing facade boost/)
 set(testing     base async platform boost/)
 set(ui          base async platform outcome spec routing backend speech facade boost/ Q)
-# What several recognisers share stands in a folder of its own.
+# What several recognisers share has its own folder.
 set(adapter     base async platform boost/ ZelvoraSDK/adapters/audio/)
 
-# The two front doors stand above their rooms and belong to them.
+# The two front doors lie above their rooms but belong to them.
 function(in_its_room file out)
   string(REGEX REPLACE "^ZelvoraSDK/platform\\.h$" "ZelvoraSDK/platform/platform.h" file "${file}")
   string(REGEX REPLACE "^ZelvoraSDK/zelvora\\.h$" "ZelvoraSDK/facade/zelvora.h" file "${file}")
@@ -53,8 +53,8 @@ function(is_allowed file include out)
   if(include MATCHES "^[a-z0-9_]+$")  # the standard library
     return()
   endif()
-  # A private folder is for its own room, and no public header leads into it: it is not installed.
-  # What the recognisers share is theirs together.
+  # A private folder is for its own room, and no public header leads into it: it is not installed. The private
+  # folder that the recognisers share is for all of them.
   if(include MATCHES "^ZelvoraSDK/adapters/audio/private/"
      AND file MATCHES "^ZelvoraSDK/adapters/(pocketsphinx|sherpa)/(private/|.*\\.cpp$)")
     return()
@@ -66,7 +66,7 @@ function(is_allowed file include out)
     endif()
     return()
   endif()
-  # Where an adapter keeps its library to itself it may read whatever that takes.
+  # In its sources and private headers an adapter may include any other library.
   if(file MATCHES "^ZelvoraSDK/adapters/.*(\\.cpp|/private/[^/]*)$"
      AND NOT include MATCHES "^(ZelvoraSDK|tools|tests|examples|benchmarks|fuzz)/")
     return()

@@ -1,4 +1,4 @@
-# Holds check_layers.cmake to its word on one-file trees, written below WORK:
+# Tests check_layers.cmake on one-file trees, written below WORK:
 #   cmake -DWORK=DIR -P check_layers_test.cmake
 
 cmake_minimum_required(VERSION 3.25)

@@ -10,7 +10,7 @@ set(refused
   "(^|[^A-Za-z_])(strto(f|d|ld)|ato(f|i|l|ll)|sto(f|d|ld|i|l|ll|ul|ull)|[a-z]*scanf|to_wstring)[ ]*\\("
   "(^|[^A-Za-z_])(is|to)(alpha|upper|lower|space|digit|alnum|punct)[ ]*\\("
   "setlocale|<iomanip>|<format>")
-# A stream says itself that it asks none.
+# A stream must say that it does not ask the locale.
 set(stream "<sstream>")
 set(stream_excuse "imbue(std::locale::classic())")
 

@@ -1,4 +1,4 @@
-# Holds check_numbers.cmake to its word on one-file trees, written below WORK:
+# Tests check_numbers.cmake on one-file trees, written below WORK:
 #   cmake -DWORK=DIR -P check_numbers_test.cmake
 
 cmake_minimum_required(VERSION 3.25)
