@@ -18,7 +18,7 @@
 
 namespace zelvora {
 
-/// What a user of a desktop has agreed to by starting the program: everything.
+/// On a desktop, starting the program grants everything.
 class GrantedPermissions final : public Permissions {
  public:
   Awaitable<SpeechStatus> requestSpeechRecognition() override;
@@ -34,8 +34,8 @@ struct HostSpeechOptions {
   /// The folder with the English models of this system's own recogniser. When it is empty, the
   /// recogniser looks in the usual places: see PocketsphinxRecognizerFactory.
   std::filesystem::path sphinxModels;
-  /// A folder with a streaming transducer for English, heard with beside this system's own
-  /// recogniser or, where `modelAlone` says so, in its place. Needs a build with sherpa-onnx.
+  /// A folder with a streaming transducer for English, used beside this system's own recogniser or,
+  /// with `modelAlone`, instead of it. Needs a build with sherpa-onnx.
   std::optional<std::filesystem::path> model;
   bool modelAlone = false;
   /// Asked before the first capture.
@@ -57,7 +57,7 @@ SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors
 struct HostOptions {
   /// The folder of the application bundle; without one there are no resources and no settings.
   std::optional<std::filesystem::path> bundle;
-  /// Where what outlives the process is kept, created when first needed.
+  /// Where lasting data is kept; created when first needed.
   std::filesystem::path dataFolder = userDataFolder();
   std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();
   std::shared_ptr<LogSink> log = std::make_shared<StandardOutputLogSink>();
@@ -68,9 +68,9 @@ struct HostOptions {
   static std::filesystem::path userDataFolder();
 };
 
-/// This system as a platform: threads, network, storage and, where asked for, sound. Destroy it
-/// before or after the façades that use it and before or after their main executor: a façade that
-/// outlives it answers each further command with an unsupported outcome.
+/// This system as a platform: threads, network, storage and, where asked for, sound. May be
+/// destroyed before or after the façades that use it, and before or after their main executor: a
+/// façade that outlives it answers each further command with an unsupported outcome.
 class HostPlatform {
  public:
   /// `mainExecutor` is the main actor. Starts no thread before one is needed. Throws Error when the
@@ -83,7 +83,7 @@ class HostPlatform {
   HostPlatform(const HostPlatform&) = delete;
   HostPlatform& operator=(const HostPlatform&) = delete;
 
-  /// What to hand to the façade. Copy it to put another port in the place of one.
+  /// What to hand to the façade. Copy it to replace a port.
   [[nodiscard]] const Platform& platform() const { return platform_; }
 
  private:

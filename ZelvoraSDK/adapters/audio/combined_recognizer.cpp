@@ -13,10 +13,10 @@
 namespace zelvora {
 namespace {
 
-/// What one recogniser must believe for its result to win alone: the default minimum of the façade.
+/// From this confidence on a result wins alone: the default minimum of the façade.
 constexpr double kEnough = 0.65;
-/// On the scale of log odds: what agreement adds to the weaker one before it supports the stronger
-/// one, and what disagreement takes.
+/// In log odds: agreement adds the first to the weaker result before it supports the stronger one;
+/// disagreement takes the second off the stronger one.
 constexpr double kAgreement = 0.7;
 constexpr double kDisagreement = 0.5;
 
@@ -53,7 +53,7 @@ class Pair {
   void beginFinish() {
     state_.with([](State& state) { state.isFinishing = true; });
   }
-  /// What a task's end brought; absent where it was too late.
+  /// Takes a task's final result; absent when it came too late.
   void end(std::size_t which, std::optional<SpeechResult> result) {
     if (!result) return;
     state_.with([&](State& state) {
@@ -61,7 +61,7 @@ class Pair {
       reportOnce(state);
     });
   }
-  /// The final result that the handler has not had; the handler is not called after that.
+  /// The final result, unless the handler already has it. The handler is not called after that.
   std::optional<SpeechResult> last() {
     return state_.with([this](State& state) -> std::optional<SpeechResult> {
       state.handler = {};
@@ -89,7 +89,7 @@ class Pair {
   void take(std::size_t which, SpeechResult result) {
     state_.with([&](State& state) {
       if (result.isFinal) state.finals.at(which) = std::move(result);
-      // Where the first one failed the other's partial results are the ones to see.
+      // Once the first recogniser has failed, the other's partial results are shown.
       else if ((which == 0 || state.errors.at(0)) && state.handler.onResult)
         state.handler.onResult(std::move(result));
       reportOnce(state);
@@ -245,7 +245,7 @@ class WordlessTask final : public SpeechRecognitionTask {
   void append(const PcmBuffer& buffer) override {
     const auto loudness = level(buffer);
     if (!loudness || *loudness < kVoiceLevel) return;
-    // Inside the lock: nothing is reported any more when `finish` has returned.
+    // Inside the lock, so that nothing is reported after `finish` has returned.
     handler_.with([](SpeechRecognizer::Handler& handler) {
       if (const auto report = std::exchange(handler.onResult, nullptr)) report(SpeechResult{});
     });

@@ -10,14 +10,14 @@ namespace zelvora {
 
 /// Two recognisers that hear the same sound. Callable from any thread.
 ///
-/// Partial results are the first one's. The final results are one: where both lead to the same
-/// place the confidence rises, where they lead to different places it falls, and where only one
-/// leads anywhere within its own confidence it wins. Where one of them fails, or does not know the
-/// locale, the other is all there is.
+/// Partial results come from the first one. The two final results become one: its confidence rises
+/// where both lead to the same place and falls where they lead to different places. Where only one
+/// leads anywhere, it wins if its own confidence is high enough. Where one fails, or does not know
+/// the locale, the other one is used alone.
 class CombinedRecognizerFactory final : public SpeechRecognizerFactory {
  public:
-  /// Where a request does not say what transcripts open, each leads to its own words. No factory
-  /// may be null.
+  /// Where a request does not say what transcripts open, each counts as leading to its own words.
+  /// No factory may be null.
   CombinedRecognizerFactory(std::shared_ptr<SpeechRecognizerFactory> first,
                             std::shared_ptr<SpeechRecognizerFactory> second);
 
@@ -40,10 +40,10 @@ struct Opinion {
 /// The one final result of two. Pure.
 [[nodiscard]] SpeechResult combined(Opinion first, Opinion second);
 
-/// The recognisers of another factory. For a request that needs no text, and for which that factory
-/// has none that is available, one that hears no words: it gives one empty partial result at the
-/// first voice, so that the speaker's silence ends the capture, whose recording the cloud
-/// transcribes. Callable from any thread.
+/// The recognisers of another factory, with a fallback: when a request needs no text and that
+/// factory has no recogniser available, one that hears no words. It gives one empty partial result
+/// at the first voice, so that the speaker's silence ends the capture and the cloud can transcribe
+/// the recording. Callable from any thread.
 class WordlessFallbackFactory final : public SpeechRecognizerFactory {
  public:
   explicit WordlessFallbackFactory(std::shared_ptr<SpeechRecognizerFactory> recognizers)

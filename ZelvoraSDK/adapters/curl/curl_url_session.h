@@ -11,14 +11,14 @@ namespace zelvora {
 class BoundedThread;
 class TransferLoop;
 
-/// The domain of what a transport failure throws; the code is libcurl's own.
+/// The domain of transport failures; the code is libcurl's own.
 inline constexpr char kCurlErrorDomain[] = "curl";
 
-/// What a test changes; an application takes the defaults.
+/// For tests; applications take the defaults.
 struct CurlOptions {
   /// PEM certificates to trust beside the system's.
   std::optional<std::filesystem::path> extraAuthorities = std::nullopt;
-  /// The upper limit of every request's own time-out.
+  /// An upper limit for the time-out of every request.
   std::optional<Seconds> longestTimeout = std::nullopt;
 };
 

@@ -86,7 +86,7 @@ SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors
 
 #else
 
-// The libraries of sound were left out of this build.
+// This build has no adapters for sound.
 std::vector<std::string> hostRecognizers() { return {}; }
 
 SpeechPlatform hostSpeech(const HostSpeechOptions& /*options*/, Executors& /*executors*/,

@@ -27,8 +27,8 @@ struct FreeList {
 using List = std::unique_ptr<void, FreeList>;
 using CString = std::unique_ptr<char, Free>;
 
-/// While it lives, this thread reads numbers as property lists write them. libplist goes by the
-/// thread's locale, and in a German one "0.65" would be 0.
+/// Puts this thread into the C locale while it exists. libplist reads numbers by the thread's
+/// locale, and in a German one "0.65" would be 0.
 class PlainNumbers {
  public:
   PlainNumbers() : before_(::uselocale(plain_)) {}
@@ -148,7 +148,7 @@ PropertyListEntries settingsIn(const std::filesystem::path& folder) {
   if (type == fs::file_type::not_found) return {};
   if (type == fs::file_type::none) fail(file, failure.message());
   if (type != fs::file_type::regular) fail(file, "is no regular file");
-  // Before it is all in memory.
+  // Checked before all of it is in memory.
   if (fs::file_size(file) > kMaxPropertyListBytes)
     fail(file, "larger than " + std::to_string(kMaxPropertyListBytes) + " bytes");
 

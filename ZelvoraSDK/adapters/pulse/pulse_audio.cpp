@@ -105,8 +105,8 @@ using pulse::Context;
 using pulse::Stream;
 using pulse::ThreadedLoop;
 
-/// A telephone call in which nobody speaks, for as long as this lives. Making it does not wait for
-/// the server; one that can't be reached or goes away is done without.
+/// A silent telephone call that lasts while this object exists. Its constructor does not wait for
+/// the server. If the server can't be reached or goes away, there is no call.
 class SilentCall {
  public:
   SilentCall();
@@ -122,7 +122,7 @@ class SilentCall {
   Stream stream_;
 };
 
-// Little to carry: nobody hears it.
+// As little data as possible, since nobody hears it.
 constexpr pa_sample_spec kSpec{.format = PA_SAMPLE_S16NE, .rate = 8000, .channels = 1};
 
 struct FreeProperties {
@@ -170,7 +170,7 @@ void tryToCall(std::optional<SilentCall>& call) {
   try {
     call.emplace();
   } catch (const Error&) {
-    // Listening is worth more than others' silence.
+    // Listening matters more than ducking others.
   }
 }
 

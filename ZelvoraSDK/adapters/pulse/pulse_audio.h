@@ -6,22 +6,23 @@
 
 namespace zelvora {
 
-/// The default microphone of the PulseAudio server, or of what speaks its protocol. An engine keeps
-/// to the microphone that it found first; the output's own echo ("monitor") does not count.
+/// The default microphone of the PulseAudio server, or of a server that speaks its protocol. An
+/// engine keeps the microphone that it found first; the output's own echo ("monitor") does not
+/// count.
 ///
-/// What goes wrong is an Error of domain "ZelvoraAudio" with a code of libpulse's. Callbacks run on
-/// the engine's sound thread and must call nothing of the engine; what has not filled a buffer when
-/// a capture ends is dropped. No call waits for the server longer than five seconds.
+/// Failures are Errors of domain "ZelvoraAudio" with libpulse's codes. Callbacks run on the
+/// engine's sound thread and must not call the engine; sound that has not filled a buffer when a
+/// capture ends is dropped. No call waits for the server longer than five seconds.
 class PulseEngineFactory final : public AudioEngineFactory {
  public:
   std::unique_ptr<AudioEngine> makeEngine() override;
 };
 
-/// Makes other applications' sound step back while a session that asks for it is active, where the
-/// PulseAudio server does that for telephone calls (its module-role-ducking): a silent stream with
-/// the role of one runs beside the capture. Nothing else of a session has a meaning here.
+/// Ducks other applications' sound while a session that asks for it is active, if the PulseAudio
+/// server does that for telephone calls (its module-role-ducking): a silent stream with the role of
+/// a call runs beside the capture. The other settings of a session have no effect.
 ///
-/// It never waits for the server and never throws: where nothing can be ducked, nothing is.
+/// It never waits for the server and never throws: if nothing can be ducked, nothing is.
 class PulseSession final : public AudioSession {
  public:
   PulseSession();

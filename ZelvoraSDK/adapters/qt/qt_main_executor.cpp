@@ -42,14 +42,14 @@ class QtMainExecutor::Loop : public asio::execution_context {
   void post(std::unique_ptr<QueuedWork> work) {
     inbox_.with([&](Inbox& inbox) {
       if (!inbox.receiver) return;
-      // One wake event stands for everything inside.
+      // One wake event covers all queued work.
       if (inbox.works.empty()) QCoreApplication::postEvent(inbox.receiver, new QEvent(wakeEvent()));
       inbox.works.push_back(std::move(work));
     });
   }
 
-  /// Runs what is due by now and no more, so that Qt's own events are not starved. Work that runs
-  /// an event loop of its own lets the rest of this pass run in there, in order.
+  /// Runs what is due by now and no more, so that Qt's own events are not starved. If work runs an
+  /// event loop of its own, the rest of this pass runs in there, in order.
   void runDue() {
     ++depth_;
     for (auto& work : take()) due_.push_back(std::move(work));
@@ -57,14 +57,14 @@ class QtMainExecutor::Loop : public asio::execution_context {
     --depth_;
   }
 
-  /// Destroys what waits, and all that will be posted. Main thread only.
+  /// Destroys all queued work, and everything posted later. Main thread only.
   void close() {
     const QueuedWorks dropped = inbox_.with([](Inbox& inbox) {
       inbox.receiver = nullptr;
       return std::exchange(inbox.works, {});
     });
     const QueuedWorks due = std::exchange(due_, {});
-    // Ends the timers, whose work holds executors and so this object.
+    // Destroys the timers, whose work holds executors and thus this object.
     asio::execution_context::shutdown();
   }
 
@@ -92,7 +92,7 @@ class QtMainExecutor::Loop : public asio::execution_context {
 
   FailureHandler onFailure_;
   Guarded<Inbox> inbox_;
-  // The main thread's:
+  // Main thread only:
   QueuedWorks due_;
   int depth_ = 0;
 };
@@ -116,7 +116,7 @@ class QtMainExecutor::Receiver final : public QObject {
 
 namespace {
 
-/// The least that Asio asks of an executor.
+/// The minimum that Asio asks of an executor.
 template <class Loop>
 class LoopExecutor {
  public:

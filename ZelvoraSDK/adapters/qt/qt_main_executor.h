@@ -8,11 +8,11 @@
 
 namespace zelvora {
 
-/// Qt's event loop as the main actor: what is posted to `executor()`, from any thread, runs in
-/// order on the thread that made this object, which lives in an application's main thread.
+/// Qt's event loop as the main actor. Work posted to `executor()`, from any thread, runs in order
+/// on the thread that made this object, the application's main thread.
 ///
-/// May be destroyed before the façades and platforms that post to it, also inside a piece of its
-/// work: executors stay valid, and what is posted to them then is destroyed without running.
+/// May be destroyed before the façades and platforms that post to it, even inside a piece of its
+/// own work: executors stay valid, and work posted to them after that is destroyed without running.
 class QtMainExecutor {
  public:
   /// Called on the main thread with what a piece of work threw; must not throw.
@@ -21,7 +21,7 @@ class QtMainExecutor {
   /// REQUIRES: a QCoreApplication. What a piece of work throws is fatal.
   QtMainExecutor();
   explicit QtMainExecutor(FailureHandler onFailure);
-  /// Destroys what waits. Main thread only.
+  /// Destroys queued work. Main thread only.
   ~QtMainExecutor();
 
   QtMainExecutor(const QtMainExecutor&) = delete;

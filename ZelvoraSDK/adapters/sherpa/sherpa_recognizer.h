@@ -15,23 +15,23 @@ class Decoders;
 
 /// A streaming transducer on disk, and what to expect of it.
 struct SherpaModel {
-  /// Holds one `encoder*.onnx`, `decoder*.onnx`, `joiner*.onnx` each and `tokens.txt`; with
+  /// Holds one `encoder*.onnx`, one `decoder*.onnx`, one `joiner*.onnx` and `tokens.txt`. With a
   /// `bpe.vocab` the application's phrases can be given as hotwords.
   std::filesystem::path folder;
-  /// What the model speaks, in any case and with "_" for "-". English: the phrases' sounds are
-  /// known.
+  /// What the model speaks, in any case and with "_" for "-". English, because the sounds of the
+  /// phrases are looked up in English.
   std::vector<std::string> locales{"en", "en-US"};
   /// How much the decoder prefers the application's phrases; 0 for not at all. Hotwords damage
-  /// short words that sound like parts of phrases, so the phrases are matched by their sound
-  /// afterwards and are no hotwords unless asked for.
+  /// short words that sound like parts of phrases. So by default the phrases are no hotwords; they
+  /// are matched by their sound afterwards.
   float hotwordsScore = 0;
 };
 
 /// Understands speech on the device with a model that the application brings. Callable from any
 /// thread.
 ///
-/// Decoders are loaded in the background from the first recogniser on; each serves one task at a
-/// time. Where the model is bad each task's handler gets the reason. Errors have the domain
+/// Loading starts in the background with the first recogniser; each decoder serves one task at a
+/// time. If the model is bad, each task's handler gets the reason. Errors have the domain
 /// "ZelvoraSpeechRecognizer".
 class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
  public:

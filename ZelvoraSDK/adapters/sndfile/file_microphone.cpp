@@ -17,7 +17,8 @@ namespace zelvora {
 std::shared_ptr<void> RealTimePace::start(Seconds period, std::function<void()> tick) {
   const asio::any_io_executor strand = SerialExecutor::on(threads_);
   const auto every = std::chrono::duration_cast<RepeatingTimer::Duration>(period);
-  // The timer lives on its strand alone: made there, and destroyed there on behalf of the answer.
+  // The timer is used on its strand only: made there, and destroyed there when the result is
+  // released.
   const auto timer = std::make_shared<std::unique_ptr<RepeatingTimer>>();
   asio::post(strand, [strand, every, timer, tick = std::move(tick)] {
     *timer = std::make_unique<RepeatingTimer>(strand, every, tick);
@@ -27,7 +28,7 @@ std::shared_ptr<void> RealTimePace::start(Seconds period, std::function<void()> 
 
 namespace {
 
-/// What the pace's thread and the owner's share.
+/// Shared by the pace's thread and the owner's.
 struct Capture {
   std::size_t bufferFrames = 1024;
   AudioEngine::Tap tap;

@@ -12,14 +12,14 @@
 
 namespace zelvora {
 
-/// How what a file holds is spread over time. Callable from any thread.
+/// Spreads what a file holds over time. Callable from any thread.
 class Pace {
  public:
   virtual ~Pace() = default;
 
   /// Calls `tick()` once every `period`, the first time after one, one call at a time, until the
-  /// answer is released; a call that has begun by then may still be running. An implementation may
-  /// also call before this returns.
+  /// result is released; a call that has begun by then may still be running. Calls may also come
+  /// before this returns.
   virtual std::shared_ptr<void> start(Seconds period, std::function<void()> tick) = 0;
 };
 
@@ -36,9 +36,9 @@ class RealTimePace final : public Pace {
 /// A sound file of any format that libsndfile reads, heard as if it were said into a microphone:
 /// buffer by buffer at the file's own rate and in its channels, each capture from the start.
 ///
-/// After its end comes silence until the capture is stopped, as it does after a speaker's last
-/// word: the listener decides when the command has ended. The last buffer of the file is filled
-/// up with silence. A file that turns out damaged ends the capture with an Error.
+/// After its end comes silence until the capture is stopped, as after a speaker's last word: the
+/// listener decides when the command has ended. The last buffer of the file is filled up with
+/// silence. A damaged file ends the capture with an Error.
 class FileMicrophone final : public AudioEngineFactory {
  public:
   /// Throws Error, of domain "ZelvoraAudioFile", when the file can't be read.

@@ -37,7 +37,7 @@ AudioFormat formatOf(const SF_INFO& info) {
           .channels = static_cast<std::uint32_t>(info.channels)};
 }
 
-/// The bytes as a file without a name, at its start. The descriptor is the caller's.
+/// A nameless file with these bytes, at its start. The caller owns the descriptor.
 int memoryFile(std::string_view bytes) {
   const int descriptor = ::memfd_create("zelvora-sound", MFD_CLOEXEC);
   while (descriptor >= 0 && !bytes.empty()) {
@@ -49,7 +49,7 @@ int memoryFile(std::string_view bytes) {
   return descriptor;
 }
 
-/// A header may say anything, and what it says costs memory and time from here on.
+/// A header may claim anything, and from here on its claims cost memory and time.
 const SF_INFO& requireSupported(const SF_INFO& info, const std::string& what) {
   const auto refuse = [&](const std::string& why) {
     throw Error("ZelvoraAudioFile", SF_ERR_UNSUPPORTED_ENCODING, "can't read " + what + ": " + why);
@@ -89,7 +89,7 @@ std::size_t SoundReader::read(std::vector<float>& samples) {
   const sf_count_t got = sf_read_float(file_.get(), samples.data(), size);
   if (sf_error(file_.get()) != SF_ERR_NO_ERROR) throw failure(file_.get(), "can't read on");
   std::fill(samples.begin() + got, samples.end(), 0.0F);
-  // A file of floats may hold anything, NaN too.
+  // A file of floats may hold anything, even NaN.
   for (float& sample : samples) sample = std::isnan(sample) ? 0 : std::clamp(sample, -1.0F, 1.0F);
   return static_cast<std::size_t>(got);
 }
@@ -98,7 +98,7 @@ namespace {
 
 constexpr mode_t kOwnersOnly = S_IRUSR | S_IWUSR;
 
-/// -1 where the file system knows no files without a name.
+/// -1 where the file system has no nameless files.
 int createNameless(const std::filesystem::path& folder) {
   return ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kOwnersOnly);
 }
@@ -108,7 +108,7 @@ bool giveName(int descriptor, const std::filesystem::path& path) {
   return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
-/// The name comes a moment before the lock: the best there is without nameless files.
+/// The file has its name a moment before its lock: the best we can do without nameless files.
 int createNamed(const std::filesystem::path& path) {
   const int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, kOwnersOnly);
   const int code = errno;
@@ -120,7 +120,8 @@ int createNamed(const std::filesystem::path& path) {
 }
 
 /// A new empty file, locked until its descriptor is closed, which the system does when the process
-/// ends. It has the lock before it has its name. The descriptor is the caller's. Throws Error.
+/// ends. Where possible it is locked before it has a name. The caller owns the descriptor. Throws
+/// Error.
 int createLocked(const std::filesystem::path& path) {
   const int descriptor = createNameless(path.parent_path());
   if (descriptor >= 0 && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 && giveName(descriptor, path))
@@ -158,7 +159,7 @@ class SndfileWriter final : public AudioFileWriter {
   }
 
   void flush() override {
-    // Writing left only the header's count of bytes behind.
+    // Only the header's count of bytes is out of date.
     sf_command(file_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
     if (sf_error(file_.get()) != SF_ERR_NO_ERROR) throw failure(file_.get(), "can't record");
   }

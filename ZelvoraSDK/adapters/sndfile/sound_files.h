@@ -13,8 +13,8 @@ struct sf_private_tag;
 namespace zelvora {
 
 /// A sound of any format that libsndfile reads, from its start to its end. Confined to its owner's
-/// thread. Throws Error, of domain "ZelvoraAudioFile", for what is no sound, is damaged or passes a
-/// limit of sound files (base/limits.h).
+/// thread. Throws Error, of domain "ZelvoraAudioFile", for data that is no sound, is damaged or
+/// passes a limit of sound files (base/limits.h).
 class SoundReader {
  public:
   explicit SoundReader(const std::filesystem::path& path);
@@ -23,8 +23,8 @@ class SoundReader {
 
   [[nodiscard]] const AudioFormat& format() const { return format_; }
 
-  /// Fills `samples`, whole frames, with what comes next, each within [-1, 1]. Answers how many
-  /// samples that are; fewer than asked for at the end, and the rest is silence.
+  /// Fills `samples` with the next whole frames, each sample within [-1, 1]. Returns how many
+  /// samples it read: fewer than asked for at the end, where the rest is silence.
   std::size_t read(std::vector<float>& samples);
 
  private:
@@ -40,8 +40,8 @@ class SoundReader {
 
 /// Recordings as Core Audio Format files of 32-bit floats. A write is on disk when it returns.
 ///
-/// A file is locked while its writer is held, and has no name before it is: so one that can be
-/// locked has lost its process. What fails is an Error of domain "ZelvoraAudioFile".
+/// A file is locked while its writer exists, and gets its name only once it is locked: so a file
+/// that can be locked has lost its process. Failures are Errors of domain "ZelvoraAudioFile".
 class SndfileRecordings final : public AudioFileFactory {
  public:
   std::unique_ptr<AudioFileWriter> create(const std::filesystem::path& path,

@@ -56,7 +56,8 @@ class Speech : public std::enable_shared_from_this<Speech> {
     });
   }
 
-  /// Ready when the conversation has ended; on the conversation's own thread at once.
+  /// Ready when the conversation has ended, or at once when called on the conversation's own
+  /// thread.
   std::future<void> close() {
     endAll();
     auto closed = std::make_shared<std::promise<void>>();
@@ -65,8 +66,8 @@ class Speech : public std::enable_shared_from_this<Speech> {
                                caller = std::this_thread::get_id()]() mutable {
       const auto session = std::exchange(self->session_, nullptr);
       if (const auto dialling = std::exchange(self->dialling_, nullptr)) dialling->cancel();
-      // A caller elsewhere lets go last, so that its thread can join this one. Here nobody waits,
-      // and the conversation keeps this until it has hung up.
+      // A caller on another thread must be the last to release this, so that it can join this
+      // thread. On this thread nobody waits, and the conversation keeps this until it has hung up.
       const bool isWaitedFor = caller != std::this_thread::get_id();
       if (isWaitedFor) self.reset();
       if (!isWaitedFor || !session) closed->set_value();
@@ -141,7 +142,7 @@ class Speech : public std::enable_shared_from_this<Speech> {
   WorkerPool thread_{1};
   asio::any_io_executor executor_ = thread_.executor();
   Guarded<PendingTexts> pending_;
-  // On the thread.
+  // Used on the thread only.
   std::shared_ptr<Session> session_;
   std::shared_ptr<Dialling> dialling_;  ///< While the session has no daemon yet.
 };

@@ -12,12 +12,12 @@ struct SpeechPatience {
   Seconds perByte{0.2};
 };
 
-/// Speaks through speech-dispatcher, which the first text starts where it does not run. A text that
-/// comes while another is being said waits for its turn. A synthesiser that is destroyed is silent,
-/// and its texts were cut short; it may be destroyed inside `onEnd`.
+/// Speaks through speech-dispatcher, which the first text starts if it does not run. A text that
+/// comes while another is being said waits for its turn. Destroying a synthesiser silences it and
+/// cuts its texts short; it may be destroyed inside `onEnd`.
 ///
-/// No call waits for speech-dispatcher, which may hang. The destructor hangs up politely, which
-/// takes at most `kMaxSpeechClose` where the daemon does.
+/// No call waits for speech-dispatcher, which may hang. The destructor hangs up properly, which
+/// takes at most `kMaxSpeechClose` when the daemon hangs.
 class SpeechdSynthesizerFactory final : public SpeechSynthesizerFactory {
  public:
   explicit SpeechdSynthesizerFactory(const SpeechPatience& patience = {}) : patience_(patience) {}

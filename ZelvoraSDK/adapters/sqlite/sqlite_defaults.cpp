@@ -10,14 +10,14 @@
 namespace zelvora {
 namespace {
 
-/// A file that is replaced under a call is met again; one that is replaced each time is a failure.
+/// A call tries again when the file is replaced under it, and fails when that happens every time.
 constexpr int kMaxAttempts = 5;
 
 }  // namespace
 
 SqliteDefaults::SqliteDefaults(Options options)
     : options_(std::move(options)), opened_(std::make_unique<sqlite::FileIdentity>()) {
-  // An absolute path can't be one of the names that SQLite reads as something else than a file.
+  // SQLite reads some names as something other than a file, but never an absolute path.
   options_.file = std::filesystem::absolute(options_.file);
 }
 

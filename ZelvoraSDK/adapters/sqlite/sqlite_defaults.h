@@ -17,18 +17,18 @@ class Connection;
 struct FileIdentity;
 }  // namespace sqlite
 
-/// User defaults in one SQLite file, which several processes may share. An increment that was
-/// answered outlives the process however it ends. Callable from any thread; not to be carried over
-/// a fork.
+/// User defaults in one SQLite file, which several processes may share. Once an increment has
+/// returned, it outlives the process however that ends. Callable from any thread; must not be
+/// carried over a fork.
 ///
-/// The first increment creates the file and those of its folders that are missing. The file is for
-/// the user alone, whatever the umask; reading creates nothing. After a failure the file is opened
-/// anew by the next call. Errors name the file: domain "SQLite" with its extended result codes,
-/// "POSIX" with errno, or "ZelvoraDefaults" for a database that another program (1) or a newer
-/// version (2) wrote. Such a file and a symbolic link are never touched.
+/// The first increment creates the file and its missing folders. The file is for the user alone,
+/// whatever the umask; reading creates nothing. After a failure the next call opens the file anew.
+/// Errors name the file: domain "SQLite" with its extended result codes, "POSIX" with errno, or
+/// "ZelvoraDefaults" for a database that another program (1) or a newer version (2) wrote. Such a
+/// file and a symbolic link are never touched.
 ///
-/// A damaged file is renamed to FILE.damaged, in the place of an earlier one, and counting begins
-/// anew; one library line says so.
+/// A damaged file is renamed to FILE.damaged, replacing an earlier one, and counting starts over;
+/// one library line says so.
 class SqliteDefaults final : public UserDefaults {
  public:
   struct Options {
@@ -47,13 +47,13 @@ class SqliteDefaults final : public UserDefaults {
   void removeAll(const std::string& prefix) override;
 
  private:
-  /// What `operation` gives on the connection; absent when there is no file and none is
-  /// to be created. Opens the file where it is not open and closes it when the operation fails. A
-  /// file that was damaged or moved is met again.
+  /// The result of `operation` on the connection; absent when there is no file and `creates` is
+  /// false. Opens the file if necessary, closes it when the operation fails, and tries again when
+  /// the file was damaged or moved.
   template <class Operation>
   auto perform(bool creates, Operation operation)
       -> std::optional<std::invoke_result_t<Operation, sqlite::Connection&>>;
-  /// Whether there is a file.
+  /// Opens the file if necessary. False when there is none.
   bool open(bool creates);
   /// Sets aside the file that was opened last, which `cause` says is damaged.
   void replace(const Error& cause) const;

@@ -29,8 +29,8 @@ Sentence textsOf(std::span<const SpeechSegment> words) {
   return texts;
 }
 
-/// The words of an alternative, with the confidences of the decoded ones: their own, or else the
-/// mean of all.
+/// The words of an alternative. A word that was also decoded keeps its confidence; the others get
+/// the mean of all.
 std::vector<SpeechSegment> believedAs(const Sentence& alternative,
                                       std::span<const SpeechSegment> decoded) {
   std::vector<SpeechSegment> words;
@@ -111,7 +111,7 @@ SoundMatch TranscriptJudge::matchOf(const std::vector<SpeechSegment>& words,
 
 std::vector<SpeechSegment> TranscriptJudge::likeliest(const Decoded& decoded) const {
   if (vocabulary_.isPhrase(textsOf(decoded.words))) return decoded.words;
-  // One word of a phrase is found in many sentences that are not about the application.
+  // A phrase of one word also occurs in many sentences that are not about the application.
   const auto found = std::ranges::find_if(decoded.alternatives, [&](const Sentence& words) {
     return words.size() > 1 && vocabulary_.isPhrase(words);
   });

@@ -19,7 +19,8 @@ using Evidence = std::array<double, 7>;
 using Weights = std::array<double, 7>;
 
 /// The weight of a transcript that opens nothing. Set, not fitted: people mostly say what opens
-/// something, so such a transcript is doubted, yet one that leads to choices must stay believed.
+/// something, so such a transcript is doubted, but one that leads to choices must still be
+/// believed.
 inline constexpr double kOpensNothing = -1;
 
 /// For PocketSphinx's posteriors.
@@ -42,10 +43,10 @@ struct Decoded {
 /// When a whole transcript is taken for the phrase that it sounds most like.
 enum class WholePhrases {
   whereDoubted,           ///< When the engine doubts its words.
-  alsoWhereNothingOpens,  ///< For an engine that is sure of much that was not said.
+  alsoWhereNothingOpens,  ///< For an engine that is often sure of words that nobody said.
 };
 
-/// From what an engine decoded to what the application is given. Immutable once made.
+/// Turns what an engine decoded into the application's result. Immutable once made.
 class TranscriptJudge {
  public:
   TranscriptJudge() = default;
@@ -53,7 +54,7 @@ class TranscriptJudge {
   TranscriptJudge(const std::vector<std::string>& phrases, const Pronounce& pronounce,
                   const Weights& weights, WholePhrases wholePhrases = WholePhrases::whereDoubted);
 
-  /// An alternative that is a whole phrase is taken for what was said. Without `openedBy` every
+  /// An alternative that is a whole phrase is taken as what was said. Without `openedBy` every
   /// transcript counts as one that opens something.
   [[nodiscard]] SpeechResult judge(const Decoded& decoded, const Pronounce& pronounce,
                                    const OpenedBy& openedBy) const;

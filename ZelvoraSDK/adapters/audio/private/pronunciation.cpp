@@ -11,7 +11,7 @@
 #include <ZelvoraSDK/base/limits.h>
 #include <ZelvoraSDK/base/text.h>
 
-// The library exports it and declares it nowhere.
+// The library exports it, but no header declares it.
 extern "C" cst_lexicon* cmulex_init();
 
 namespace zelvora::audio {

@@ -25,8 +25,8 @@ inline constexpr std::size_t kPhones = 39;
 [[nodiscard]] float distance(Phone a, Phone b);
 /// What it costs to drop a phone, or to hear one that was not said.
 [[nodiscard]] float dropCost(Phone phone);
-/// The cheapest way from one sequence to the other; any number from `limit` on when none is
-/// cheaper. Pure.
+/// The cost of the cheapest way from one sequence to the other, or some number of at least `limit`
+/// when no way is cheaper than that. Pure.
 [[nodiscard]] float distance(std::span<const Phone> a, std::span<const Phone> b,
                              float limit = std::numeric_limits<float>::max());
 
@@ -34,8 +34,8 @@ inline constexpr std::size_t kPhones = 39;
 using Sentence = std::vector<std::string>;
 
 /// The phrases as a speaker of English says them: lower case, without punctuation. A phrase with a
-/// digit or a letter outside ASCII is left out: its sound is unknown. Ends before the
-/// phrase whose words would be more than `kMaxVocabularyWords` in all. Pure.
+/// digit or a letter outside ASCII is left out: its sound is unknown. Stops before the phrase that
+/// would bring the total above `kMaxVocabularyWords` words. Pure.
 [[nodiscard]] std::vector<Sentence> spokenSentences(const std::vector<std::string>& phrases);
 
 }  // namespace zelvora::audio

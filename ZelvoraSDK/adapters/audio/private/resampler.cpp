@@ -29,7 +29,7 @@ std::vector<std::int16_t> asWords(std::span<const float> samples) {
   std::vector<std::int16_t> words;
   words.reserve(samples.size());
   for (const float sample : samples) {
-    // A device may deliver anything, NaN too, which no integer stands for.
+    // A device may deliver anything, even NaN, which has no integer form.
     const float heard = std::isnan(sample) ? 0 : std::clamp(sample, -1.0F, 1.0F);
     words.push_back(static_cast<std::int16_t>(std::lrintf(heard * kFullScale)));
   }
@@ -58,7 +58,7 @@ void Resampler::Destroy::operator()(SpeexResamplerState_* state) const {
 }
 
 Resampler::Resampler(std::uint32_t rate) : rate_(rate) {
-  // Room and work grow with the ratio of the rates.
+  // Memory and work grow with the ratio of the rates.
   if (!isSupportedSound(rate, 1))
     throw Error("ZelvoraSpeechRecognizer", 3,
                 "The speech recogniser can't hear sound of " + std::to_string(rate) + " Hz");

@@ -9,39 +9,41 @@
 namespace zelvora::audio {
 namespace {
 
-// Prices of the search, in phones that were heard altogether wrong.
-constexpr float kUnknownPrice = 1.5F;      ///< To keep a word that no phrase has.
-constexpr float kStrangePairPrice = 0.4F;  ///< For two words that stand in no phrase side by side.
-constexpr float kChangePrice = 0.5F;       ///< For each replacement, beside its distance.
+// Costs of the search, in phones that were heard completely wrong.
+constexpr float kUnknownPrice = 1.5F;      ///< To keep a word that is in no phrase.
+constexpr float kStrangePairPrice = 0.4F;  ///< For two neighbours that are neighbours in no phrase.
+constexpr float kChangePrice = 0.5F;       ///< For each replacement, on top of its distance.
 
-/// A replacement may differ from what was heard by this share of its phones at most,
+/// A replacement may differ from what was heard by at most this share of its phones,
 constexpr float kMostUnlike = 0.36F;
-/// and by this one when nothing else in the transcript speaks for the application.
+/// and by at most this one when it replaces the whole transcript.
 constexpr float kMostUnlikeAlone = 0.2F;
-/// The search goes on along a branch that is worse than that by no more.
+/// The search follows a branch whose cost is above that by no more than this.
 constexpr float kSlack = 0.5F;
-/// A word of the vocabulary may be replaced when the recogniser doubts it this much,
+/// A word of the vocabulary may be replaced when its confidence is below this,
 constexpr double kDoubtful = 0.5;
-/// and any other when it does not believe it this much.
+/// and any other word when its confidence is below this.
 constexpr double kBelieved = 0.9;
-/// A transcript is about the application when this share of its other phones is in known words.
+/// A transcript is about the application when at least this share of its other phones is in known
+/// words.
 constexpr double kLeastKnown = 0.5;
-/// Longer stretches are never taken for one phrase.
+/// Longer stretches are never replaced.
 constexpr std::size_t kLongestSound = 14;
-/// Nor does a replacement have so many phones more or fewer.
+/// The lengths of a stretch and its replacement differ by less than this.
 constexpr std::size_t kMostExtra = 3;
-/// As many phones in a row say all that a run can say.
+/// A run of this many phones counts in full; a longer one counts no more.
 constexpr double kLongRun = 12;
-/// A transcript that is doubted as a whole, or that opens nothing, may be a whole phrase when no
-/// more of its phones differ,
+/// A transcript that is doubted as a whole, or that opens nothing, may be a whole phrase when at
+/// most this share of its phones differs,
 constexpr float kMostUnlikePhrase = 0.31F;
-/// when any other phrase differs by this much more,
+/// when every other phrase differs by at least this much more,
 constexpr float kPhraseLead = 0.05F;
-/// and when the phrase has this many words: anything sounds a little like a short one.
+/// when the phrase has at least this many words: anything sounds a little like a short one,
 constexpr std::size_t kLeastPhraseWords = 3;
-/// and no more than this: as a whole, a long one hardly differs by the one word that matters.
+/// and when it has at most this many: in a long one, the one word that matters changes too little.
 constexpr std::size_t kMostPhraseWords = 6;
-/// A word this short is part of its neighbours: "a" in "golf a", which was "coffee".
+/// A word of at most this many phones is part of its neighbours: "a" in "golf a", which was
+/// "coffee".
 constexpr std::size_t kShortWord = 2;
 
 }  // namespace
@@ -75,7 +77,7 @@ class MatchSearch {
     float cost = 0;
     float unlike = 0;  ///< The share of its phones that differ.
   };
-  /// What a way ends in. A replacement must have neighbours that a phrase gives it.
+  /// What a way ends in. The neighbours of a replacement must also be its neighbours in a phrase.
   struct End {
     int word = 0;
     bool isReplaced = false;
@@ -114,7 +116,8 @@ class MatchSearch {
     return hasDoubt && length > kShortWord && length <= kLongestSound;
   }
 
-  /// Judged by the words around the stretch.
+  /// How far a replacement may differ, judged by the words around the stretch; 0 for no
+  /// replacement.
   [[nodiscard]] float mostUnlike(std::size_t at, std::size_t count) const {
     std::size_t known = 0;
     std::size_t all = 0;
@@ -136,7 +139,8 @@ class MatchSearch {
     if (search_.mostUnlike <= 0) return;
     for (std::size_t i = at; i < at + count; ++i)
       for (const Phone phone : phones_[i])
-        // Two words that share a phone at their border share it in speech, too.
+        // When a word begins with the phone that ended the one before it, speakers say that phone
+        // once.
         if (search_.sound.empty() || search_.sound.back() != phone) search_.sound.push_back(phone);
     preparePrices();
     Row row{};
@@ -153,7 +157,7 @@ class MatchSearch {
     }
   }
 
-  /// Down the tree of phones, a row of the table of distances a node.
+  /// Walks down the tree of phones, with one row of the table of distances for each node.
   void descend(int node, std::size_t depth, const Row& row) {
     const std::vector<Phone>& sound = search_.sound;
     const auto longest = static_cast<float>(std::max(depth, sound.size()));

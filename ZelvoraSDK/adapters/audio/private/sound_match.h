@@ -23,10 +23,10 @@ using Pronounce = std::function<std::string(const std::string& word)>;
 /// How much a transcript is like what the application expects. Shares of its phones, in [0, 1],
 /// except `run`.
 struct Closeness {
-  double inContext = 0;  ///< In words that stand beside a word as in a phrase.
+  double inContext = 0;  ///< In words with the neighbours that a phrase gives them.
   double changed = 0;    ///< In words that the match put in.
   double strange = 0;    ///< In words of no phrase, by how much the recogniser believes them.
-  double run = 0;  ///< Phones of the longest run of words as in a phrase; 1 is twelve or more.
+  double run = 0;        ///< Phones of the longest run of words as in a phrase; 1: twelve or more.
 };
 
 /// A transcript after the match.
@@ -73,7 +73,7 @@ class SoundVocabulary {
     Phone phone = 0;
     int sibling = -1;
     int child = -1;
-    int gram = -1;  ///< The first one that sounds like the way to here.
+    int gram = -1;  ///< The first one whose phones end here.
   };
 
   void addPhrase(const std::vector<int>& words, const std::vector<std::vector<Phone>>& phones);
@@ -90,7 +90,7 @@ class SoundVocabulary {
   std::vector<Node> nodes_ = std::vector<Node>(1);  ///< The first one is the root.
   std::vector<Gram> grams_;
   std::set<std::vector<int>> phraseWords_;
-  /// The words of phrases that can be known by their sound as a whole, by that sound.
+  /// The words of phrases that can be recognised by their whole sound, keyed by that sound.
   std::map<std::vector<Phone>, std::vector<int>> phrases_;
 };
 

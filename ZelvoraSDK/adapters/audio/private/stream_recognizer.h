@@ -25,8 +25,8 @@ class StreamDecoder {
  public:
   virtual ~StreamDecoder() = default;
 
-  /// Begins an utterance whose transcripts lead where `openedBy` says; one that was not ended is
-  /// dropped. Throws Error.
+  /// Begins an utterance; `openedBy` says what its transcripts open. Drops an utterance that was
+  /// not ended. Throws Error.
   virtual void begin(OpenedBy openedBy) = 0;
   /// Sound of `kModelRate`.
   virtual void hear(std::span<const std::int16_t> sound) = 0;
@@ -52,7 +52,7 @@ class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
     return *decoder_;
   }
 
-  /// A failure shows when the decoder is used.
+  /// A failure surfaces when the decoder is used.
   void loadInBackground() {
     queue_.post([self = shared_from_this()] {
       try {
@@ -62,7 +62,7 @@ class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
     });
   }
 
-  /// Throws Error while another one has the decoder.
+  /// Throws Error while another owner has the decoder.
   void claim(const void* owner) {
     const bool isFree = owner_.with([=](const void*& current) {
       if (!current) current = owner;
@@ -99,7 +99,7 @@ class Decoders {
   /// `always` are phrases that every decoder expects.
   Decoders(Phrases always, Load load) : always_(std::move(always)), load_(std::move(load)) {}
 
-  /// Not loaded yet, unless it was before.
+  /// The decoder for `phrases`, which this does not load.
   std::shared_ptr<DecoderThread> expecting(const Phrases& phrases) {
     Phrases all = always_;
     for (const std::string& phrase : phrases)
@@ -113,7 +113,7 @@ class Decoders {
             thread = std::make_shared<DecoderThread>([load = load_, all] { return load(all); });
             held = thread;
           }
-          // What was the latest is destroyed by the caller, outside the lock.
+          // The previous one is destroyed outside the lock.
           auto before = std::exchange(state.latest, thread);
           return std::pair(std::move(thread), std::move(before));
         })
@@ -127,7 +127,7 @@ class Decoders {
 
   /// Destroys the decoder unless it is in use.
   void release() {
-    // Outside the lock: a decoder's thread is waited for.
+    // Outside the lock, because this may wait for a decoder's thread.
     const auto latest =
         state_.with([](State& state) { return std::exchange(state.latest, nullptr); });
   }

@@ -67,7 +67,7 @@ bool isToken(std::string_view text) {
   });
 }
 
-/// A line break in a value would let it write headers of its own.
+/// A line break in a value would let it add headers.
 bool isHeaderValue(std::string_view text) {
   return std::ranges::none_of(text, [](char c) {
     return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f';
@@ -128,17 +128,16 @@ void Transfer::prepare(CURL* easy) {
 void Transfer::prepareConnection(CURL* easy) {
   set(easy, CURLOPT_URL, address_.c_str());
   set(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-  // A redirect is an answer like any other: no header ever travels to a host that was not asked
-  // for.
+  // Redirects are answers, not followed, so no header reaches a host that was not asked for.
   set(easy, CURLOPT_FOLLOWLOCATION, 0L);
   set(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   set(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
   // The system's authorities stay trusted: libcurl finds those by its directory.
   if (!authorities_.empty()) set(easy, CURLOPT_CAINFO, authorities_.c_str());
-  // What is allowed in clear because it stays on this machine must not leave it through a proxy.
+  // Plain http is allowed only because it stays on this machine, so it must not go through a proxy.
   if (isLoopback(url_)) set(easy, CURLOPT_NOPROXY, "*");
-  // Without it a transfer that ends while its host is looked up waits for the look-up, and all
-  // others with it.
+  // Without it, a transfer that ends during the look-up of its host waits for the look-up, and all
+  // other transfers wait with it.
   set(easy, CURLOPT_QUICK_EXIT, 1L);
 }
 
@@ -179,19 +178,20 @@ std::size_t Transfer::receive(char* bytes, std::size_t size, std::size_t count, 
 std::size_t Transfer::receiveHeader(char* bytes, std::size_t size, std::size_t count, void* self) {
   const std::string_view line(bytes, size * count);
   auto& transfer = *static_cast<Transfer*>(self);
-  if (line.starts_with("HTTP/")) transfer.headersEnded_ = false;  // Another may have come before.
+  if (line.starts_with("HTTP/"))
+    transfer.headersEnded_ = false;  // Another response may precede it.
   if (line == "\r\n" || line == "\n") transfer.headersEnded_ = true;
   return line.size();
 }
 
 void Transfer::finish(CURL* easy, CURLcode result) {
   if (tooLarge_ || result == CURLE_FILESIZE_EXCEEDED) return fail(responseTooLarge());
-  // The scheme was checked, so it is the answer that speaks no protocol libcurl knows.
+  // The scheme was checked, so it is the server that speaks a protocol libcurl does not know.
   if (result == CURLE_UNSUPPORTED_PROTOCOL) return reply_.answer(UrlResponse{});
   if (result != CURLE_OK) return fail(curlFailure(result, detail_.data()));
   long status = 0;
   curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
-  // libcurl is content with an answer that ends among its headers.
+  // libcurl accepts an answer that ends among its headers.
   if (!headersEnded_) return fail(curlFailure(CURLE_PARTIAL_FILE, ""));
   UrlResponse response{static_cast<int>(status), std::move(body_)};
   reply_.answer(std::move(response));
@@ -207,8 +207,8 @@ void initialiseLibrary() {
   if (code != CURLE_OK) throw curlFailure(code, "");
 }
 
-/// They are the application's, on its own threads. Writing to a connection that is gone raises one
-/// too, which would end the process.
+/// Signals belong to the application's own threads. Writing to a closed connection raises one too,
+/// which would end the process.
 void blockSignals() {
   sigset_t all;
   sigfillset(&all);
@@ -263,7 +263,7 @@ bool TransferLoop::readMail() {
 void TransferLoop::drive() {
   failWaitingPastDeadline();
   int running = 0;
-  do {  // What has finished makes room for what waits.
+  do {  // Finished transfers make room for waiting ones.
     beginWaiting();
     curl_multi_perform(multi_.get(), &running);
   } while (finishTransfers() && !waiting_.empty());
@@ -279,7 +279,7 @@ void TransferLoop::failWaitingPastDeadline() {
   });
 }
 
-/// Until the first of what waits is late; libcurl sees to what is under way itself.
+/// Until the first waiting transfer is late; libcurl watches the active ones itself.
 int TransferLoop::millisecondsToDeadline() const {
   auto nearest = std::chrono::milliseconds(std::numeric_limits<int>::max());
   const auto now = Transfer::SteadyTime::clock::now();
@@ -290,7 +290,7 @@ int TransferLoop::millisecondsToDeadline() const {
 }
 
 void TransferLoop::beginWaiting() {
-  // libcurl's own limit of connections forgets waiting ones now and then.
+  // libcurl's own limit of connections sometimes forgets waiting transfers.
   while (!waiting_.empty() && active_.size() < kMaxActiveTransfers) {
     auto transfer = std::move(waiting_.front());
     waiting_.pop_front();
@@ -327,13 +327,13 @@ bool TransferLoop::finishTransfers() {
   int left = 0;
   while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left)) {
     if (message->msg != CURLMSG_DONE) continue;
-    const CURLcode result = message->data.result;  // The message dies with its handle's removal.
+    const CURLcode result = message->data.result;  // Removing the handle frees the message.
     Transfer* transfer = nullptr;
     curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
     const auto found = active_.find(transfer);
     Active active = std::move(found->second);
     active_.erase(found);
-    // The caller first: what is left to do need not keep it waiting.
+    // The caller first, so that it does not wait for the cleanup.
     active.transfer->finish(active.easy.get(), result);
     curl_multi_remove_handle(multi_.get(), active.easy.get());
     giveBack(std::move(active.easy));

@@ -18,7 +18,7 @@
 
 namespace zelvora {
 
-/// One request on its way. Made by the caller, then left to the worker thread alone.
+/// One request on its way. Made by the caller, then used by the worker thread only.
 class Transfer {
  public:
   using SteadyTime = std::chrono::steady_clock::time_point;
@@ -36,7 +36,7 @@ class Transfer {
   /// After this time the answer is given up.
   [[nodiscard]] SteadyTime deadline() const { return deadline_; }
 
-  /// Answers the caller by what libcurl made of the transfer.
+  /// Answers the caller with the transfer's result.
   void finish(CURL* easy, CURLcode result);
   /// Answers the caller with a failure.
   void fail(const Error& error);
@@ -66,17 +66,17 @@ class Transfer {
   std::array<char, CURL_ERROR_SIZE> detail_{};
 };
 
-/// Carries all transfers of a session. `run` is the worker thread's; the rest is callable from any
-/// thread.
+/// Carries all transfers of a session. `run` is for the worker thread; the rest is callable from
+/// any thread.
 class TransferLoop {
  public:
   TransferLoop();
 
-  /// Every transfer that is started is answered, also after `close`.
+  /// Every started transfer gets an answer, even after `close`.
   void start(const std::shared_ptr<Transfer>& transfer);
   /// Ends `transfer` with a failure unless it has been answered already.
   void cancel(const std::shared_ptr<Transfer>& transfer);
-  /// Lets `run` fail what is under way and return.
+  /// Makes `run` fail what is under way and return.
   void close();
 
   void run();
@@ -112,7 +112,7 @@ class TransferLoop {
   void giveBack(Easy easy);
 
   Mailbox<Letter> mailbox_;
-  // Ahead of the handles below, which are freed first.
+  // Before the handles below, so that those are freed first.
   std::unique_ptr<CURLM, FreeMulti> multi_;
   std::vector<Easy> idle_;
   std::deque<std::shared_ptr<Transfer>> waiting_;

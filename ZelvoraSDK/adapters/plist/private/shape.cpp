@@ -36,7 +36,7 @@ enum ObjectKind : unsigned {
   kDictionary = 0xD,
 };
 
-/// Where the trailer says that things are.
+/// Where things are, according to the trailer.
 struct Layout {
   std::size_t offsetBytes = 0;     ///< Width of an entry of the offset table.
   std::size_t referenceBytes = 0;  ///< Width of a reference to an object.
@@ -45,7 +45,7 @@ struct Layout {
   std::size_t tableStart = 0;
 };
 
-/// An object's kind and where its payload stands.
+/// An object's kind and where its payload is.
 struct Object {
   unsigned kind = 0;
   std::size_t start = 0;  ///< Of the payload.
@@ -166,7 +166,7 @@ void checkBinaryShape(std::string_view bytes) { ObjectWalk(bytes).run(); }
 
 namespace {
 
-/// Deepest place of a dictionary or array: the element around them all comes on top.
+/// How deep a dictionary or array may be. The element around the whole list adds one level.
 constexpr std::size_t kMaxContainerDepth = kMaxPropertyListDepth + 1;
 
 /// Throws unless each numeric reference in `text` names a character. libplist ends the process over
@@ -185,7 +185,7 @@ void checkReferences(std::string_view text) {
   }
 }
 
-/// Goes through the markup of a document and keeps the elements that are open.
+/// Walks the markup of a document and keeps track of the open elements.
 class MarkupWalk {
  public:
   explicit MarkupWalk(std::string_view document) : rest_(document) {}
@@ -226,7 +226,7 @@ class MarkupWalk {
     rest_.remove_prefix(end.size());
   }
 
-  /// Up to and with the next '>', which is taken off.
+  /// Takes off everything up to and including the next '>'.
   std::string_view takeMarkup() {
     const std::size_t end = rest_.find_first_of("<>", 1);
     if (end == rest_.npos || rest_[end] == '<') throw propertyListError("a tag has no end");

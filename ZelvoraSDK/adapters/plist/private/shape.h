@@ -7,9 +7,9 @@
 
 namespace zelvora {
 
-// libplist trusts its input further than is wise: it follows references as often as they stand in a
-// binary list, so that a few hundred bytes may unfold into more than any memory holds, and it
-// descends as deep as a list goes. These checks come first and let through only what is in bounds.
+// libplist trusts its input too much: it follows every reference in a binary list, so that a few
+// hundred bytes may unfold into more than any memory holds, and it descends as deep as a list goes.
+// These checks run first and let only lists within bounds through.
 
 /// Throws Error unless each object of a binary list lies within it, references keep to
 /// `kMaxPropertyListDepth`, and all that they unfold to stays small.

@@ -31,8 +31,8 @@ using audio::Sentence;
 
 namespace {
 
-/// `value` with just `digits` digits behind the point, rounded as printf does but never by the C
-/// locale: 1.25 and 1 give "1.2". REQUIRES: a finite value and at most 20 digits.
+/// `value` with exactly `digits` decimals, rounded as printf does but independent of the C locale:
+/// 1.25 and 1 give "1.2". REQUIRES: a finite value and at most 20 digits.
 std::string fixedDecimal(double value, int digits) {
   std::array<char, 340> text{};
   const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
@@ -41,14 +41,14 @@ std::string fixedDecimal(double value, int digits) {
 }
 
 constexpr double kDiscount = 0.5;
-constexpr double kNever = -99;  ///< log10 of nothing, as the format writes it.
+constexpr double kNever = -99;  ///< log10 of 0, as the format writes it.
 constexpr std::size_t kOrder = 3;
 
 using Gram = std::vector<std::string>;
 /// What followed a history, and how often.
 struct Followers {
   std::map<std::string, double> counts;
-  double total = 0;  ///< Kept, so that a vocabulary of any size takes time in proportion.
+  double total = 0;  ///< Kept, so that the time stays proportional to the vocabulary.
 };
 /// By history, which has one word less than the order.
 using Counts = std::array<std::map<Gram, Followers>, kOrder>;
@@ -89,7 +89,8 @@ class ArpaModel {
   }
 
  private:
-  /// Of a word that followed `history`. No word gives anything up without a history: all are known.
+  /// Of a word that followed `history`. Without a history nothing is discounted: all words are
+  /// known.
   [[nodiscard]] double probability(const Gram& history, const std::string& word) const {
     const Followers& followers = counts_[history.size()].at(history);
     const double given = history.empty() ? 0 : kDiscount;
@@ -148,7 +149,7 @@ constexpr const char* kLanguageModel = "en-us/en-us.lm.bin";
 constexpr const char* kDictionary = "en-us/cmudict-en-us.dict";
 constexpr const char* kSearch = "zelvora";
 
-/// While it lives, this thread reads numbers as models write them. The library goes by the thread's
+/// Puts this thread into the C locale while it exists. The library reads numbers by the thread's
 /// locale, and in a German one "-0.30103" would be 0.
 class PlainNumbers {
  public:
@@ -206,10 +207,10 @@ void logNothing(void*, err_lvl_t, const char*, ...) {}
 
 ps_decoder_t* decoderWithoutSearch(const std::filesystem::path& models) {
   err_set_callback(&logNothing, nullptr);
-  // The list of all settings goes past the callback.
+  // The library logs its list of settings without using the callback.
   err_set_logfp(nullptr);
-  // The second pass costs a tenth of a second after the last word, and more than 5,000 states a
-  // frame cost a sixth of all the time and help nothing.
+  // The second pass costs a tenth of a second after the last word. More than 5,000 states per frame
+  // cost a sixth of all the time and help nothing.
   const std::unique_ptr<cmd_ln_t, FreeConfig> config(
       cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", (models / kAcousticModel).c_str(), "-dict",
                   (models / kDictionary).c_str(), "-fwdflat", "no", "-bestpath", "yes", "-maxhmmpf",
@@ -217,7 +218,7 @@ ps_decoder_t* decoderWithoutSearch(const std::filesystem::path& models) {
   return config ? ps_init(config.get()) : nullptr;
 }
 
-/// Before the search is made, which looks words up once.
+/// Call it before the search is made, which looks words up once.
 void addPronunciations(ps_decoder_t* decoder, const std::vector<Sentence>& sentences) {
   for (const Sentence& sentence : sentences)
     for (const std::string& word : sentence) {
@@ -285,7 +286,7 @@ void addWord(SpeechResult& result, std::string word) {
   result.segments.push_back({std::move(word), 0});
 }
 
-/// Takes up again the mean that the model came with; it drifts with what is heard.
+/// Restores the mean that the model came with; it drifts with what is heard.
 void resetMean(ps_decoder_t* decoder) {
   std::vector<mfcc_t> mean(static_cast<std::size_t>(ps_get_feat(decoder)->cepsize));
   const char* const known = cmd_ln_str_r(ps_get_config(decoder), "-cmninit");
@@ -355,8 +356,8 @@ void Decoder::begin(OpenedBy openedBy) {
 void Decoder::hear(std::span<const std::int16_t> sound) {
   if (!isRunning_) return;
   ps_process_raw(decoder_.get(), sound.data(), sound.size(), FALSE, FALSE);
-  // By itself the library takes the speaker's own mean up after some seconds only, when a command
-  // is long over.
+  // On its own the library adapts to the speaker only after some seconds, when a command is long
+  // over.
   cmn_live_update(ps_get_feat(decoder_.get())->cmn_struct);
 }
 

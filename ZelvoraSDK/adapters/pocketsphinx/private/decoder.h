@@ -13,8 +13,8 @@
 
 namespace zelvora::sphinx {
 
-/// A trigram model of the sentences in the ARPA format. What was seen gives up half a count each
-/// (absolute discounting), which is left to what was not. Pure.
+/// A trigram model of the sentences in the ARPA format. Each n-gram that was seen is discounted by
+/// half a count (absolute discounting), which goes to those that were not seen. Pure.
 [[nodiscard]] std::string arpaTrigram(const std::vector<audio::Sentence>& sentences);
 
 }  // namespace zelvora::sphinx
@@ -23,8 +23,8 @@ struct ps_decoder_s;
 
 namespace zelvora::sphinx {
 
-/// The folder with the models of English: `chosen` or, where that is empty, $ZELVORA_SPHINX_MODELS,
-/// or pocketsphinx/model in the first of $XDG_DATA_HOME and $XDG_DATA_DIRS that has it, or the one
+/// The folder with the English models: `chosen`; if that is empty, $ZELVORA_SPHINX_MODELS; else
+/// pocketsphinx/model in the first of $XDG_DATA_HOME and $XDG_DATA_DIRS that has it; else the one
 /// that this library was built for.
 [[nodiscard]] std::filesystem::path modelFolder(const std::filesystem::path& chosen = {});
 
@@ -41,11 +41,11 @@ class Decoder final : public audio::StreamDecoder {
   void hear(std::span<const std::int16_t> sound) override;
   [[nodiscard]] SpeechResult partialResult() const override;
   SpeechResult end() override;
-  /// Ends the utterance; what the library made of it, with its own confidences.
+  /// Ends the utterance and returns what the library decoded, with its own confidences.
   audio::Decoded decoded();
-  /// What the application is given for them.
+  /// The application's result for that.
   [[nodiscard]] SpeechResult judged(const audio::Decoded& decoded) const;
-  /// What the confidence of that is estimated from.
+  /// The evidence behind the confidence of that result.
   [[nodiscard]] audio::Evidence evidence(const audio::Decoded& decoded) const;
 
  private:

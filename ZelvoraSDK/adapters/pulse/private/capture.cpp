@@ -149,7 +149,7 @@ void Capture::read() {
   std::size_t bytes = 0;
   while (pa_stream_peek(stream_.get(), &data, &bytes) == 0 && bytes > 0) {
     const std::size_t samples = bytes / sizeof(float);
-    // No data but a length is a hole: sound that the server lost.
+    // A length without data is a hole: sound that the server lost.
     if (data)
       reblock_.take({static_cast<const float*>(data), samples}, deliverBlock);
     else

@@ -18,7 +18,7 @@ class Reblock {
  public:
   explicit Reblock(std::size_t blockSamples) : block_(blockSamples) {}
 
-  /// Calls `deliver(std::span<const float>)` with each block that gets full.
+  /// Calls `deliver(std::span<const float>)` with each full block.
   template <class Deliver>
   void take(std::span<const float> samples, Deliver deliver) {
     fill(samples.size(), deliver, [&](std::size_t from, std::span<float> to) {
@@ -74,8 +74,8 @@ struct Listeners {
   AudioEngine::FailureHandler onFailure;
 };
 
-/// Sound that flows from `microphone` for as long as this lives. Made, used and destroyed with the
-/// lock held; `loop` and `listeners` outlive it.
+/// Keeps sound flowing from `microphone` while it exists. Made, used and destroyed with the lock
+/// held; `loop` and `listeners` outlive it.
 class Capture {
  public:
   /// Throws Error when the sound does not begin to flow.

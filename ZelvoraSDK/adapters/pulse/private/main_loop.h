@@ -19,13 +19,13 @@ Error failure(int code, const std::string& what);
 /// call from elsewhere takes it first.
 class ThreadedLoop {
  public:
-  /// Throws Error when the system has no thread to give.
+  /// Throws Error when no thread can be started.
   ThreadedLoop();
   ~ThreadedLoop();
   ThreadedLoop(const ThreadedLoop&) = delete;
   ThreadedLoop& operator=(const ThreadedLoop&) = delete;
 
-  /// Keeps the thread out for as long as it lives. Never taken on the thread itself.
+  /// Holds the lock, which keeps the thread out. Never taken on the thread itself.
   class Lock {
    public:
     explicit Lock(const ThreadedLoop& loop) : loop_(loop.loop_) {
@@ -44,8 +44,8 @@ class ThreadedLoop {
   /// Wakes the thread inside `waitUntil`. For callbacks.
   void wake() const { pa_threaded_mainloop_signal(loop_, 0); }
 
-  /// Lets the thread work until `done()`, at most for `limit`; whether it is done. REQUIRES: the
-  /// lock.
+  /// Lets the thread work until `done()`, for at most `limit`. Returns whether it is done.
+  /// REQUIRES: the lock.
   template <class Done>
   bool waitUntil(pa_context* context, std::chrono::microseconds limit, Done done) const {
     const Alarm alarm(*this, context, limit);

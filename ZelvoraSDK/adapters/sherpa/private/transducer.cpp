@@ -64,7 +64,7 @@ std::string contentOf(const fs::path& file) {
   return content;
 }
 
-/// The names of the metadata stand in the file as they are.
+/// The metadata's names are in the file as plain text.
 std::string networkWith(const fs::path& folder, const std::string& name,
                         std::initializer_list<std::string_view> metadata) {
   const fs::path file = networkIn(folder, name);
@@ -81,7 +81,7 @@ std::string reasonOf(int status) {
   return std::string("the trial ended with ") + strsignal(WTERMSIG(status));
 }
 
-/// Waits without bound only when the process is already killed.
+/// Waits without a limit only for a process that was killed.
 int waitFor(pid_t child) {
   const auto end = std::chrono::steady_clock::now() + kLongestTrial;
   int status = 0;
@@ -143,7 +143,7 @@ namespace {
 
 constexpr int kRate = audio::kModelRate;
 constexpr int kFeatures = 80;
-/// The model looks ahead this far; as much silence lets the last word out.
+/// The model looks ahead this far; as much silence brings the last word out.
 constexpr std::size_t kLookAhead = kRate / 2;
 constexpr int kPaths = 4;
 
@@ -171,7 +171,7 @@ const SherpaOnnxOnlineRecognizer* load(const ModelFiles& files, const std::strin
 
 std::string pronounced(const std::string& word) { return audio::pronunciation(word); }
 
-/// One word while its tokens come.
+/// A word whose tokens are still coming.
 struct Growing {
   std::string text;
   double logProbability = 0;

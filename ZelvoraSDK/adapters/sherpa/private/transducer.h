@@ -54,11 +54,11 @@ class Transducer final : public audio::StreamDecoder {
   void hear(std::span<const std::int16_t> sound) override;
   [[nodiscard]] SpeechResult partialResult() const override;
   SpeechResult end() override;
-  /// Ends the utterance; what the model made of it.
+  /// Ends the utterance and returns what the model decoded.
   audio::Decoded decoded();
-  /// What the application is given for them.
+  /// The application's result for that.
   [[nodiscard]] SpeechResult judged(const audio::Decoded& decoded) const;
-  /// What the confidence of that is estimated from.
+  /// The evidence behind the confidence of that result.
   [[nodiscard]] audio::Evidence evidence(const audio::Decoded& decoded) const;
 
  private:
@@ -76,8 +76,8 @@ class Transducer final : public audio::StreamDecoder {
   OpenedBy openedBy_;  ///< Of the utterance.
 };
 
-/// Loads the model in this process and decodes a second of silence: for the trial in a process of
-/// its own. False when the library says no; it may also end the process.
+/// Loads the model in this process and decodes a second of silence, for the trial program. False
+/// when the library refuses the model; it may also end the process.
 [[nodiscard]] bool decodesSilence(const ModelFiles& files);
 
 }  // namespace zelvora::sherpa

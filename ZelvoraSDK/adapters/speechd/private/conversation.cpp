@@ -91,7 +91,7 @@ namespace {
 
 constexpr std::string_view kCancel = "CANCEL SELF\r\n";
 constexpr std::string_view kSpeak = "SPEAK\r\n";
-/// A daemon sends the notices of one text before its number, if any at all.
+/// A daemon sends at most the notices of one text before its number.
 constexpr std::size_t kMaxEarlyNotices = 16;
 
 }  // namespace
@@ -119,7 +119,7 @@ Actions Conversation::cancel() {
   Actions actions;
   waiting_.clear();
   queued_.clear();
-  // Before the handshake is over nothing has been said, and its commands stay.
+  // Until the handshake is over nothing has been said, and its commands must stay.
   if (state_ == State::ready || state_ == State::sending || state_ == State::inText) {
     cancelWaits_ = true;
     current_.reset();
@@ -147,7 +147,7 @@ Actions Conversation::close() {
       state_ == State::ready || state_ == State::sending || state_ == State::inText;
   state_ = State::closed;
   Actions actions{.hangUp = true};
-  // Where the daemon is about to ask for a text it takes a command for one.
+  // If the daemon is about to ask for a text, it takes a command for that text.
   if (announced) actions.bytes += kNoText;
   if (silences) actions.bytes += kCancel;
   return actions;
@@ -238,7 +238,7 @@ void Conversation::sendNext(Actions& actions) {
     actions.bytes += commands_.front().line;
 }
 
-/// The commands that say `text`; none where nothing of it can be said.
+/// Plans the commands that say `text`; none if nothing of it can be said.
 void Conversation::plan(Text text) {
   using enum Command::Kind;
   const std::string filtered = filteredText(text.text);

@@ -24,12 +24,12 @@ inline constexpr int kTextCut = 703;
 /// An answer or a notice.
 struct Answer {
   int code = 0;
-  std::vector<std::string> values;  ///< For news of a text, its number comes first.
+  std::vector<std::string> values;  ///< In a notice about a text, its number comes first.
 
   [[nodiscard]] bool isNotice() const { return code >= 700 && code < 800; }
 };
 
-/// Puts answers together from bytes as they come.
+/// Assembles answers from bytes as they arrive.
 class AnswerReader {
  public:
   void take(std::string_view bytes);
@@ -47,8 +47,8 @@ class AnswerReader {
   bool isOverfull_ = false;
 };
 
-/// `text` as it can travel: UTF-8, line breaks as "\r\n", and neither NUL nor a lone CR. The daemon
-/// refuses every later text of a conversation once one was not UTF-8.
+/// `text` as it can be sent: UTF-8, line breaks as "\r\n", and neither NUL nor a lone CR. Once one
+/// text was not UTF-8, the daemon refuses every later text of the conversation.
 [[nodiscard]] std::string filteredText(std::string_view text);
 
 /// `filtered` with the line that ends it. That line, a dot alone, is the only one of its kind.
@@ -58,8 +58,8 @@ class AnswerReader {
 /// Ends a text that was announced and is not wanted any more.
 inline constexpr std::string_view kNoText = ".\r\n";
 
-/// "pt_BR.UTF-8" as speech-dispatcher spells it; empty for what is no language code, which might
-/// carry commands.
+/// "pt_BR.UTF-8" as speech-dispatcher spells it; empty for anything that is no language code, since
+/// it might carry commands.
 [[nodiscard]] std::string languageCode(std::string_view language);
 
 /// From 0…1 to −100…100, both with the ordinary speed in the middle.
@@ -85,22 +85,22 @@ struct Actions {
     bool operator==(const End&) const = default;
   };
 
-  std::string bytes;  ///< To be sent behind all that was to be sent before.
+  std::string bytes;  ///< To send after everything that is still unsent.
   std::vector<End> ended;
   bool hangUp = false;  ///< Once the bytes are sent; nothing comes after that.
 };
 
-/// The whole of a conversation with speech-dispatcher, from the first byte to the last. Pure: what
-/// happens comes in, what is to be done comes out.
+/// A whole conversation with speech-dispatcher, from the first byte to the last. Pure: events come
+/// in, actions come out.
 class Conversation {
  public:
   enum class State {
     idle,       ///< Not begun; texts wait.
-    handshake,  ///< Settings of the conversation are on their way; texts wait.
-    ready,      ///< Nothing is on its way.
-    sending,    ///< A command is.
-    inText,     ///< A text is: the daemon takes nothing else before it has answered.
-    closed,     ///< Nothing is sent or taken any more.
+    handshake,  ///< The conversation's settings are being sent; texts wait.
+    ready,      ///< No answer is outstanding.
+    sending,    ///< A command was sent and has no answer yet.
+    inText,     ///< A text was sent: the daemon takes nothing else before it has answered.
+    closed,     ///< Nothing is sent or read any more.
   };
 
   [[nodiscard]] State state() const { return state_; }
@@ -108,13 +108,14 @@ class Conversation {
   /// REQUIRES: once and first.
   Actions begin();
   Actions say(Text text);
-  /// Silences what is being said and drops what waits. Reports no end of the texts so far.
+  /// Silences what is being said and drops what waits. The ends of the texts so far are not
+  /// reported.
   Actions cancel();
   /// Drops a text whose end no longer matters; it is not reported.
   void forget(TextNumber number);
   /// Silences and hangs up. Reports no ends.
   Actions close();
-  /// Takes what the daemon sends. Hangs up on one that passes a limit.
+  /// Takes what the daemon sends. Hangs up on a daemon that passes a limit.
   Actions take(std::string_view bytes);
 
  private:

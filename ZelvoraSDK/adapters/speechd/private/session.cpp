@@ -38,7 +38,7 @@ std::string socketPath() {
   return runtime + "/speech-dispatcher/speechd.sock";
 }
 
-/// What a new process gets of this one: no descriptor, no signal mask, no ignored signal.
+/// Starts processes that inherit no descriptor, no signal mask and no ignored signal.
 class FreshProcess {
  public:
   FreshProcess() {
@@ -119,7 +119,7 @@ Dialling::Attempt Dialling::connect() {
 }
 
 void Dialling::awaitLauncher() {
-  // It ends when the daemon listens, or when it can't start.
+  // The launcher ends when the daemon listens, or when it can't start.
   const bool hasEnded = launcherHasEnded();
   if (hasEnded || std::chrono::steady_clock::now() >= giveUpAt_) {
     endLauncher();
@@ -142,7 +142,7 @@ bool Dialling::launcherHasEnded() {
   do {
     ended = ::waitpid(launcher_, nullptr, WNOHANG);
   } while (ended < 0 && errno == EINTR);
-  // An application that ignores SIGCHLD has its children reaped before anybody can ask.
+  // If the application ignores SIGCHLD, its children are reaped before we can ask.
   if (ended != 0) launcher_ = -1;
   return ended != 0;
 }

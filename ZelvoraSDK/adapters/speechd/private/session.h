@@ -22,15 +22,15 @@ namespace zelvora::speechd {
 
 using Socket = asio::local::stream_protocol::socket;
 
-/// The way to the user's speech-dispatcher, which is started where none runs: that takes half a
-/// second. Confined to its executor, which runs one thing at a time; no call waits.
+/// Connects to the user's speech-dispatcher and starts one if none runs, which takes half a second.
+/// Confined to its executor, which runs one thing at a time; no call waits.
 class Dialling : public std::enable_shared_from_this<Dialling> {
  public:
-  /// Called once, perhaps before `begin` returns; absent when there is no daemon to be had.
+  /// Called once, perhaps before `begin` returns; absent when no daemon can be reached.
   using OnConnected = std::function<void(std::optional<Socket> socket)>;
 
   Dialling(asio::any_io_executor executor, OnConnected onConnected);
-  /// Ends what is being started.
+  /// Ends a launcher that still runs.
   ~Dialling();
   Dialling(const Dialling&) = delete;
   Dialling& operator=(const Dialling&) = delete;
@@ -65,7 +65,7 @@ class PendingTexts {
 
   struct Added {
     TextNumber number;
-    Time deadline;  ///< One that comes after others has until after theirs.
+    Time deadline;  ///< A text that waits behind others has its time after theirs.
   };
   Added add(OnEnd onEnd, Time now, std::chrono::steady_clock::duration allowance) {
     const Time begin = texts_.empty() ? now : std::max(now, lastDeadline_);
@@ -106,7 +106,7 @@ class Session : public std::enable_shared_from_this<Session> {
 
   explicit Session(const asio::any_io_executor& executor);
 
-  /// Texts may come before; they wait. REQUIRES, once: a shared pointer holds this.
+  /// Texts may be given before; they wait. REQUIRES: called once, and a shared pointer holds this.
   void begin(Socket socket);
   void listen(OnEnd onEnd, OnBroken onBroken);
 
@@ -114,7 +114,7 @@ class Session : public std::enable_shared_from_this<Session> {
   /// Silences what is being said and drops what waits.
   void cancel() { perform(conversation_.cancel()); }
   void forget(TextNumber number) { conversation_.forget(number); }
-  /// Silences and hangs up, after what is on its way and at most `kMaxSpeechFarewell` later. Calls
+  /// Silences and hangs up once everything is sent, at most `kMaxSpeechFarewell` later. Calls
   /// `onClosed` then, and nothing else after this.
   void close(std::function<void()> onClosed);
 

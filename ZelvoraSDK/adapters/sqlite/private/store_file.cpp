@@ -21,8 +21,8 @@ namespace {
 
 constexpr const char* kDomain = "SQLite";
 
-/// How often a held file is tried again. SQLite's own handler waits ever longer, so that a busy
-/// store starves the unlucky.
+/// How often a held file is tried again. SQLite's own handler waits longer each time, so some
+/// callers of a busy store would starve.
 constexpr std::chrono::milliseconds kBusyPoll{2};
 
 // The mark of a store: "Zelv", and the version of its table.
@@ -78,7 +78,7 @@ void Connection::open() {
   database_.reset(database);
   check(code);
   check(sqlite3_busy_handler(database, &Connection::waitWhileBusy, this));
-  // What a stranger may have put into the file must not run as ours.
+  // Code that a stranger has put into the file must not run.
   check(sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr));
   check(sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr));
 }
@@ -105,7 +105,7 @@ Connection::Content Connection::judgeSchema(std::int64_t id) {
   throw Error("ZelvoraDefaults", 1, file_.string() + ": is a database of another program");
 }
 
-/// What SQLite takes for the mark of a newer format, or of a file to be read only.
+/// Refuses header bytes that SQLite takes for a newer format or for a read-only file.
 void Connection::requireHeader() {
   constexpr int kWriteVersion = 18, kReadVersion = 19, kSchemaFormat = 44, kHeaderBytes = 100;
   sqlite3_file* file = nullptr;
@@ -171,7 +171,7 @@ Connection::Statement Connection::prepared(const char* sql) {
   return Statement(statement);
 }
 
-/// The first column of the last row. The statement's work is committed by its end, not by its rows.
+/// The first column of the last row. Reads to the end, which is what commits the statement's work.
 std::optional<std::int64_t> Connection::runFor(Statement& statement, const char* sql,
                                                const std::string& key) {
   if (!statement) statement = prepared(sql);
@@ -252,7 +252,7 @@ class Descriptor {
   int number_;
 };
 
-/// Through a name of its own: the file is never at `path` before it is private.
+/// Makes the file under a temporary name, so that it is private before it is at `path`.
 void makeEmptyFile(const fs::path& path) {
   std::string name = path.string() + ".XXXXXX";
   const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
@@ -265,7 +265,7 @@ void makeEmptyFile(const fs::path& path) {
 }
 
 void takeFromOthers(const fs::path& path) {
-  // Opened as a place only: the mode is that of the file that was looked at.
+  // Opened with O_PATH, so that the mode is set on the very file that was looked at.
   const Descriptor place(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
   struct stat status {};
   if (place.number() < 0 || ::fstat(place.number(), &status) != 0) return;
@@ -289,12 +289,12 @@ int openFolder(const fs::path& path) {
   return ::open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
-/// Until `descriptor` is closed. Also true where the file system knows no such locks.
+/// Locks `folder` until it is closed. Also true where the file system knows no such locks.
 bool holds(int folder, int kind) {
   return ::flock(folder, kind | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
-/// Until `descriptor` is closed. Excludes every user of the database, also those that are not ours.
+/// Until `descriptor` is closed. Excludes every user of the database, even in other programs.
 bool excludeFrom(int descriptor) {
   struct flock whole {};
   whole.l_type = F_WRLCK;

@@ -14,13 +14,13 @@ struct sqlite3_stmt;
 
 namespace zelvora::sqlite {
 
-/// Whether the file is damaged: not locked, full or read-only.
+/// Whether the file is damaged, as opposed to locked, full or read-only.
 [[nodiscard]] bool isDamage(const Error& error);
 /// Whether the file has lost its name, before it was opened or since.
 [[nodiscard]] bool isMoved(const Error& error);
 
-/// One open store. Not thread-safe. Of no further use once a call has thrown. Opening checks that
-/// the file is a store of ours, whole, and changes nothing in it.
+/// One open store. Not thread-safe. Unusable once a call has thrown. Opening checks that the file
+/// is an intact store of ours, and changes nothing in it.
 class Connection {
  public:
   /// REQUIRES: `file` is a result of `requirePlainFile`, and exists.
@@ -77,9 +77,9 @@ class Connection {
   Statement removeAll_;
 };
 
-// What the file of a store is to the file system. Every function throws Error in the domain "POSIX"
-// where it can't do its work. None opens the file as such: closing it would drop the locks that
-// other connections of this process hold on it.
+// The store's file as the file system sees it. Every function throws Error in the domain "POSIX"
+// when it fails. None opens the file for reading or writing, except `setAside` while nobody uses
+// it: closing it would drop the locks that other connections of this process hold on it.
 
 /// The identity of a file, independent of its name.
 struct FileIdentity {
@@ -92,20 +92,20 @@ struct FileIdentity {
 /// The file at `path`, which is no symbolic link; {} when it does not exist.
 [[nodiscard]] FileIdentity identityOf(const std::filesystem::path& path);
 
-/// `path` with the links of its folder resolved, so that only the file itself can be one. Throws
-/// when it is one, or anything else that is no file.
+/// `path` with the links of its folder resolved, so that only the file itself can be a link. Throws
+/// when it is a link, a device, a socket or a pipe.
 [[nodiscard]] std::filesystem::path requirePlainFile(const std::filesystem::path& path);
 
-/// Makes a folder, and those above it, where they are missing, for the user alone.
+/// Makes a folder and its missing parents, for the user alone.
 void makePrivateFolders(const std::filesystem::path& folder);
 
-/// Makes an empty file, and its folders where they are missing, for the user alone, whatever the
-/// umask. Takes an existing file of this user's away from others.
+/// Makes an empty file and its missing folders, for the user alone, whatever the umask. Makes an
+/// existing file of this user's private too.
 void makePrivate(const std::filesystem::path& path);
 
-/// Every call on a store holds one of these while it works. The store can't be set aside in the
-/// meantime: SQLite finds a journal by the store's name, so a connection to a renamed file would
-/// roll back the new store's journal and delete it.
+/// Every call on a store holds a Use while it works, so that the store can't be set aside: SQLite
+/// finds a journal by the store's name, so a connection to a renamed file would roll back the new
+/// store's journal and delete it.
 class Use {
  public:
   /// Throws after `patience`. A folder that can't be opened is not locked: nothing can be set
@@ -119,9 +119,9 @@ class Use {
   int folder_;
 };
 
-/// Renames the damaged database `damaged` at `path` and what belongs to it to `path`.damaged, in
-/// the place of an earlier one, while nobody uses it. REQUIRES: no Use of the caller's. False when
-/// another process was faster. Throws after `patience`, which is how long it waits for users.
+/// Renames the damaged database `damaged` at `path` and what belongs to it to `path`.damaged,
+/// replacing an earlier one, while nobody uses it. Waits for its users, and throws after
+/// `patience`. REQUIRES: the caller holds no Use. False when another process was faster.
 bool setAside(const std::filesystem::path& path, const FileIdentity& damaged,
               std::chrono::milliseconds patience);
 
