@@ -5,25 +5,25 @@ import QtQuick.Templates as T
 import Zelvora
 import Zelvora.Private as Private
 
-/// The conversation with an assistant, laid over a page: a bar to type and to speak, what is heard,
-/// the answer, the choices, and what to do when something is amiss. It fills what contains it and
-/// leaves what it does not cover free to be touched.
+/// The conversation with an assistant, laid over a page: a bar to type and to speak, what is heard, the
+/// answer, the choices, and what to do when something is amiss. It fills its parent; what it does not cover
+/// can still be touched.
 Item {
     id: root
 
     property ZelvoraAssistant assistant: null
-    /// On, a pill stands at rest in place of the bar; typing begins at its keyboard button.
+    /// If on, a pill replaces the bar at rest; its keyboard button starts typing.
     property bool compact: false
     property string placeholder: qsTr("Where would you like to go?")
     property string choicesTitle: qsTr("Did you mean …")
     /// How long an answer is shown, in milliseconds; 0: until it is closed.
     property int answerTime: 6000
-    /// Of the edges that a notch or a bar of the system covers.
+    /// The edges that a notch or a bar of the system covers.
     property real safeLeft: insets.leftEdge
     property real safeTop: insets.topEdge
     property real safeRight: insets.rightEdge
     property real safeBottom: insets.bottomEdge
-    /// Of the keyboard on the screen, from the lower edge of this item.
+    /// How far the keyboard on the screen reaches above the lower edge of this item.
     property real keyboardHeight: insets.keyboard
 
     /// "rest", "typing", "asking", "listening", "thinking", "answer", "heard", "permission",
@@ -44,14 +44,14 @@ Item {
     /// The height that the surface covers at rest: what a page should leave free at its end.
     readonly property real restHeight: stack.anchors.bottomMargin + (pill.item ? pill.item.height : field.implicitHeight)
                                        + (hints.length > 0 ? notice.hintHeight : 0) + 12
-    /// Whether the choices are over everything: the page should not be reachable then.
+    /// Whether the choices cover everything: the page should not be reachable then.
     readonly property bool modal: drawer.visible
 
     /// For a vibration or a sound: "start", "stop", "success", "failure" or "select".
     signal haptic(string kind)
     /// An answer that may be read aloud.
     signal reply(string text)
-    /// What is being read aloud must end: the microphone opens.
+    /// The microphone opens, so reading aloud must stop.
     signal silence()
 
     /// Puts `text` into the field, to be changed and sent.
@@ -62,7 +62,7 @@ Item {
         field.focusField()
     }
 
-    /// Lets go of an answer or of the choices.
+    /// Dismisses an answer or the choices.
     function dismiss() {
         shown = "rest"
         drawer.close()
@@ -98,7 +98,7 @@ Item {
     height: parent?.height ?? 0
 
     Private.Insets { id: insets }
-    // When what is shown has its place.
+    // Runs once what is shown has its place.
     Timer {
         id: soon
 
@@ -199,7 +199,7 @@ Item {
     Timer {
         id: patience
 
-        // Who has the focus on the answer still reads it.
+        // A user with the focus on the answer still reads it.
         interval: Math.max(1, root.answerTime)
         onTriggered: {
             if (root.shown === "answer" && !notice.hasFocus)
@@ -417,7 +417,7 @@ Item {
             SmoothedAnimation { velocity: root.ZelvoraTheme.reducedMotion ? -1 : 5; duration: root.ZelvoraTheme.reducedMotion ? 1 : -1 }
         }
 
-        // A drawer's own is only as wide as the drawer.
+        // The drawer's own is only as wide as the drawer.
         T.Overlay.modal: Item {
             id: behind
 
@@ -433,7 +433,7 @@ Item {
         background: Rectangle {
             radius: 28
             color: root.ZelvoraTheme.background
-            // By night it would not stand out from what lies dimmed behind it.
+            // In a dark theme it would not stand out from the dimmed page behind it.
             border { width: root.ZelvoraTheme.dark ? 1 : 0; color: Qt.rgba(1, 1, 1, 0.16) }
 
             // The lower corners are square, at the edge of the screen.
@@ -449,7 +449,7 @@ Item {
 
             anchors.fill: parent
             objectName: "choicesDrawer"
-            // What a popup does not inherit.
+            // A popup does not inherit these.
             LayoutMirroring.enabled: root.LayoutMirroring.enabled
             LayoutMirroring.childrenInherit: true
             ZelvoraTheme.background: root.ZelvoraTheme.background

@@ -4,14 +4,14 @@ import QtQuick
 import Zelvora
 import Zelvora.Private as Private
 
-/// A round microphone button at the bottom trailing corner of whatever contains it.
+/// A round microphone button at the bottom trailing corner of its parent.
 Item {
     id: root
 
     /// A ZelvoraMicState. It shadows Item's own `state`, which names a State of QML.
     property int state: ZelvoraMicState.Idle
     property zelvoraMicStyle style
-    /// Takes the place of the round face when set.
+    /// Replaces the round face when set.
     property Component content: null
     /// The item behind the button, for a material that blurs it.
     property Item backdrop: null
@@ -34,7 +34,7 @@ Item {
         focusRadius: root.style.showsText ? 12 : -1
         onClicked: root.tap()
 
-        // A caption wider than the face stands out on both sides, so that the face stays where it is.
+        // A caption wider than the face sticks out on both sides, so that the face stays where it is.
         implicitWidth: face.width
         implicitHeight: face.height + (caption.item ? 6 + caption.item.height : 0)
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kName[] = "zelvoraPlatformProvider";
 
-/// Lives and goes with its engine.
+/// Destroyed with its engine.
 class ProviderHolder final : public QObject {
  public:
   ProviderHolder(QQmlEngine& engine, PlatformProvider theProvider)

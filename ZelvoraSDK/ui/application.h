@@ -18,14 +18,14 @@ struct ZelvoraApplication {
   QString spec;    ///< The name of its spec among the bundle's resources.
 };
 
-/// Puts together the platform for an application, with the thread of the QML engine for the main
-/// executor.
+/// Puts together the platform for an application. Its main executor runs on the QML engine's
+/// thread.
 using PlatformProvider = std::function<Platform(const ZelvoraApplication& application)>;
 
 /// Lets `ZelvoraAssistant` be made in QML files of `engine`; called once, before they are loaded.
 ZELVORA_EXPORT void setPlatformProvider(QQmlEngine& engine, PlatformProvider provider);
 
-/// Null when the engine was given none.
+/// Null when the engine has none.
 ZELVORA_EXPORT const PlatformProvider* platformProvider(const QQmlEngine* engine);
 
 /// Shows the views' own words in the language of `locale`, where they are translated to it (German

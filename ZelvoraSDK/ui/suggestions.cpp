@@ -61,7 +61,7 @@ double score(const Words& typed, const Words& example) {
     for (const std::string& other : example) best = std::max(best, likeness(word, other));
     sum += best * static_cast<double>(std::min<std::size_t>(word.size(), 6));
   }
-  // Of two that match alike the shorter one is nearer.
+  // Of two equal matches the shorter one is nearer.
   return sum > 0 ? sum - 0.01 * static_cast<double>(example.size()) : 0;
 }
 

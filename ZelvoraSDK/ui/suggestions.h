@@ -23,7 +23,7 @@ struct CommandExample {
                                                           const std::string& locale);
 
 /// The examples nearest to what was typed so far, the nearest first and one for each task; none for
-/// blank text. Whole words count most, beginnings of words next, words with a slip least.
+/// blank text. Whole words count most, beginnings of words next, words with a typo least.
 [[nodiscard]] std::vector<std::string> closestExamples(std::string_view typed,
                                                        const std::vector<CommandExample>& examples,
                                                        std::size_t most);

@@ -50,7 +50,7 @@ void ZelvoraAssistant::setLocale(const QString& locale) {
   if (std::exchange(locale_, locale) != locale) applicationHasChanged();
 }
 
-/// Bundle and spec are often set one after the other: both count before a façade is made.
+/// Bundle and spec are often set one after the other, so the façade waits until both are set.
 void ZelvoraAssistant::applicationHasChanged() {
   Q_EMIT applicationChanged();
   if (!isComplete_ || (facade_ && !isOwn_)) return;
@@ -74,7 +74,7 @@ void ZelvoraAssistant::makeAnew() {
   isOwn_ = true;
 }
 
-/// Back to an assistant that has not heard of anything.
+/// Back to the state before any façade.
 void ZelvoraAssistant::letGo() {
   if (!facade_) return;
   watching_ = {};
@@ -211,7 +211,7 @@ void ZelvoraAssistant::watch() {
   if (state() != stateBefore) Q_EMIT stateChanged();
 }
 
-/// A result comes by `onResult` in a moment; here is what it does not carry.
+/// Takes what the result lacks; the result itself comes by `onResult` in a moment.
 void ZelvoraAssistant::takeSpoken(const VoiceCommand::Outcome& outcome, Phase before) {
   if (before == Phase::processing && !outcome.result)
     awaitedOutcomes_ = std::max(0, awaitedOutcomes_ - 1);
@@ -227,7 +227,7 @@ void ZelvoraAssistant::takeSpoken(const VoiceCommand::Outcome& outcome, Phase be
 
 void ZelvoraAssistant::deliver(const ZelvoraResult& result) {
   const auto stateBefore = state();
-  // A refused microphone is an outcome that nobody asked for.
+  // A refused microphone gives an outcome that was not awaited.
   awaitedOutcomes_ = std::max(0, awaitedOutcomes_ - 1);
   const OutcomeValue outcome = outcomeValue(result);
   lastOutcome_ = outcome;

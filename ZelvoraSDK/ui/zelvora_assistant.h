@@ -21,9 +21,9 @@ namespace zelvora {
 /// name of its spec, or hand it a façade from C++. Its microphone is a VoiceCommand: a capture that
 /// ends on its own is routed, one that is interrupted is not.
 ///
-/// Another bundle, spec or locale makes another façade, once control is back in the event loop;
-/// what was under way then ends without an outcome. Where the QML engine was given no platform
-/// provider, as in a preview, the assistant does nothing and says so in `error`.
+/// Setting another bundle, spec or locale makes another façade, once control is back in the event
+/// loop; work in progress then ends without an outcome. If the QML engine has no platform provider,
+/// as in a preview, the assistant does nothing and says so in `error`.
 ///
 /// Lives in the main thread, which is the platform's main executor.
 class ZELVORA_EXPORT ZelvoraAssistant : public QObject, public QQmlParserStatus {
@@ -54,10 +54,10 @@ class ZELVORA_EXPORT ZelvoraAssistant : public QObject, public QQmlParserStatus 
 
   /// Takes the façade's callbacks for itself. Fatal when it holds one already.
   void hold(std::shared_ptr<Zelvora> facade);
-  /// For a `MeteredAudioEngineFactory`: feeds `audioLevel`. Callable from any thread, also when the
-  /// assistant is gone. `main` is the platform's main executor.
+  /// For a `MeteredAudioEngineFactory`: feeds `audioLevel`. Callable from any thread, even after
+  /// the assistant is destroyed. `main` is the platform's main executor.
   [[nodiscard]] std::function<void(float level)> levelListener(asio::any_io_executor main);
-  /// Dates the taps on the microphone; unset: the system's steady clock.
+  /// The clock for taps on the microphone; unset: the system's steady clock.
   void setTapClock(std::function<Seconds()> now) { tapClock_ = std::move(now); }
 
   [[nodiscard]] const QString& bundle() const { return bundle_; }
@@ -77,10 +77,10 @@ class ZELVORA_EXPORT ZelvoraAssistant : public QObject, public QQmlParserStatus 
   [[nodiscard]] const QStringList& history() const { return history_; }
 
   [[nodiscard]] ZelvoraMicState::State state() const;
-  /// Whether a start of listening waits for the microphone or for the user's permission.
+  /// Whether listening is about to start and waits for the microphone or for the user's permission.
   [[nodiscard]] bool asking() const { return phase_ == VoiceCommand::Phase::asking; }
-  /// What was understood of the last command when it was spoken, routed or too unclear for that;
-  /// empty when it was typed.
+  /// What was understood of the last spoken command, whether it was routed or too unclear for that;
+  /// empty after a typed command.
   [[nodiscard]] const QString& heardText() const { return heardText_; }
   /// Whether `heardText` was too unclear to be routed.
   [[nodiscard]] bool heardUnclearly() const { return heardUnclearly_; }
@@ -96,7 +96,8 @@ class ZELVORA_EXPORT ZelvoraAssistant : public QObject, public QQmlParserStatus 
   [[nodiscard]] const QString& error() const { return error_; }
   /// Whether the user, when asked last, refused the microphone.
   [[nodiscard]] bool permissionDenied() const { return permissionDenied_; }
-  /// Whether the last spoken command failed for want of a microphone that the user had allowed.
+  /// Whether the last spoken command failed because there was no microphone that the user had
+  /// allowed.
   [[nodiscard]] bool microphoneMissing() const { return microphoneMissing_; }
   /// The examples nearest to `text`, the nearest first.
   [[nodiscard]] Q_INVOKABLE QStringList suggest(const QString& text, int most) const;
@@ -104,15 +105,15 @@ class ZELVORA_EXPORT ZelvoraAssistant : public QObject, public QQmlParserStatus 
   /// Routes a typed command.
   Q_INVOKABLE void route(const QString& text);
   /// Begins to listen, or stops and routes what was heard. Nothing happens while an outcome is
-  /// awaited, nor at the second of two quick taps.
+  /// awaited, or at the second of two quick taps.
   Q_INVOKABLE void tapMic();
   /// Stops and routes what was heard, if it listens.
   Q_INVOKABLE void stop();
-  /// Ends the spoken command, which routes nothing.
+  /// Ends the spoken command without routing it.
   Q_INVOKABLE void cancel();
   /// Counts the user's pick, so that it ranks higher the next time, and opens its screen.
   Q_INVOKABLE void choose(const zelvora::ChoiceValue& choice);
-  /// Lets go of the choices without a pick.
+  /// Drops the choices without a pick.
   Q_INVOKABLE void dismissChoices();
 
   void classBegin() override {}

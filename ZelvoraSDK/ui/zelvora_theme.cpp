@@ -119,7 +119,7 @@ void ZelvoraTheme::joinAncestors() {
       theme->watchAncestors();
 }
 
-/// Nothing is watched for a theme that nobody reads.
+/// A theme that nobody reads watches nothing.
 void ZelvoraTheme::beginToWatch() {
   if (!item_ || std::exchange(isWatching_, true)) return;
   connect(item_, &QQuickItem::windowChanged, this, [this] { watchAncestors(); });
@@ -179,7 +179,7 @@ const ThemeColors& ZelvoraTheme::colors() const {
     if (!style && !std::exchange(watchesPalette_, true))
       connect(item_, &QQuickItem::paletteChanged, this, &ZelvoraTheme::refresh);
   }
-  // Colours of the other kind would not go with what is asked for.
+  // Dark colours would not match a light theme that was asked for, nor the other way round.
   const bool dark =
       inherited(&Values::dark)
           .value_or(inherited(&Values::background) ? isDark(*inherited(&Values::background))

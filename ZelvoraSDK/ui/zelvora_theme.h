@@ -48,7 +48,7 @@ class ZELVORA_EXPORT ZelvoraTheme : public QObject {
   Q_PROPERTY(QColor accent READ accent WRITE setAccent RESET resetAccent NOTIFY changed)
   /// Of words and symbols on the accent.
   Q_PROPERTY(QColor onAccent READ onAccent NOTIFY changed)
-  /// The accent, moved as far as words in it need on the surface and the background.
+  /// The accent, moved until words in it can be read on the surface and the background.
   Q_PROPERTY(QColor accentText READ accentText NOTIFY changed)
   /// Of the edges of fields, at a contrast of 3.
   Q_PROPERTY(QColor edge READ edge NOTIFY changed)
@@ -57,7 +57,7 @@ class ZELVORA_EXPORT ZelvoraTheme : public QObject {
   Q_PROPERTY(double textScale READ textScale WRITE setTextScale RESET resetTextScale NOTIFY changed)
   Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion RESET resetReducedMotion
                  NOTIFY changed)
-  /// A folder with SVG files that take the places of our symbols of the same names.
+  /// A folder with SVG files that replace our symbols of the same names.
   Q_PROPERTY(QUrl icons READ icons WRITE setIcons RESET resetIcons NOTIFY changed)
 
  public:
@@ -105,7 +105,7 @@ class ZELVORA_EXPORT ZelvoraTheme : public QObject {
   }
 
  Q_SIGNALS:
-  /// Of any value, an inherited one too.
+  /// When any value changes, even an inherited one.
   void changed();
 
  private:
@@ -135,7 +135,7 @@ class ZELVORA_EXPORT ZelvoraTheme : public QObject {
   [[nodiscard]] const ThemeColors& colors() const;
   [[nodiscard]] const ZelvoraTheme* above() const;
   void beginToWatch();
-  /// Watches the way up, on which a new parent or a new theme may appear.
+  /// Watches the ancestors, among which a new parent or a new theme may appear.
   void watchTheWay();
   void watchAncestors();
   void watchStyle();

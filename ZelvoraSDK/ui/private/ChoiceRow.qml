@@ -19,7 +19,7 @@ PlainButton {
     horizontalPadding: 16
     verticalPadding: 12
     implicitHeight: Math.max(48, implicitContentHeight + topPadding + bottomPadding)
-    // The list cuts off what stands out.
+    // The list cuts off what sticks out.
     focusMargin: 0
     focusRadius: 12
     focusColor: theme.accentText

@@ -6,9 +6,9 @@ Item {
 
     property real size: 64
     property color color
-    /// Off, the circle rests at its largest.
+    /// If off, the circle rests at its largest.
     property bool pulses: true
-    /// Where the swing stands, from 0 (small and dark) to 1 (large and faint).
+    /// The position of the swing, from 0 (small and dark) to 1 (large and faint).
     property real phase: 1
 
     // Sized instead of scaled: the software renderer scales a circle to a ragged one.

@@ -11,7 +11,7 @@ Item {
     property real level: 0
     property real mostHeight: 400
 
-    /// A screen reader announces an alert that appears. What is there from the beginning never does.
+    /// A screen reader announces an alert that appears, but not one that was there from the beginning.
     property bool complete: false
 
     signal stopped()
@@ -54,7 +54,7 @@ Item {
         anchors { left: parent.left; right: stop.left; top: parent.top; bottom: parent.bottom }
         anchors { leftMargin: 20; rightMargin: 12; topMargin: 16; bottomMargin: 16 }
         contentHeight: column.implicitHeight
-        // The newest words are those that are seen.
+        // Keeps the newest words in sight.
         contentY: Math.max(0, contentHeight - height)
         interactive: contentHeight > height
         clip: interactive

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Effects
 import Zelvora.Private
 
-/// The same by what Qt has of its own from version 6.5 on. Untried: this project is built with Qt 6.4.
+/// The same with Qt's own blur, which exists since 6.5. Untried: this project is built with Qt 6.4.
 Behind {
     id: blur
 

@@ -16,7 +16,7 @@ Item {
     property string detail
     property string phrasesTitle
     property var phrases: []
-    /// Of objects with `key` and `text`.
+    /// Objects with `key` and `text`.
     property var actions: []
     property bool plain: false  ///< Without a ground of its own.
     property bool closes: false
@@ -41,7 +41,7 @@ Item {
         offset: 3
         strength: 0.16
     }
-    // What is tapped on the card does not reach what lies behind.
+    // Taps on the card do not reach what is behind it.
     MouseArea {
         anchors.fill: parent
         enabled: !notice.plain

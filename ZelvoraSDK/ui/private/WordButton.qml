@@ -1,8 +1,8 @@
 import QtQuick
 import Zelvora.Private
 
-/// A button with words on the accent, or in it. The accent is the one for words: what can be read on
-/// the surface lets the surface be read on it.
+/// A button with words on the accent, or in it. The accent is the one for words: if it can be read on the
+/// surface, the surface can be read on it.
 PlainButton {
     id: button
 

@@ -10,10 +10,10 @@ namespace zelvora {
 /// none.
 QString findResourceBundle(const QStringList& places);
 
-/// The bundle beside the application, by which it may replace our images, or else the module's own.
+/// The bundle beside the application, which may replace our images, or else the module's own.
 QString resourceBundle();
 
-/// The image of that name in a bundle: a scalable one, or else one of pixels; empty when there is
+/// The image of that name in a bundle: a scalable one, or else a pixel image; empty when there is
 /// none.
 QString imageIn(const QString& bundle, const QString& name);
 

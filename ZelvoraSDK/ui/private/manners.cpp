@@ -32,7 +32,7 @@ void Manners::componentComplete() {
   if (!button_) return;
   button_->setContainmentMask(this);
   button_->installEventFilter(this);
-  // Looked up once: a button is to cost little.
+  // Looked up once, to keep buttons cheap.
   static const QMetaMethod showFocus =
       staticMetaObject.method(staticMetaObject.indexOfMethod("showFocus()"));
   const QMetaObject& kind = *button_->metaObject();

@@ -17,9 +17,9 @@ class Manners : public QObject, public QQmlParserStatus, public QAccessible::Act
   Q_OBJECT
   Q_INTERFACES(QQmlParserStatus)
   QML_ELEMENT
-  /// Of the ring; below 0: half the button's shorter side.
+  /// Of the button's corners, which the ring follows; below 0: half the button's shorter side.
   Q_PROPERTY(double focusRadius MEMBER focusRadius_ NOTIFY changed)
-  /// How far the ring stands out; below 0: how far it stands in.
+  /// How far outside the button the ring is; below 0: how far inside.
   Q_PROPERTY(double focusMargin MEMBER focusMargin_ NOTIFY changed)
   /// Unset: the theme's accent.
   Q_PROPERTY(QColor focusColor MEMBER focusColor_ NOTIFY changed)
@@ -28,7 +28,7 @@ class Manners : public QObject, public QQmlParserStatus, public QAccessible::Act
   explicit Manners(QObject* parent = nullptr);
   ~Manners() override;
 
-  /// Of the button's place, enlarged to what a finger needs.
+  /// Whether `point` is on the button, enlarged to what a finger needs.
   Q_INVOKABLE bool contains(const QPointF& point) const;
 
   void classBegin() override {}
@@ -40,7 +40,7 @@ class Manners : public QObject, public QQmlParserStatus, public QAccessible::Act
   void changed();
 
  private:
-  /// Makes the ring when the focus comes by keyboard, and lets go of it.
+  /// Makes the ring when the focus comes by keyboard, and destroys it when the focus leaves.
   Q_SLOT void showFocus();
   Q_SLOT void tellName();
   Q_SLOT void press();
@@ -109,7 +109,7 @@ class Insets : public QQuickItem {
   Q_PROPERTY(double topEdge READ top NOTIFY changed)
   Q_PROPERTY(double rightEdge READ right NOTIFY changed)
   Q_PROPERTY(double bottomEdge READ bottom NOTIFY changed)
-  /// Of the keyboard on the screen, while it is shown.
+  /// The height of the keyboard on the screen; 0 while it is hidden.
   Q_PROPERTY(double keyboard READ keyboard NOTIFY keyboardChanged)
 
  public:

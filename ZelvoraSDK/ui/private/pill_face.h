@@ -5,8 +5,8 @@
 namespace zelvora {
 
 /// The symbol of a pill, which also draws the pill's surface and puts everything in its place: the
-/// symbol and the word in the button that contains both, and the stop button's place beside it. One
-/// item that computes this costs a tenth of the bindings that would.
+/// symbol and the word in the button that contains both, and the stop button's place beside it.
+/// Computing this in one item costs a tenth of what bindings would cost.
 class PillFace : public zelvora::Plate {  // by its full name, as Qt's description of types wants it
   Q_OBJECT
   QML_ELEMENT

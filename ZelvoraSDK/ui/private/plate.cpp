@@ -20,8 +20,7 @@
 namespace zelvora {
 namespace {
 
-constexpr int kCachedImages =
-    48;  ///< Looks and symbols that are kept for the next plate, a thread.
+constexpr int kCachedImages = 48;  ///< Looks and symbols that each thread keeps for the next plate.
 
 QString keyOf(const PlateLook& look, double height, double scale) {
   return QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8")
@@ -66,7 +65,7 @@ class PlateNode final : public QSGNode {
     symbol_ = appendImage();
   }
   ~PlateNode() override {
-    // The nodes first: they name the textures.
+    // The nodes first, because they use the textures.
     while (QSGNode* node = firstChild()) {
       removeChildNode(node);
       delete node;
@@ -212,7 +211,7 @@ void Plate::loadBlur() {
   if (auto* item = qobject_cast<QQuickItem*>(blurItem_)) item->setParentItem(this);
 }
 
-/// The theme belongs to the main thread, and is read no sooner than there is something to draw.
+/// Reads the theme, which belongs to the main thread, only when there is something to draw.
 void Plate::updatePolish() {
   if (theme_) {
     if (material_ != None) materialFill_ = fillOf(material_, theme_->dark());
@@ -274,7 +273,7 @@ double distance(double x, double y, const RoundedRect& shape) {
          shape.radius;
 }
 
-/// What a blur of that standard deviation leaves of an edge, at a distance from it.
+/// How opaque a blurred edge is at `distance` from it. `deviation` is the blur's.
 double fallOff(double distance, double deviation) {
   return 0.5 * std::erfc(distance / (deviation * std::sqrt(2.0)));
 }

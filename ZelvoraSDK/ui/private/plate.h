@@ -38,7 +38,7 @@ class Plate : public QQuickItem {
   Q_PROPERTY(double symbolSize MEMBER symbolSize_ NOTIFY changed)
   /// Where the surface lies, in the item's coordinates.
   Q_PROPERTY(QRectF ground READ ground NOTIFY changed)
-  /// The item behind, of which a blur is made where the renderer has shaders. No ancestor.
+  /// The item behind, which is blurred where the renderer has shaders. Must not be an ancestor.
   Q_PROPERTY(QQuickItem* backdrop READ backdrop WRITE setBackdrop NOTIFY changed)
 
  public:
@@ -110,8 +110,8 @@ struct NinePatch {
 /// between its corners, of any.
 [[nodiscard]] NinePatch drawPlate(const PlateLook& look, double height, double scale);
 
-/// A drawing in one colour, `side` pixels wide and high. An application's `icons` folder is looked
-/// into first.
+/// A drawing in one colour, `side` pixels wide and high. Looks in the application's `icons` folder
+/// first.
 [[nodiscard]] QImage drawSymbol(const QString& name, const QColor& color, int side,
                                 const QUrl& icons);
 

@@ -93,7 +93,7 @@ QSGNode* Wave::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
       node->appendChildNode(window()->createRectangleNode());
   }
   const double middle = width() / 2;
-  // What is not yet a whole bar old moves along between two places.
+  // Until the next bar is complete, all bars move towards their next places.
   const double moved = reducedMotion_ ? 0 : sinceBar_ / kBarEvery * (kWidth + kGap);
   int index = 0;
   for (QSGNode* child = node->firstChild(); child; child = child->nextSibling(), ++index) {

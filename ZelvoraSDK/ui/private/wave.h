@@ -7,7 +7,7 @@
 
 namespace zelvora {
 
-/// Where on a wave a microphone's level stands: 0 for 54 dB below full scale and less, 1 for 6 dB
+/// The height of a microphone's level on a wave: 0 for 54 dB below full scale and less, 1 for 6 dB
 /// below it and more.
 [[nodiscard]] double loudness(double level);
 /// What is shown `seconds` after `shown` when `target` is heard: it rises fast and falls slowly.
@@ -22,7 +22,7 @@ class Wave : public QQuickItem {
   /// Of the microphone, 1 for full scale.
   Q_PROPERTY(double level READ level WRITE setLevel NOTIFY levelChanged)
   Q_PROPERTY(QColor color MEMBER color_ NOTIFY colorChanged)
-  /// On, the bars grow and shrink where they stand, four times a second.
+  /// If on, the bars grow and shrink in place, four times a second.
   Q_PROPERTY(bool reducedMotion MEMBER reducedMotion_ NOTIFY reducedMotionChanged)
 
  public:
