@@ -30,7 +30,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A clock that stands still, for runs that can be repeated.
+/// A stopped clock, for runs that can be repeated.
 class FrozenClock final : public Clock {
  public:
   explicit FrozenClock(Seconds sinceEpoch) : now_(sinceEpoch) {}
@@ -107,8 +107,8 @@ Platform withOptions(Platform platform, const CommonOptions& options) {
   return platform;
 }
 
-/// The file that the options name, else the bundle's resource, else the project's example. A
-/// resource that is not there is the library's to complain about.
+/// The file that the options name, else the bundle's resource, else the project's example. The
+/// library complains about a missing resource.
 fs::path specFileOf(const CommonOptions& options, const AppBundle& bundle) {
   if (options.spec) return *options.spec;
   if (options.resource) return bundle.resource(*options.resource, "json").value_or(fs::path());
@@ -123,7 +123,7 @@ StoredSpec specFor(const CommonOptions& options, const AppBundle& bundle, const 
 
 asio::awaitable<std::string> asToken(std::string token) { co_return token; }
 
-/// One line a stage: what was asked, how long it took, what it answered.
+/// One line per stage: what was asked, how long it took, what it answered.
 void printStage(const StageReport& report) {
   const auto milliseconds = std::round(report.duration.count() * 1e6) / 1e3;
   printError("[" + report.stage + "] '" + report.asked + "' " + shortestDecimal(milliseconds) +
@@ -156,7 +156,7 @@ std::size_t columnsOfErrors() {
   return isKnown ? size.ws_col : 80;
 }
 
-/// One screen line. Emoji take two columns, and a few of them stand in the library's lines.
+/// One screen line. Emoji take two columns, and the library's lines hold a few of them.
 std::string onOneLine(std::string_view line) {
   constexpr std::size_t kSpare = 4;
   const std::string shown = escapedForTerminal(firstCharacters(line, kMaxShownError));

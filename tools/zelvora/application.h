@@ -19,8 +19,7 @@
 
 namespace zelvora::tool {
 
-/// What every command that routes understands. Unset ones fall back to the bundle, then to
-/// defaults.
+/// The options of every command that routes. Unset ones fall back to the bundle, then to defaults.
 struct CommonOptions {
   std::optional<std::filesystem::path> spec;
   std::optional<std::filesystem::path> bundle;
@@ -65,7 +64,7 @@ class Diagnostics final : public LogSink {
   std::unique_ptr<State> state_;
 };
 
-/// Holds diagnostics while it lives, so that the answer stands first; not with `asTheyCome`.
+/// Holds diagnostics back while it exists, so that the answer comes first; not with `asTheyCome`.
 class HeldDiagnostics {
  public:
   HeldDiagnostics(Diagnostics& diagnostics, bool asTheyCome) : diagnostics_(diagnostics) {
@@ -96,8 +95,8 @@ class Application {
   /// Hands `text` to the façade and waits for its one outcome.
   ZelvoraResult route(const std::string& text);
 
-  /// Routes `text` as of the time `at`, on the device alone and without a word, so that the session
-  /// memory holds what it opens.
+  /// Routes `text` as if at the time `at`, on the device alone and without output, so that the
+  /// session memory holds what it opens.
   void remember(const std::string& text, Timestamp at);
 
   /// Counts a pick of a screen and returns the new count; absent, with a line in the log, when it
@@ -106,19 +105,19 @@ class Application {
 
   [[nodiscard]] MainLoop& loop() { return loop_; }
 
-  /// What it hears with.
+  /// What the application hears with.
   struct Hearing {
     std::optional<std::filesystem::path> soundFile;  ///< Instead of the microphone.
-    std::optional<std::filesystem::path> model;      ///< Of a recogniser beside the own one.
+    std::optional<std::filesystem::path> model;      ///< For a second recogniser beside its own.
     bool modelAlone = false;
   };
 
-  /// Lets it hear and speak. Before the first call to the façade. Throws Error when a file can't be
+  /// Lets it hear and speak. Call it before the façade is used. Throws Error when a file can't be
   /// read.
   void enableSpeech(const Hearing& hearing);
   [[nodiscard]] SpeechPlatform& speech() { return *platform_.speech; }
 
-  /// The one façade. What the application is given after the first call does not count.
+  /// The one façade. Changes to the application after the first call have no effect.
   Zelvora& facade();
   [[nodiscard]] ZelvoraHooks& hooks() { return hooks_; }
 

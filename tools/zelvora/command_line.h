@@ -90,7 +90,7 @@ Take into(std::optional<double>& number, double least, double most);
 Option choiceOption(std::string name, std::string value, std::vector<std::string> choices,
                     std::string meaning, std::string otherwise, Take take);
 
-/// `--quiet` for a command of its own making; those with the common options have it.
+/// `--quiet` for a command without the common options, which include it.
 Option quietOption(bool& quiet);
 
 /// Reads a call: the command's name, then options and operands in any order. `--name VALUE` and

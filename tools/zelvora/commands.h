@@ -20,7 +20,7 @@ Command schemaCommand();
 Command initCommand();
 Command shellCommand();
 Command completionCommand();
-/// What the completion scripts ask; not listed.
+/// Serves the completion scripts; not listed.
 Command completeCommand(const std::vector<Command>& commands);
 /// The man page and the texts of docs/tool.md; not listed.
 Command referenceCommand(const std::vector<Command>& commands);
@@ -28,7 +28,7 @@ Command serveCommand();   ///< Only with ZELVORA_BUILD_SERVE.
 Command listenCommand();  ///< Only with ZELVORA_SPEECH.
 Command speakCommand();   ///< Only with ZELVORA_SPEECH.
 
-/// Routes what someone types, a line an utterance, and returns the exit status.
+/// Routes what someone types, one utterance per line, and returns the exit status.
 int runShell(const CommonOptions& options, Output& out);
 
 }  // namespace zelvora::tool

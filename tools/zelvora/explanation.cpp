@@ -100,7 +100,7 @@ double confidenceForScore(double score) { return 1 - std::exp(-score / 4.5); }
 /// Points in hundredths, rounded up, so that what is shown is enough.
 double roundedUp(double value) { return std::ceil(value * 100 - 1e-6) / 100; }
 
-/// What an utterance would come to if the second task had `more` points.
+/// The outcome of an utterance if the second task had `more` points.
 ZelvoraResult resultWithMore(const Explanation& explanation, double more,
                              const RuntimeSpec::Thresholds& limits) {
   std::vector<ScoredTask> tasks = explanation.tasks;
@@ -120,7 +120,7 @@ bool leadsChoices(const ZelvoraResult& result, const std::string& taskId) {
   return offered && offered->choices.front().taskId == taskId;
 }
 
-/// What becomes of the second task with how many more points.
+/// What the second task would reach, and how many more points it needs for that.
 struct Chance {
   double points = 0;
   bool opens = false;  ///< Else it leads the choices.

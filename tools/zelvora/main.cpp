@@ -27,7 +27,7 @@ std::vector<Command> allCommands() {
   return commands;
 }
 
-/// Runs it and sees to it that all output has arrived; what was answered before a failure, too.
+/// Runs it and makes sure that all output arrives, including answers before a failure.
 int finished(Output& out, const Run& run) {
   try {
     const int status = run(out);

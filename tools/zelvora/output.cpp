@@ -57,7 +57,7 @@ std::string escaped(char32_t control) {
          hex(static_cast<unsigned>(control), control < 0x80 ? 2 : 4);
 }
 
-/// `text` with what `write` makes of each control character.
+/// `text` with each control character as `write` renders it.
 template <class Write>
 std::string withControls(std::string_view text, const Write& write) {
   std::string result;
@@ -110,7 +110,8 @@ void Output::finish() {
 }
 
 void keepStandardStreams() {
-  // The wrong way round on purpose: reading from it, or writing to it, fails.
+  // Input and output the wrong way round on purpose, so that using them fails. Error lines are
+  // lost.
   const struct {
     int stream;
     int mode;
@@ -122,7 +123,7 @@ void keepStandardStreams() {
 bool errorsGoToTerminal() { return ::isatty(STDERR_FILENO) != 0; }
 
 void printError(std::string_view message) {
-  // Where it can't be written there is no one left to report to. A live line may stand there.
+  // If this can't be written, there is nowhere left to report it. A live line may be on the screen.
   const std::string line = errorsGoToTerminal()
                                ? "\r\033[K" + escapedForTerminal(shortened(message))
                                : std::string(message);

@@ -15,7 +15,7 @@ struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What the process ends with.
+/// The exit status of the process.
 enum ExitStatus { kAnswered = 0, kAnswerIsNo = 1, kUnusable = 2 };
 
 /// The longest line of standard input that is routed, in bytes, its end not counted: 1 MiB.
@@ -32,13 +32,13 @@ class Output {
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
-  /// Buffered. What a person is to read has gone through a `Style` first.
+  /// Buffered. Text for a person must have gone through a `Style` first.
   void write(std::string_view bytes);
-  /// One line of JSON, sent off at once. A terminal gets its control characters escaped, which
+  /// One line of JSON, flushed at once. On a terminal its control characters are escaped, which
   /// leaves the value as it is.
   void jsonLine(std::string_view json);
   void flush();
-  /// Sends off what is left and asks whether all of it has arrived.
+  /// Flushes what is left and checks that all of it has arrived.
   void finish();
 
   [[nodiscard]] bool isTerminal() const { return isTerminal_; }
@@ -49,7 +49,8 @@ class Output {
 };
 
 /// Makes sure that the three standard streams are open, so that no file that is opened later gets
-/// the number of one of them. One that was closed fails on use.
+/// the number of one of them. Standard input or output that was closed fails on use; lines on a
+/// closed standard error are lost.
 void keepStandardStreams();
 
 /// Writes one line to standard error in one piece. On a terminal it is escaped and shortened.
@@ -102,13 +103,13 @@ std::string padded(std::string_view text, std::size_t width);
 std::string fixed2(double value);
 
 /// Standard input, line by line. Only a line feed ends a line; a blank line counts. A line over
-/// `kMaxInputLine` is reported and passed over, and no more of it is ever kept.
+/// `kMaxInputLine` is reported and skipped, and never more of it than that is kept.
 class InputLines {
  public:
   /// The next line without its end; absent at the end of input. Throws UsageError when standard
   /// input can't be read.
   std::optional<std::string> next();
-  /// `kUnusable` once a line was passed over.
+  /// `kUnusable` once a line was skipped.
   [[nodiscard]] int status() const { return status_; }
 
  private:

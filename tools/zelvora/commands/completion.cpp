@@ -88,7 +88,7 @@ std::optional<std::string> valueIn(const Words& words, const std::string& name) 
   return std::nullopt;
 }
 
-/// The identifiers of the spec that the call names, else of the example; none when there is none.
+/// The identifiers of the spec that the call names, else of the example; empty without a spec.
 SpecIds idsFor(const Words& words) {
   try {
     if (const auto spec = valueIn(words, "--spec")) return idsIn(specInFile(*spec));

@@ -32,11 +32,11 @@ struct EvalOptions {
   std::optional<double> maxOpenedOutOfScope;
   std::optional<std::filesystem::path> compare;
   std::optional<std::filesystem::path> html;
-  int threads = 0;  ///< 0: one a core.
+  int threads = 0;  ///< 0: one per core.
   bool audio = false;
 };
 
-/// One spec with what came of the utterances on it.
+/// One spec and its results.
 struct Evaluated {
   std::vector<LabelledUtterance> utterances;  ///< As they were routed.
   std::optional<SpeechFigures> speech;        ///< Of recordings.
@@ -65,7 +65,7 @@ ZelvoraResult askBackend(Application& application, const std::string& text,
   return outcome;
 }
 
-/// Puts what was heard in the place of the recordings: nothing where it is not believed.
+/// Replaces recordings by what was heard in them, or by nothing when it is not believed.
 void hearRecordings(Evaluated& run, const StoredSpec& spec, const EvalOptions& options,
                     double minimumConfidence) {
 #ifdef ZELVORA_SPEECH

@@ -41,8 +41,8 @@ struct Heard {
   std::optional<AudioData> recording;
 };
 
-/// `level`, 1 for full scale, as a bar of `width` characters. What is softer than 60 dB below full
-/// scale is an empty one.
+/// `level`, 1 for full scale, as a bar of `width` characters. At 60 dB below full scale and less
+/// the bar is empty.
 std::string levelBar(float level, int width) {
   constexpr double kSoftest = -60;
   const double decibels = level > 0 ? 20 * std::log10(static_cast<double>(level)) : kSoftest;
@@ -94,7 +94,7 @@ class LiveLine {
   float level_ = 0;
 };
 
-/// Whom to call while it is going on, on the application's main loop; any may be unset.
+/// Callbacks during a spoken command, on the application's main loop; any may be unset.
 struct ListeningObserver {
   std::function<void(ZelvoraAuditEvent)> onAuditEvent;
   std::function<void(float level)> onLevel;
@@ -103,7 +103,7 @@ struct ListeningObserver {
   std::function<void(const std::string& problem)> onProblem;
 };
 
-/// One spoken command. An interrupt from the keyboard says that the speaker is done; a second one
+/// One spoken command. An interrupt from the keyboard means that the speaker is done; a second one
 /// ends the program.
 class Listening {
  public:
@@ -143,7 +143,7 @@ class Listening {
     if (!heard_.command.problem.empty() && observer_.onProblem)
       observer_.onProblem(heard_.command.problem);
     if (heard_.command.result) return end(*heard_.command.result);
-    // Without a capture there is an outcome all the same.
+    // There is an outcome even without a capture.
     application_.facade().onResult = [this](ZelvoraResult result) { end(std::move(result)); };
     application_.facade().stopVoice();
   }
@@ -151,7 +151,7 @@ class Listening {
   void end(ZelvoraResult result) {
     heard_.result = std::move(result);
     heard_.recording = application_.facade().lastRecordedAudio();
-    // Behind the audit events that are still queued.
+    // After the audit events that are still queued.
     asio::post(application_.loop().executor(), [this] { application_.loop().stop(); });
   }
 
@@ -229,7 +229,7 @@ void print(const Heard& heard, bool json, Output& out) {
   out.flush();
 }
 
-/// Refuses to write over what the call reads, under whatever name.
+/// Refuses to overwrite a file that the call reads, even under another name.
 void checkFiles(const ListenOptions& options, const fs::path& spec) {
   if (options.audio == fs::path("-"))
     throw UsageError("--audio: standard input can't be heard; name a file");

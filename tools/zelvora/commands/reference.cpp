@@ -17,7 +17,7 @@ std::string term(const Option& option) {
   return option.name + (option.value.empty() ? "" : " " + option.value);
 }
 
-/// `text` for roff, with what stands in back quotes in bold.
+/// `text` for roff, with text in back quotes in bold.
 std::string roff(std::string_view text) {
   std::string result;
   bool isBold = false;
@@ -91,7 +91,7 @@ std::string markdownTable(const std::vector<Option>& options) {
   return table;
 }
 
-/// What docs/tool.md has, word for word: a section a command begins like this.
+/// The text that docs/tool.md holds word for word: each command's section begins like this.
 std::string markdown(const std::vector<Command>& commands) {
   std::string text = std::string(kToolAbout) + "\n\n" + kToolExitStatus + "\n\n" +
                      kToolEnvironment + "\n\n" + markdownTable(commonOptions(commands)) + "\n";

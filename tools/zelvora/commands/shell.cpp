@@ -61,7 +61,7 @@ class Lines {
   virtual ~Lines() = default;
   /// Absent at the end.
   virtual std::optional<std::string> next() = 0;
-  /// What the shell ends with.
+  /// The shell's exit status.
   [[nodiscard]] virtual int status() const { return kAnswered; }
 };
 
@@ -80,7 +80,7 @@ class PlainLines final : public Lines {
 class EditedLines final : public Lines {
  public:
   explicit EditedLines(fs::path historyFile) : historyFile_(std::move(historyFile)) {
-    // Characters, not bytes, are edited. Only the character type: numbers keep their form.
+    // So that characters are edited, not bytes. Only the character type: numbers keep their form.
     std::setlocale(LC_CTYPE, "");
     if (std::strcmp(::nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
     terminal_.reset(std::fopen("/dev/tty", "we"));
@@ -100,7 +100,8 @@ class EditedLines final : public Lines {
     ::el_set(editor_.get(), EL_ADDFN, "complete", "Complete a command", &EditedLines::complete);
     ::el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
     ::el_set(editor_.get(), EL_BIND, "^R", "em-inc-search-prev", nullptr);
-    // Between two lines the terminal is the system's, and a Ctrl-D typed then arrives as NUL.
+    // Between two lines the terminal is in its ordinary mode, and a Ctrl-D typed then arrives as
+    // NUL.
     ::el_set(editor_.get(), EL_BIND, "^@", "em-delete-or-list", nullptr);
   }
 
@@ -115,7 +116,7 @@ class EditedLines final : public Lines {
   }
 
  private:
-  /// Keeps the history as it grows: an interrupt ends the process.
+  /// Saves the history after each line, because an interrupt ends the process.
   void remember(const std::string& line) {
     HistEvent event;
     ::history(history_.get(), &event, H_ENTER, line.c_str());
@@ -186,7 +187,7 @@ std::optional<std::string> problemIn(const fs::path& file) {
   try {
     spec = decodeJson<RuntimeSpec>(bytes);
   } catch (const Error&) {
-    return std::nullopt;  // a minimal one, or none: that stops nothing
+    return std::nullopt;  // a minimal spec, or none, stops nothing
   }
   for (const std::string& problem : UncheckedSpec(*std::move(spec)).validateSpec())
     if (problem.starts_with("Task ")) return file.string() + ": " + problem;

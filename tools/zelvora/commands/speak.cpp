@@ -35,9 +35,9 @@ bool isOnPath(const char* program) {
   return false;
 }
 
-/// Why a text was not said. The synthesiser's port only says that it was not, so this looks at what
-/// a user can mend: a daemon that is not there, then one that gave up at once, then one without
-/// sound, for which the adapter waits.
+/// Why a text was not said. The synthesiser's port only says that it was not, so this looks for
+/// what a user can fix: first a daemon that is not there, then one that gave up at once, then one
+/// without sound, for which the adapter waits.
 std::string causeOfSilence(std::chrono::steady_clock::duration waited) {
   const char* address = std::getenv("SPEECHD_ADDRESS");
   if (waited >= kPatience)

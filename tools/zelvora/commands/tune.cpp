@@ -25,7 +25,7 @@ struct TuneOptions {
   std::vector<std::string> files;
   TuningLimits limits;
   std::optional<std::filesystem::path> write;
-  int threads = 0;  ///< 0: one a core.
+  int threads = 0;  ///< 0: one per core.
 };
 
 using Thresholds = RuntimeSpec::Thresholds;

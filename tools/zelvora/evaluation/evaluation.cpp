@@ -143,7 +143,7 @@ std::vector<ZelvoraResult> answerAll(const std::vector<LabelledUtterance>& utter
                                      const PreparedSpec& spec, unsigned threads,
                                      const std::function<void(double)>& progress) {
   std::vector<ZelvoraResult> results(utterances.size());
-  // Each thread has its own utterances, so nothing is shared but what none of them changes.
+  // Each thread has its own utterances and shares only what no thread changes.
   const auto work = [&](std::size_t first, const std::function<void(double)>& report) {
     for (std::size_t i = first; i < utterances.size(); i += threads) {
       results[i] = answer(utterances[i], spec);

@@ -70,7 +70,7 @@ struct Counts {
   void add(Verdict verdict);
 };
 
-/// What comes of labelled utterances on one spec.
+/// The results of labelled utterances on one spec.
 struct Evaluation : Counts {
   struct Task {
     std::string id;

@@ -10,7 +10,7 @@ namespace zelvora::tool {
 
 /// An utterance and what is right for it.
 struct LabelledUtterance {
-  std::string text;                   ///< The name of the sound file, until somebody has heard it.
+  std::string text;                   ///< For a recording the file's name, until it has been heard.
   std::string recording;              ///< That name, once `text` is what was heard.
   std::vector<std::string> expected;  ///< Task ids, any of which is right; none: out of scope.
   bool areChoicesRight = false;       ///< Choices that contain all of them are right too.
@@ -32,10 +32,10 @@ struct LabelRules {
   bool areRecordings = false;
 };
 
-/// Reads files of lines `UTTERANCE<TAB>EXPECTED[<TAB>LOCALE]`, one after the other.
-/// EXPECTED is a task id, several joined by `|`, `?` before them where choices are right too, or
-/// `-` for an utterance out of scope. Blank lines and those that begin with `# ` say nothing.
-/// Throws UsageError that names file and line.
+/// Reads files of lines `UTTERANCE<TAB>EXPECTED[<TAB>LOCALE]`, one after the other. EXPECTED is a
+/// task id, several joined by `|`, `?` before them where choices are right too, or `-` for an
+/// utterance out of scope. Blank lines and those that begin with `# ` are skipped. Throws
+/// UsageError that names file and line.
 std::vector<LabelledUtterance> readLabelled(const std::vector<std::string>& files,
                                             const LabelRules& rules);
 

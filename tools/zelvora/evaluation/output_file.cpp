@@ -21,7 +21,7 @@ void writeWhole(const std::filesystem::path& target, const std::filesystem::path
   if (!file) fail(shown, errno);
   const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
   const int writeError = errno;
-  // A full disk may show only when the rest is sent off.
+  // A full disk may show only when the rest is written out.
   if (std::fclose(file) != 0) fail(shown, errno);
   if (!isWritten) fail(shown, writeError);
 }
@@ -30,10 +30,10 @@ void writeWhole(const std::filesystem::path& target, const std::filesystem::path
 
 void writeOutputFile(const std::filesystem::path& path, std::string_view bytes) {
   std::error_code error;
-  // A device or a pipe takes the bytes itself; nothing can be renamed over it.
+  // Bytes go straight into a device or a pipe, which a rename would replace.
   if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error))
     return writeWhole(path, path, bytes);
-  // A link keeps leading where it led.
+  // A link keeps its target.
   const std::filesystem::path real = std::filesystem::is_symlink(path, error)
                                          ? std::filesystem::weakly_canonical(path, error)
                                          : path;

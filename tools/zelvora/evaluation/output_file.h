@@ -5,7 +5,7 @@
 
 namespace zelvora::tool {
 
-/// Writes the whole file, in place of one that is there, or leaves that one as it is. Throws
+/// Writes the whole file and replaces an existing one, or leaves that one as it is. Throws
 /// UsageError that names the file and the reason.
 void writeOutputFile(const std::filesystem::path& path, std::string_view bytes);
 

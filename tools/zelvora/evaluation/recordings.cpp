@@ -53,7 +53,7 @@ class Ear {
                              .samples = std::span<const float>(samples)};
       capture.now = Seconds{static_cast<double>(buffers * kBufferFrames) / rate};
       if (capture.voice.hears(level(buffer), capture.now)) capture.lastVoice = capture.now;
-      // From here to the end of `catchUp` the capture is the recogniser's.
+      // Until `catchUp` returns, only the recogniser uses `capture`.
       task->append(buffer);
       factory_.catchUp();
       if (capture.failure) throw *capture.failure;

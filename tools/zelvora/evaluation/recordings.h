@@ -18,9 +18,9 @@ struct HeardRecording {
   std::optional<double> confidence;
 };
 
-/// Hears the recordings of `utterances` with this system's recogniser and the phrases of `spec`, as
-/// many at once as there are threads: each as a capture would hear it from its start, which ends by
-/// the rules of a capture in the recording's own time. `progress` is called on the calling thread.
+/// Hears the recordings of `utterances` with this system's recogniser and the phrases of `spec`,
+/// `threads` of them at a time. Each is heard like a capture from its start, which ends by the
+/// rules of a capture in the recording's own time. `progress` is called on the calling thread.
 /// Throws UsageError that names file and line for a recording that can't be read and for a locale
 /// without a recogniser.
 std::vector<HeardRecording> hearAll(const std::vector<LabelledUtterance>& utterances,

@@ -168,7 +168,8 @@ std::vector<std::string> confusedTasks(const ReportInput& input) {
 
 using Cells = std::map<std::pair<std::string, std::string>, std::size_t>;
 
-/// By row and column; a row or column "" is what the matrix has no task for.
+/// How often each row's utterances came to each column. A row is the first expected task or "—" for
+/// out of scope; a column is what opened, "choices" or "nothing".
 Cells cellsOf(const ReportInput& input) {
   Cells cells;
   for (std::size_t i = 0; i < input.judged.size(); ++i) {
@@ -176,7 +177,7 @@ Cells cellsOf(const ReportInput& input) {
     const Judged& judged = input.judged[i];
     const std::string row = utterance.isInScope() ? utterance.expected[0] : "—";
     std::string column = judged.opened.value_or(judged.confidence ? "choices" : "nothing");
-    // Any of several expected tasks is the row's own.
+    // Opening any of several expected tasks counts for the row's own.
     if (judged.verdict == Verdict::right && isOpening(judged.verdict) && judged.opened)
       column = row;
     ++cells[{row, column}];
@@ -363,7 +364,7 @@ std::string htmlReport(const ReportInput& input) {
       {"MATRIX", matrix(input)},
       {"WORST", worst(input)},
   };
-  // One pass, so that nothing in an utterance is taken for a place to fill.
+  // One pass, so that text from an utterance is never taken for a placeholder.
   std::string html;
   std::string_view rest = reportTemplate();
   for (std::size_t at = rest.find("{{"); at != rest.npos; at = rest.find("{{")) {

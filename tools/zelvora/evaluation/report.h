@@ -23,8 +23,8 @@ struct ReportInput {
   std::optional<SpeechFigures> speech;  ///< Of recordings.
 };
 
-/// One HTML file that needs nothing else: no network, and no script to be read. The markup around
-/// the figures stands in report.html.
+/// One HTML file that needs nothing else: no network, and no script to read it. The markup around
+/// the figures is in report.html.
 std::string htmlReport(const ReportInput& input);
 
 /// `text` as HTML text or attribute value.

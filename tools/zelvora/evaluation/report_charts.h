@@ -17,7 +17,7 @@ struct BarPart {
 /// A bar of parts with its legend.
 std::string stackedBar(const std::string& caption, const std::vector<BarPart>& parts);
 
-/// Counts by confidence, a bar each 0.05.
+/// Counts by confidence, one bar per 0.05.
 std::string histogram(const std::string& caption, const std::string& kind,
                       const std::vector<double>& confidences);
 

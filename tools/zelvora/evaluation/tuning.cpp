@@ -15,7 +15,7 @@ using Thresholds = RuntimeSpec::Thresholds;
 /// The highest score on the grid; more than a phrase, a word and three examples.
 constexpr double kHighestScore = 15;
 constexpr double kLargestGap = 6.6;
-/// Scores are sums of 0.6, so limits stand between two of them.
+/// Scores are multiples of 0.6, so limits are set between two of them.
 constexpr double kStep = 0.6;
 constexpr double kBetween = 0.3;
 constexpr std::size_t kOpeningsRefined = 20;
@@ -29,12 +29,12 @@ std::vector<double> gridOf(double today, double most) {
   return {values.begin(), values.end()};
 }
 
-/// A confidence that a task of the score still has, with two decimals.
+/// The highest confidence, with two decimals, that a task with this score still reaches.
 double confidenceBelow(double score) {
   return std::floor((1 - std::exp(-score / 4.5)) * 100) / 100;
 }
 
-/// Lowering a score is in vain while the confidence asks for more.
+/// A lower score has no effect while the confidence asks for more.
 void lowerConfidences(Thresholds& thresholds) {
   thresholds.execute_min_conf =
       std::min(thresholds.execute_min_conf, confidenceBelow(thresholds.execute_min_score));
@@ -42,7 +42,7 @@ void lowerConfidences(Thresholds& thresholds) {
       std::min(thresholds.choices_min_conf, confidenceBelow(thresholds.choices_min_score));
 }
 
-/// Adds a choice and, where its confidences make its scores vain, one that lowers them.
+/// Adds a choice and, where its confidences undo its scores, one with lower confidences.
 void add(std::vector<Thresholds>& candidates, const Thresholds& today, Thresholds next) {
   candidates.push_back(next);
   lowerConfidences(next);
@@ -65,8 +65,8 @@ std::vector<Thresholds> openingsFor(const Thresholds& today) {
   return candidates;
 }
 
-/// What decides about choices, for one way to open. By value: it may be one of the candidates,
-/// which move as more are added.
+/// What decides about choices, for one way to open. `opening` is a copy, because it may be one of
+/// the candidates, which move as more are added.
 void addChoices(std::vector<Thresholds>& candidates, const Thresholds& today, Thresholds opening) {
   for (const double choices : gridOf(today.choices_min_score, opening.execute_min_score)) {
     if (choices > opening.execute_min_score) continue;

@@ -17,7 +17,7 @@ struct TuningLimits {
   double maxOpenedOutOfScope = 5;  ///< Of those out of scope.
 };
 
-/// The utterances that choose and those that report: odd and even ones of each expected task and
+/// The utterances to choose by and those to report on: odd and even ones of each expected task and
 /// locale, in the order of the files.
 struct Halves {
   std::vector<std::size_t> odd;

@@ -34,7 +34,7 @@ std::string semanticAnswer(const std::vector<Destination>& tasks, std::string_vi
 
 // /api/semanticCatalog/resolve
 
-/// The library opens whatever screen it is told, so a doubtful item is better not named.
+/// The library opens any screen that is named, so a doubtful item is better not named.
 constexpr double kNavigateConfidence = 0.6;
 constexpr std::size_t kMaxItems = 3;
 
@@ -135,7 +135,7 @@ std::string interpretationAnswer(const std::vector<Destination>& destinations,
   });
 }
 
-/// Why the authorisation will not do, or nothing.
+/// Why the authorisation is refused, or nothing.
 std::optional<std::string> refusal(const BackendOptions& options, std::string_view authorization) {
   constexpr std::string_view kBearer = "Bearer ";
   if (!authorization.starts_with(kBearer)) return "Authorization: Bearer TOKEN is missing";

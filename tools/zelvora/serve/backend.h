@@ -10,8 +10,8 @@
 
 namespace zelvora::serve {
 
-/// What was said in a recording, the bytes of a sound file; absent when nothing was. Called from
-/// several threads. Throws Error.
+/// What was said in a recording; absent when nothing was. `audio` holds the bytes of a sound file.
+/// Called from several threads. Throws Error.
 using Transcriber =
     std::function<std::optional<std::string>(const std::string& audio, const std::string& locale)>;
 
@@ -27,7 +27,7 @@ struct Request {
   std::string path;
   std::string authorization;  ///< The header's value; empty without one.
   std::string body;
-  std::string audio;   ///< The part of that name of a form; empty without one.
+  std::string audio;   ///< The form's part of that name; empty without one.
   std::string locale;  ///< The header X-Locale.
 };
 

@@ -35,9 +35,9 @@ using boost::system::error_code;
 using Parser = http::request_parser<http::string_body>;
 using Fields = http::request<http::string_body>;
 
-/// Answers are computed here: search and speech recognition.
+/// These threads compute answers: search and speech recognition.
 constexpr std::size_t kWorkers = 2;
-/// How much of a refused body is thrown away, so that its sender gets to read the answer.
+/// How much of a refused body is read and dropped, so that its sender gets to read the answer.
 constexpr std::size_t kDrainBytes = std::size_t{1} << 20;
 constexpr std::chrono::seconds kDrainTime{2};
 constexpr std::size_t kBufferBytes = std::size_t{64} << 10;
@@ -105,8 +105,8 @@ http::response<http::string_body> responseFrom(Reply reply) {
 
 }  // namespace
 
-/// Coroutines keep a plain pointer to it: what has not ended when it is destroyed dies unresumed,
-/// with `io`.
+/// Coroutines keep a plain pointer to it. Those that have not ended when it is destroyed are
+/// destroyed with `io`, without being resumed.
 struct HttpServer::State {
   State(BackendOptions forOptions, std::uint16_t port, std::function<void(std::string)> forLog,
         const ServerLimits& forLimits)
@@ -252,7 +252,7 @@ asio::awaitable<void> HttpServer::State::acceptAll(State* self) {
     tcp::socket socket =
         co_await self->acceptor.async_accept(asio::redirect_error(asio::use_awaitable, error));
     if (error == asio::error::operation_aborted) co_return;
-    if (error) {  // out of descriptors, for one: what is open must end first
+    if (error) {  // e.g. out of descriptors: an open connection must end first
       asio::steady_timer pause(self->io, std::chrono::milliseconds(100));
       co_await pause.async_wait(asio::redirect_error(asio::use_awaitable, error));
       continue;
@@ -332,7 +332,7 @@ std::string_view formPart(std::string_view body, std::string_view contentType,
   const std::string delimiter = "--" + std::string(boundary);
   const std::string nextDelimiter = "\r\n" + delimiter;
 
-  if (!body.starts_with(delimiter)) {  // what stands before the first part is for nobody
+  if (!body.starts_with(delimiter)) {  // text before the first part is ignored
     const std::size_t start = body.find(nextDelimiter);
     if (start == body.npos) return {};
     body.remove_prefix(start + 2);
@@ -341,7 +341,7 @@ std::string_view formPart(std::string_view body, std::string_view contentType,
     body.remove_prefix(delimiter.size());
     const std::size_t lineEnd = body.find("\r\n");
     if (body.starts_with("--") || lineEnd == body.npos) return {};
-    body.remove_prefix(lineEnd);  // the headers may be none, so their first line end stays
+    body.remove_prefix(lineEnd);  // there may be no headers, so their first line end stays
     const std::size_t headersEnd = body.find("\r\n\r\n");
     if (headersEnd == body.npos) return {};
     const std::string_view headers = body.substr(0, headersEnd);

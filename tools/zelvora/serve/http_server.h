@@ -11,13 +11,12 @@
 
 namespace zelvora::serve {
 
-/// What one connection may take. Bytes are counted as they are used, whatever the encoding on the
-/// way, before they are kept.
+/// What one connection may use. Bytes are counted after decoding, before they are stored.
 struct ServerLimits {
   std::size_t bodyBytes = std::size_t{32} << 20;    ///< More is answered with 413.
   std::size_t headerBytes = std::size_t{16} << 10;  ///< Request line and headers; 431.
   std::size_t connections = 256;                    ///< At once; 503.
-  /// For sending a whole request, and again for taking the answer. However slowly bytes trickle.
+  /// For sending a whole request, and again for taking the answer, however slowly bytes trickle.
   std::chrono::milliseconds deadline{20'000};
 };
 
@@ -25,8 +24,8 @@ struct ServerLimits {
 /// this machine's names are answered, so that no web page can reach it under a name of its own.
 class HttpServer {
  public:
-  /// Takes the port, 0 for a free one; connections wait until `run`. `log` gets a line a request:
-  /// method, path, status. Throws std::runtime_error when the port can't be had.
+  /// Takes the port, 0 for a free one; connections wait until `run`. `log` gets one line per
+  /// request: method, path, status. Throws std::runtime_error when the port can't be had.
   HttpServer(BackendOptions options, std::uint16_t port, std::function<void(std::string)> log,
              const ServerLimits& limits = {});
   ~HttpServer();

@@ -59,7 +59,7 @@ Destination itemIn(const JsonCursor& in) {
   return item;
 }
 
-// What stands in requests of every kind and tells none from another.
+// Words that occur in requests of every kind and distinguish none.
 const char* const kEnglishFiller[] = {
     "a",    "an",   "and",   "are",  "at",    "be",    "can",  "could", "do",     "for", "from",
     "get",  "give", "go",    "hey",  "hi",    "how",   "i",    "in",    "is",     "it",  "let",
@@ -71,8 +71,8 @@ std::string_view languageOf(std::string_view locale) {
   return locale.substr(0, locale.find_first_of("-_"));
 }
 
-/// What the tokenizer below takes for part of a word, or what it is to decide on itself: marks and
-/// symbols beyond ASCII.
+/// What the tokenizer below takes as part of a word, or should decide on itself: marks and symbols
+/// beyond ASCII.
 bool isWordCharacter(char32_t value) {
   if (value < 0x80) return isLetter(value) || isNumber(value);
   return !isWhiteSpace(value) && !(value >= 0x2010 && value <= 0x205E);
@@ -215,7 +215,7 @@ class Index {
   std::unique_ptr<sqlite3, Close> database_;
 };
 
-/// A word asked for: how much it tells, and who has it.
+/// A word of the query: its weight, and the rows that have it.
 struct Word {
   double weight = 0;
   std::set<std::size_t> rows;

@@ -37,7 +37,7 @@ struct Hit {
   bool operator==(const Hit&) const = default;
 };
 
-/// The most words of an utterance that are searched for; the rest is not looked at.
+/// The most words of an utterance that are searched for; the rest is ignored.
 inline constexpr std::size_t kMaxSearchWords = 100;
 
 /// The destinations that share a word with `text`, best first, ties in their order. English words
@@ -45,9 +45,9 @@ inline constexpr std::size_t kMaxSearchWords = 100;
 /// title counting three times.
 ///
 /// A confidence is the product of two shares. Coverage: how much of the text's words the
-/// destination has, each word weighing the more the fewer destinations have it, an unknown one
-/// most. Certainty: w² / (w² + r²) for its weight w and that of its strongest rival r, so a tie
-/// leaves one half.
+/// destination has; a word weighs more the fewer destinations have it, and an unknown one most.
+/// Certainty: w² / (w² + r²) for its weight w and that of its strongest rival r, so a tie gives one
+/// half.
 std::vector<Hit> search(const std::vector<Destination>& destinations, std::string_view text,
                         std::string_view locale);
 

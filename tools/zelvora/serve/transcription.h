@@ -12,8 +12,8 @@ namespace zelvora::serve {
 /// The longest recording that is transcribed; a longer one is refused.
 inline constexpr Seconds kLongestRecording{300};
 
-/// Transcribes, one recording at a time, with `recognizers`. A recording in a locale without a
-/// recogniser and bytes that are no sound are an Error.
+/// Transcribes with `recognizers`, one recording at a time. The transcriber throws Error for a
+/// locale without a recogniser and for bytes that are no sound.
 Transcriber transcriberWith(std::shared_ptr<SpeechRecognizerFactory> recognizers);
 
 }  // namespace zelvora::serve
