@@ -25,7 +25,7 @@
 
 namespace porting {
 
-/// A phone tells its sound system here who plays, records, and is to be quieter meanwhile.
+/// Where a phone would ask its sound system to play, to record, and to lower other sound.
 class PhoneSession final : public zelvora::AudioSession {
  public:
   void configure(Category, Mode, std::uint32_t) override {}
@@ -44,7 +44,7 @@ class PhoneMicrophone final : public zelvora::AudioEngine {
     tap_ = std::move(tap);
   }
   void removeTap() override {
-    const std::lock_guard lock(mutex_);  // a tap that is running is waited for
+    const std::lock_guard lock(mutex_);  // waits for a tap that is running
     tap_ = nullptr;
   }
   void onFailure(FailureHandler) override {}  // this microphone does not break
@@ -84,8 +84,8 @@ class PhoneMicrophones final : public zelvora::AudioEngineFactory {
   }
 };
 
-/// One channel of floats in a Core Audio Format file. The length of the sound stands as "unknown,
-/// to the end of the file", so that the file is complete after each write.
+/// One channel of floats in a Core Audio Format file. The length of the sound is written as
+/// "unknown, to the end of the file", so that the file is complete after each write.
 class PhoneRecording final : public zelvora::AudioFileWriter {
  public:
   PhoneRecording(const std::filesystem::path& path, const zelvora::AudioFormat& format)
@@ -131,8 +131,8 @@ class PhoneRecordings final : public zelvora::AudioFileFactory {
   }
 };
 
-/// Understands the same in whatever it hears. A real one calls the handler from its own thread
-/// while sound comes in, with confidence 0 until the end.
+/// Understands the same in any sound. A real one calls the handler from its own thread while sound
+/// comes in, with confidence 0 until the end.
 class PhoneRecognition final : public zelvora::SpeechRecognitionTask {
  public:
   explicit PhoneRecognition(zelvora::SpeechRecognizer::Handler handler)

@@ -63,10 +63,10 @@ int run(QGuiApplication& application) {
   zelvora::shop::ShopOptions options{.bundle =
                                          parser.value(QStringLiteral("bundle")).toStdString()};
   const QString tour = parser.value(QStringLiteral("tour"));
-  const QTemporaryDir nobody;  // a tour is one of a customer who has picked nothing yet
+  const QTemporaryDir nobody;  // a tour is for a customer who has picked nothing yet
   if (!tour.isEmpty()) options.dataFolder = nobody.path().toStdString();
   zelvora::shop::ShopApplication shop(options);
-  // Nothing moves in a picture, not even to the size that is wanted.
+  // Set first, so that nothing moves in a picture, not even to the size that is wanted.
   if (!tour.isEmpty()) QQmlProperty::write(&shop.shop(), QStringLiteral("pace"), 0);
   look(shop, parser);
   if (!tour.isEmpty()) {

@@ -43,7 +43,7 @@ Platform withoutBackend(Platform platform) {
   return platform;
 }
 
-/// A folder that is laid down beside the program.
+/// A folder installed beside the program.
 QString besideProgram(const char* folder) {
   return QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(folder);
 }

@@ -69,9 +69,9 @@ void say(ZelvoraAssistant& assistant, const QString& command) {
 }
 
 void paint(ShopApplication& application, const std::filesystem::path& file) {
-  // No event loop runs around a tour, and only one would destroy what was let go of.
+  // No event loop runs around a tour, so deferred deletions must be carried out here.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  // What comes up has come up by then.
+  // By then everything has come up.
   const QDeadlineTimer moving(std::chrono::milliseconds(60));
   while (!moving.hasExpired()) QCoreApplication::processEvents();
   const QImage picture = application.window().grabWindow();

@@ -7,7 +7,7 @@
 namespace zelvora::shop {
 
 /// Walks through the shop by typed commands and paints what is seen on the way to PNG files in
-/// `folder`, which is made. Throws Error when a command leads nowhere.
+/// `folder`, which it creates. Throws Error when a command leads nowhere.
 void paintTour(ShopApplication& application, const std::filesystem::path& folder);
 
 }  // namespace zelvora::shop

@@ -16,7 +16,7 @@ QtObject {
         return lines.find(line => line.id === id)?.count ?? 0
     }
 
-    /// Adds `change` pieces; a product of which none is left goes.
+    /// Adds `change` pieces; removes a product when none is left.
     function add(id: string, change: int) {
         const known = lines.some(line => line.id === id)
         const changed = known ? lines.map(line => line.id === id ? { id, count: line.count + change } : line)

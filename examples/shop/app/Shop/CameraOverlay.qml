@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 
-/// Finds a product by its bar code. This example has no camera: three codes are there to be picked.
+/// Finds a product by its bar code. This example has no camera, so it offers three codes to pick.
 ColumnLayout {
     id: scanner
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// Where it goes, how it is paid, and the order.
+/// The address, the payment and the order.
 Page {
     id: page
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A word to be picked.
+/// A word to pick.
 Pressable {
     id: chip
 

@@ -7,7 +7,7 @@ GridLayout {
 
     property string text
     property string more
-    /// The page's width. A layout that asks for its own while it is laid out is never done.
+    /// The page's width. A layout that asks for its own width while it is laid out never finishes.
     required property real room
 
     signal clicked()

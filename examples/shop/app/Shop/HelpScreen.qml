@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 
-/// Questions that are often asked, and who answers the others.
+/// Frequent questions, and who answers the others.
 Page {
     id: page
 

@@ -9,7 +9,7 @@ Text {
 
     property int role: Label.Role.Body
     property bool soft: false
-    /// Off for words that a control around them says already.
+    /// Off for words that the control around them already says.
     property bool read: true
 
     readonly property bool isTight: width > 0 && longestWord.advanceWidth > width
@@ -20,7 +20,7 @@ Text {
     font.weight: role === Label.Role.Title ? Font.Bold : role === Label.Role.Heading ? Font.DemiBold : Font.Normal
     font.letterSpacing: role === Label.Role.Title ? -0.6 : role === Label.Role.Heading ? -0.2 : 0
     wrapMode: Text.Wrap
-    // Lines end between words: where one is wider than its place, the letters are smaller.
+    // Lines break between words. Where a word is wider than its place, the letters get smaller.
     fontSizeMode: isTight ? Text.HorizontalFit : Text.FixedSize
     minimumPixelSize: isTight ? Math.floor(font.pixelSize * width / longestWord.advanceWidth) : 1
     Layout.preferredHeight: isTight ? contentHeight : -1

@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// A line of a list: a drawing, a title, words below it, and something at its end. A line that leads
-/// nowhere is read and not pressed.
+/// A line of a list: a drawing, a title, words below it, and something at its end. A line that leads nowhere
+/// can be read but not pressed.
 Pressable {
     id: row
 
@@ -12,7 +12,7 @@ Pressable {
     property string endGlyph: pressable ? "forward" : ""
     property bool pressable: true
     property bool last: false
-    /// In a narrow window large words have the drawing's room.
+    /// In a narrow window large words take the drawing's room.
     readonly property bool isTight: Window.width < 170 * Theme.textScale
     readonly property bool hasGlyph: glyph !== "" && !isTight
 

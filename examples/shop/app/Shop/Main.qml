@@ -92,7 +92,7 @@ Rectangle {
         id: screens
 
         anchors { fill: parent; topMargin: shop.safeTop; bottomMargin: surface.restHeight }
-        // Nothing behind a sheet is touched, reached by keys or pressed by a screen reader.
+        // Nothing behind a sheet can be touched, reached by keys or pressed by a screen reader.
         enabled: !surface.modal && !presentation.visible
 
         TopBar {

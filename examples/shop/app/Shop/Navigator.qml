@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// The screens that were opened one from another; the last one is seen, and those below keep where
-/// they were scrolled to. A screen stands in the stack once.
+/// The stack of opened screens: the last one is shown, and those below keep their scroll positions. A screen
+/// is in the stack only once.
 T.StackView {
     id: navigator
 
@@ -14,7 +14,7 @@ T.StackView {
     signal opened(string screenId, var params)
     signal present(string presentationId)
 
-    /// Home is where every way begins.
+    /// Home is always the first screen.
     function open(screenId: string, params: var) {
         if (busy) {
             waiting = { screenId, params }
@@ -58,7 +58,7 @@ T.StackView {
         focusOf.set(currentItem, inside ? { item: focused, shown: focused.visualFocus === true } : null)
     }
 
-    /// A screen that is come back to has the focus where it was; a new one at its beginning.
+    /// A screen that comes back gets the focus where it was; a new one at its beginning.
     function arrive(isBack: bool) {
         const before = isBack ? focusOf.get(currentItem) : null
         if (before)
@@ -67,7 +67,7 @@ T.StackView {
             currentItem.forceActiveFocus(Qt.OtherFocusReason)
     }
 
-    // A tap on a screen that is on its way out means nothing any more.
+    // Taps on a screen that is leaving are ignored.
     enabled: !busy
     clip: true
     onBusyChanged: {

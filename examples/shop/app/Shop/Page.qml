@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// A screen that scrolls: what stands in it is one column, no wider than is good to read.
+/// A screen that scrolls. Its content is one column, no wider than is good to read.
 Flickable {
     id: page
 
@@ -31,8 +31,8 @@ Flickable {
         onChildrenChanged: spread()
         Component.onCompleted: spread()
 
-        // What stands in it knows its height before the layout asks. What finds out while the layout works
-        // makes it begin anew, which it does twice at most.
+        // Items should know their height before the layout asks. One that finds out while the layout works
+        // makes it start over, which it does twice at most.
         function spread() {
             for (let index = 0; index < children.length; ++index)
                 if (children[index].Layout.fillWidth)

@@ -15,7 +15,7 @@ Sheet {
             close()
             return
         }
-        // What was shown stays while it goes down.
+        // The old content stays while the sheet goes down.
         loader.source = Screens.presentationSource(presentationId)
         open()
     }

@@ -8,7 +8,7 @@ Grid {
     id: grid
 
     property var products: []
-    /// The page's width. What asks for its own while it is laid out is never done.
+    /// The page's width. A layout that asks for its own width while it is laid out never finishes.
     required property real room
     readonly property int across: Math.max(1, Math.min(columns, products.length))
 

@@ -7,7 +7,7 @@ GridLayout {
 
     property var product
     property string detail: product.brand
-    /// The page's width. A layout that asks for its own while it is laid out is never done.
+    /// The page's width. A layout that asks for its own width while it is laid out never finishes.
     required property real room
     default property alias trailing: end.data
     readonly property bool isTight: room < 332 * Theme.textScale

@@ -7,7 +7,7 @@ Pressable {
 
     property bool quiet: false
     property string glyph
-    /// The width of the words when they stand in one line. Their own changes with that of the button.
+    /// The width of the words in one line. The text's own width changes with the button's.
     readonly property real oneLine: Math.ceil(measure.advanceWidth) + 1
 
     padding: 12

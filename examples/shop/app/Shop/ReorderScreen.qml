@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 
-/// The last order once more.
+/// The last order, to be ordered again.
 Page {
     id: page
 

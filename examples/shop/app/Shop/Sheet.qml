@@ -4,8 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 
-/// Comes up from below, over everything. A tap beside it, Escape, the way back and a pull on its
-/// handle let it go.
+/// Comes up from below, over everything. A tap beside it, Escape, Back or a pull on its handle closes it.
 T.Drawer {
     id: sheet
 
@@ -41,7 +40,7 @@ T.Drawer {
     exit: Transition {
         NumberAnimation { property: "position"; to: 0; duration: Theme.pace; easing.type: Easing.InCubic }
     }
-    // A drawer's own is only as wide as the drawer.
+    // The drawer's own is only as wide as the drawer.
     T.Overlay.modal: Item {
         id: behind
 
@@ -66,7 +65,7 @@ T.Drawer {
     }
     Item {
         anchors.fill: parent
-        // What a popup does not inherit.
+        // A popup does not inherit these.
         LayoutMirroring.enabled: sheet.rightToLeft
         LayoutMirroring.childrenInherit: true
         focus: true

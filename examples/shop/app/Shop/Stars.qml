@@ -2,13 +2,13 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 
-/// So many of five stars.
+/// A rating in stars, of five.
 Row {
     id: stars
 
     property int count
-    // Here and not at each star: a star may outlast its row by a moment, and then has nobody to ask
-    // when day turns to night.
+    // Here and not in each star: a star may outlive its row for a moment, and could not ask it when the theme
+    // changes.
     readonly property color bright: Theme.dark ? "#E8A317" : "#B27B00"
     readonly property color pale: Theme.edge
 

@@ -59,7 +59,7 @@ QtObject {
         return qsTr("All products")
     }
 
-    /// The words of several texts in one breath.
+    /// Joins texts, to be read as one.
     function told(parts: var) : string {
         return parts.filter(words => words !== "").join(", ")
     }
