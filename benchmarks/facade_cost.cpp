@@ -59,7 +59,7 @@ class Application {
     }
   }
 
-  /// Seconds an utterance through the whole pipeline.
+  /// Seconds per utterance through the whole pipeline.
   double routeSeconds(int times) {
     const double seconds = secondsOf([&] {
       context_.restart();
@@ -69,7 +69,7 @@ class Application {
     return seconds / static_cast<double>(settled_.size()) / times;
   }
 
-  /// Seconds an utterance in the router alone.
+  /// Seconds per utterance in the router alone.
   double scoringSeconds(int times) {
     const double seconds = secondsOf([&] {
       for (int i = 0; i < times; ++i)

@@ -23,7 +23,7 @@ constexpr int kRounds = 7;
 
 const RuntimeSpec::Thresholds kThresholds;
 
-/// Seconds an utterance, going over all of them `times` times.
+/// Seconds per utterance, going over all of them `times` times.
 double compiledSeconds(const Workload& load, std::span<const std::string> utterances, int times) {
   static RoutingScratch scratch;
   const double seconds = secondsOf([&] {
@@ -58,7 +58,8 @@ double growth() {
       [&] { return compiledSeconds(small, small.utterances, 20); });
 }
 
-/// Each utterance's own time is the median of its rounds, so that what is left is the utterances'.
+/// Takes the median of each utterance's rounds, so that only differences between utterances are
+/// left.
 double tailOverMedian(std::size_t tasks) {
   const Workload& load = workload(tasks);
   std::vector<double> seconds;
@@ -79,7 +80,7 @@ double longUtteranceVsLiteral() {
       [&] { return compiledSeconds(load, utterance, 100); });
 }
 
-/// Taking apart what was built is timed on neither side.
+/// Destroying what was built is timed on neither side.
 double compileOverDecode(std::size_t tasks, int rounds) {
   const Workload& load = workload(tasks);
   return medianRatio(
@@ -99,8 +100,8 @@ double compileOverDecode(std::size_t tasks, int rounds) {
       });
 }
 
-/// From JSON text to a spec that is ready to route, over parsing the same text. Taking apart what
-/// was built is timed on neither side.
+/// From JSON text to a spec that is ready to route, over parsing the same text. Destroying what was
+/// built is timed on neither side.
 double loadOverParse(std::size_t tasks) {
   const Workload& load = workload(tasks);
   return medianRatio(

@@ -23,8 +23,8 @@ namespace {
 constexpr int kRounds = 15;
 constexpr int kRequestsPerRound = 200;
 
-/// Keeps this thread, and all that it starts meanwhile, on one processor: what a request costs is
-/// measured, not how far apart the scheduler happens to put the threads that serve it.
+/// Keeps this thread, and all that it starts, on one processor, so that the cost of a request is
+/// measured and not where the scheduler happens to put the threads that serve it.
 class OneProcessor {
  public:
   OneProcessor() {

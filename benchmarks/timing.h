@@ -8,8 +8,8 @@
 
 namespace zelvora::bench {
 
-/// Seconds that this thread has been running. What it waits for the processor does not count, so
-/// others on the machine disturb it little.
+/// Processor time of this thread, in seconds. Waiting for the processor does not count, so other
+/// work on the machine disturbs it little.
 inline double threadSeconds() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
@@ -31,9 +31,8 @@ inline double quantile(std::vector<double> values, double share) {
   return values[static_cast<std::size_t>(at)];
 }
 
-/// How many times as long one thing takes as another, by the median of rounds that time both one
-/// right after the other: what else the machine does then weighs on both. `slow()` and `fast()`
-/// answer seconds.
+/// How many times as long `slow` takes as `fast`: the median of rounds that time both one right
+/// after the other, so that other work on the machine weighs on both. Both return seconds.
 template <class Slow, class Fast>
 double medianRatio(int rounds, Slow&& slow, Fast&& fast) {
   std::vector<double> ratios;

@@ -1,4 +1,4 @@
-// Whatever is recorded and asked for, the form has just the parts that were put in, byte for byte.
+// For any recording and any fields, the form has just the parts that were put in, byte for byte.
 
 #include <fuzz/input.h>
 

@@ -1,5 +1,5 @@
-// Any bytes are a sound within the limits, or end in one Error; what is read is as loud as it may
-// be.
+// Any bytes are a sound within the limits, or end in one Error; no sample is louder than full
+// scale.
 
 #include <fuzz/input.h>
 #include <cmath>

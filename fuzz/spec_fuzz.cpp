@@ -56,7 +56,7 @@ void decodeMinimal(const JsonDocument& document) {
   }
 }
 
-/// What is written of a document reads back as the same.
+/// A document that is written and read back is the same.
 void storeAndReadBack(const JsonDocument& document) {
   const JSONValue tree(document.root());
   const JSONValue again(parseJson(toJson(tree)).root());

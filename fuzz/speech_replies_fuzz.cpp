@@ -1,5 +1,5 @@
-// Whatever a speech daemon sends and whenever, a conversation ends each text at most once, gives no
-// command out of a text, and is silent once it is closed.
+// For anything that a speech daemon sends, at any time, a conversation ends each text at most once,
+// sends no command out of a text, and is silent once it is closed.
 
 #include <algorithm>
 #include <set>

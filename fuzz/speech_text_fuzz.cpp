@@ -1,5 +1,4 @@
-// Whatever is to be said, it travels as one text: it ends at its one lone dot, and no part of it is
-// a command.
+// Any text is sent as one text: it ends at its one lone dot, and no part of it is a command.
 
 #include <fuzz/input.h>
 

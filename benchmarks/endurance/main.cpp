@@ -1,4 +1,4 @@
-// Does each thing thousands of times and looks whether memory, descriptors and threads stay flat:
+// Does each thing thousands of times and checks that memory, descriptors and threads stay flat:
 //   zelvora_endurance serve URL PID | routes | captures | texts  [COUNT]
 
 #include <dirent.h>
@@ -71,7 +71,7 @@ Footprint footprintOf(const std::string& process) {
 }
 
 /// Runs `once` `count` times and prints the footprint of `process` at each tenth. The first half
-/// may fill caches; after that nothing may grow. Whether nothing did.
+/// may fill caches; after that nothing may grow. Returns whether nothing did.
 bool staysFlat(std::string_view what, std::size_t count, const std::string& process,
                const std::function<void(std::size_t)>& once) {
   constexpr long kNoise = 2048;  // Kilobytes: what an allocator keeps or gives back by chance.

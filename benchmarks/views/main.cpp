@@ -1,6 +1,6 @@
-// What the views cost: to make, beside the toolkit's buttons, one that shows nothing and one with a
-// look; to draw; and while nothing happens. Exits with 1 when a view costs more than six of the
-// former, a step of the halo more than the whole screen, or a surface at rest a frame.
+// What the views cost to make, to draw, and while nothing happens. Making them is compared with two
+// of the toolkit's buttons, an empty one and a styled one. Exits with 1 when a view costs more than
+// six empty buttons, a step of the halo more than the whole screen, or a surface at rest a frame.
 
 #include <QtGui/QGuiApplication>
 #include <QtQml/QQmlComponent>
@@ -19,7 +19,7 @@
 namespace zelvora {
 namespace {
 
-constexpr double kMostButtons = 6;  ///< A view may cost as much to make as so many empty buttons.
+constexpr double kMostButtons = 6;  ///< A view may cost as much to make as this many empty buttons.
 
 double median(std::vector<double> values) {
   std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),

@@ -62,7 +62,7 @@ double captureSeconds(const std::filesystem::path& file, WorkerPool& threads,
   engine.onRecordingChanged = [&](bool isRecording) {
     const auto now = SteadyClock::now();
     if (isRecording) start = now;
-    // The engine tells an end before each beginning, too.
+    // The engine reports an end before each beginning, too.
     else if (start != SteadyClock::time_point{})
       taken.set_value(std::chrono::duration<double>(now - start).count());
   };

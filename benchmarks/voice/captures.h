@@ -7,9 +7,9 @@
 
 namespace zelvora::bench {
 
-/// Seconds from the end of each clip's last loud buffer until the speech engine said that the
-/// capture was over, with the final result handed over. The clips are heard in real time from a
-/// sound file; the engine ends the captures by itself.
+/// Seconds from the end of each clip's last loud buffer until the speech engine reported the end of
+/// the capture, with the final result handed over. The clips are heard in real time from a sound
+/// file; the engine ends the captures on its own.
 [[nodiscard]] std::vector<double> endpointingDelays(const std::vector<Clip>& clips,
                                                     const std::vector<std::string>& vocabulary);
 

@@ -29,8 +29,8 @@ inline constexpr const char* kLocale = "en-US";
 /// The first thirty English commands of the table of utterances that are no phrase of the
 /// vocabulary.
 [[nodiscard]] std::vector<ClipSet> paraphraseClips(const std::vector<std::string>& vocabulary);
-/// Sentences that are no commands of a shop: twenty that the settings were chosen on in every
-/// voice, and forty that they were not, in one voice each.
+/// Sentences that are no commands of a shop: twenty that the settings were chosen with, in every
+/// voice, and forty others, in one voice each.
 [[nodiscard]] std::vector<ClipSet> strangeClips();
 /// Silence, noise of several colours and strengths, tones, hum, clicks and knocks.
 [[nodiscard]] ClipSet wordlessClips();

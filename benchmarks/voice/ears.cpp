@@ -52,7 +52,8 @@ Heard listen(const char* recogniser, Engine& engine, const Clip& clip, const Ope
   return heard;
 }
 
-/// A line a clip: recogniser, kind of sound, clip, whether its text opens the right task, evidence.
+/// One line per clip: recogniser, kind of sound, clip, whether its text opens the right task,
+/// evidence.
 void write(std::ostream& out, const std::string& sound, std::size_t index, bool isRight,
            const Heard& heard) {
   out << heard.recogniser << '\t' << sound << '\t' << index << '\t' << isRight;

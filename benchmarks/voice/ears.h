@@ -16,7 +16,7 @@ namespace zelvora::bench {
 
 struct EarOptions {
   std::optional<std::filesystem::path> model;                   ///< For the second recogniser.
-  std::optional<std::filesystem::path> features;                ///< Where the evidence is added to.
+  std::optional<std::filesystem::path> features;                ///< Where the evidence is appended.
   std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< Clips of each kind.
   unsigned threads = 1;
 };
@@ -29,7 +29,7 @@ struct Heard {
   audio::Evidence evidence{};
 };
 
-/// One domain's recognisers, loaded once a thread. Each clip is decoded once by each of them.
+/// One domain's recognisers, loaded once per thread. Each clip is decoded once by each of them.
 class Ears {
  public:
   /// Throws Error when a model can't be loaded.

@@ -4,7 +4,7 @@
 //   --model DIR                     a model for the second recogniser, where it was built
 //   --limit N                       the first N clips of each kind only, for a quick look
 //   --features FILE                 what the confidence is estimated from, for fit_confidence.py
-//   --threads N                     how many clips are decoded at a time; one a core
+//   --threads N                     how many clips are decoded at a time; one per core
 
 #include <algorithm>
 #include <charconv>

@@ -42,11 +42,11 @@ using Tallies = std::map<std::string, Tally>;
 /// By kind of sound.
 using Measured = std::map<std::string, Tallies>;
 
-/// The detailed figures, a line a recogniser.
+/// The detailed figures, one line per recogniser.
 void printHeading();
 void print(const std::string& sound, const Tallies& tallies);
 
-/// The few figures that count, one column a recogniser of `recognisers`.
+/// The few figures that count, one column for each of `recognisers`.
 void printSummary(const Measured& measured, const std::vector<std::string>& recognisers);
 
 }  // namespace zelvora::bench

@@ -43,7 +43,7 @@ Function* inTheLibrary(const char* name) {
 
 }  // namespace
 
-// In the place of the C library's, for all of this program.
+// These two replace the C library's, for all of this program.
 extern "C" int pthread_mutex_lock(pthread_mutex_t* mutex) {
   static auto* const real = inTheLibrary<int(pthread_mutex_t*)>("pthread_mutex_lock");
   ++calls.locks;
@@ -100,7 +100,7 @@ class CountingMicrophone final : public AudioEngineFactory {
     void installTap(std::size_t /*bufferFrames*/, Tap tap) override {
       microphone_.tap_ = std::move(tap);
     }
-    // The tap is only taken away when nobody plays any more.
+    // The tap is removed only when nobody plays any more.
     void removeTap() override {}
     void onFailure(FailureHandler /*handler*/) override {}
     void prepare() override {}
@@ -150,7 +150,7 @@ class Capture {
   ZelvoraSpeechEngine engine_;
 };
 
-/// Ten seconds of sound in real time's tenth, with the device's recogniser and a real recording.
+/// Ten seconds of sound in a tenth of that time, with the device's recogniser and a real recording.
 AudioThreadCost costOfABuffer(bool isMetered) {
   const auto microphone = std::make_shared<CountingMicrophone>();
   std::shared_ptr<AudioEngineFactory> engines = microphone;
@@ -169,7 +169,7 @@ AudioThreadCost costOfABuffer(bool isMetered) {
   return microphone->cost;
 }
 
-/// A zero below means something only when each kind is seen.
+/// A zero below means something only if the counters see each kind.
 bool countersSee() {
   const std::size_t allocations = heapUse().allocations;
   const Calls before = calls;
@@ -242,7 +242,8 @@ class Heartbeat {
   Milliseconds longest_{0};
 };
 
-/// An application that listens twice while `disturb` makes things slow.
+/// The longest silence of the main thread in two rounds, with `disturb` called in the first one.
+/// The application listens in both if `isListening`.
 double silenceOfMain(const std::function<void(Platform&)>& arrange,
                      const std::function<void()>& disturb, bool isListening) {
   testing::TestPlatform test;
