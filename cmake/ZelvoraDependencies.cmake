@@ -1,5 +1,5 @@
-# The libraries that each component stands on; README.md says why each was chosen. Read by this project
-# and, once installed, by every project that finds it, so all targets made here carry our prefix.
+# The libraries that each component needs; README.md says why each was chosen. This project reads the file
+# and, once it is installed, so does every project that finds it, so all targets made here carry our prefix.
 
 # zelvora_find(MODULE NAME): NAME as pkg-config knows it, as PkgConfig::zelvora_MODULE. What is missing
 # is named in zelvora_missing.
@@ -43,7 +43,7 @@ macro(zelvora_find_speech)
   zelvora_find(pulse libpulse)
   zelvora_find(sndfile sndfile)
   zelvora_find(speexdsp speexdsp)
-  # Pronunciations come from flite, which says nothing to pkg-config: flite_cmulex and flite.
+  # Pronunciations come from flite, which has no pkg-config file: flite_cmulex and flite.
   zelvora_find(pocketsphinx pocketsphinx)
   if(TARGET PkgConfig::zelvora_pocketsphinx)
     # Debian's description of it names a folder that does not exist, which CMake refuses.

@@ -1,5 +1,5 @@
 # What makes a mistake in released code hard to exploit. ZELVORA_HARDEN asks for it; the release and app
-# presets do. The sanitizers have checks of their own and do without.
+# presets do. Builds with sanitizers have checks of their own and leave it out.
 
 include(CheckCXXCompilerFlag)
 include(CheckPIESupported)
@@ -15,7 +15,7 @@ else()
   set(fortify_level 2)
 endif()
 target_compile_options(zelvora_hardening INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${fortify_level})
-# Not every processor has them: jumps land only where they may, and no stack jumps over its guard.
+# Jumps land only where they may, and no stack jumps over its guard. Not every processor has these checks.
 check_cxx_compiler_flag(-fcf-protection=full ZELVORA_HAS_CF_PROTECTION)
 if(ZELVORA_HAS_CF_PROTECTION)
   target_compile_options(zelvora_hardening INTERFACE -fcf-protection=full)
@@ -24,10 +24,10 @@ check_cxx_compiler_flag(-fstack-clash-protection ZELVORA_HAS_STACK_CLASH_PROTECT
 if(ZELVORA_HAS_STACK_CLASH_PROTECTION)
   target_compile_options(zelvora_hardening INTERFACE -fstack-clash-protection)
 endif()
-# All addresses are resolved at the start and then written by nobody.
+# All addresses are resolved at the start and are read-only after that.
 target_link_options(zelvora_hardening INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
 
-# The build fails where TARGET's program lacks any of it.
+# The build fails when TARGET's program lacks any of it.
 function(zelvora_require_hardened target)
   if(ZELVORA_HARDEN)
     add_custom_command(TARGET ${target} POST_BUILD

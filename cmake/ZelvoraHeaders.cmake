@@ -1,6 +1,6 @@
-# What an application or the writer of a port includes, besides the adapters and the views: laid down by
-# `cmake --install`, kept stable (docs/versions.md), and each compiles alone. All other headers are this
-# tree's own.
+# What an application or the writer of a port includes, besides the adapters and the views. `cmake --install`
+# installs these headers, they stay stable (docs/versions.md), and each compiles alone. All other headers are
+# private to this tree.
 set(zelvora_public_headers
   platform.h zelvora.h
   async/awaitable_fwd.h async/callbacks.h async/executors.h

@@ -1,4 +1,4 @@
-# What `cmake --install` lays down, by component: runtime (libraries), devel (headers, CMake package,
+# What `cmake --install` installs, by component: runtime (libraries), devel (headers, CMake package,
 # pkg-config files), qml (the views), tool (the command-line tool), doc, shop (the example application).
 # Another project says find_package(ZelvoraSDK) and links Zelvora::NAME.
 
@@ -41,8 +41,8 @@ install(FILES cmake/ZelvoraDependencies.cmake cmake/ZelvoraLint.cmake
   ${PROJECT_BINARY_DIR}/ZelvoraSDKConfig.cmake
   ${PROJECT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake DESTINATION ${package_dir} COMPONENT devel)
 
-# For builds that ask pkg-config: `pkg-config --cflags --libs zelvora-host`. Those who link our archives
-# link what these stand on; a shared library has done so itself.
+# For builds that ask pkg-config: `pkg-config --cflags --libs zelvora-host`. Users of our archives also link
+# the libraries behind them; a shared library has done so itself.
 file(RELATIVE_PATH up_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 if(BUILD_SHARED_LIBS)
   set(if_shared .private)

@@ -33,7 +33,7 @@ set(CPACK_COMPONENT_DEVEL_DEPENDS runtime)
 set(CPACK_COMPONENT_QML_DEPENDS runtime)
 set(CPACK_COMPONENT_SHOP_DEPENDS qml doc)
 
-# zelvora_package(COMPONENT NAME SECTION SUMMARY): what else a package of Debian's must have.
+# zelvora_package(COMPONENT NAME SECTION SUMMARY): what else a Debian package must have.
 function(zelvora_package component name section summary)
   string(TOUPPER ${component} upper)
   set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name} PARENT_SCOPE)
@@ -68,7 +68,7 @@ set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS "libboost1.81-dev")
 set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS
   "qml6-module-qtquick, qml6-module-qtquick-layouts, qml6-module-qtquick-templates")
 
-# The libraries' cache of the system is brought up to date behind them.
+# Has the system's library cache updated when the libraries are installed.
 file(WRITE ${PROJECT_BINARY_DIR}/packaging/triggers "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packaging/triggers)
 

@@ -5,8 +5,7 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-# A shared library shows what ZELVORA_EXPORT marks and nothing else, least of all a piece of Boost:
-# zelvora_show_own_names below.
+# A shared library shows only what ZELVORA_EXPORT marks, and nothing of Boost: zelvora_show_own_names below.
 if(BUILD_SHARED_LIBS)
   set(CMAKE_CXX_VISIBILITY_PRESET hidden)
   set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
@@ -17,9 +16,9 @@ endif()
 add_library(zelvora_flags INTERFACE)
 target_compile_options(zelvora_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                                                -Wno-missing-field-initializers
-  # Asio allocates coroutine frames by hand; where calls are kept apart g++ takes their release for a mismatch.
+  # Asio allocates coroutine frames by hand; when g++ does not inline, it takes their release for a mismatch.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-mismatched-new-delete>)
-# What g++ 12 makes of "…" + text and of compared bytes, at -O3 and with the sanitizers' code in between.
+# False alarms of g++ 12 about "…" + text and compared bytes, at -O3 and between the sanitizers' code.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(zelvora_flags INTERFACE
     $<$<CONFIG:Release>:-Wno-restrict;-Wno-stringop-overread>)
@@ -42,7 +41,7 @@ if(ZELVORA_SANITIZE)
   if(ZELVORA_SANITIZE MATCHES thread)
     # The thread sanitizer does not model the fences that Asio sets around handlers.
     add_compile_definitions(BOOST_ASIO_DISABLE_FENCED_BLOCK)
-    # One is left, where an executor is released; g++ warns of it.
+    # One fence is left, where an executor is released, and g++ warns of it.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-tsan>)
   endif()
 endif()
@@ -56,10 +55,10 @@ if(ZELVORA_INSTALL)
   install(TARGETS zelvora_boost EXPORT ZelvoraSDK)
 endif()
 
-# zelvora_precompiled(NAME TYPE HEADERS … USES …): headers that most files read, for the targets that
-# say zelvora_precompile(TARGET NAME). They shorten builds from nothing; what they do to caches of
-# compilers, to warnings and to forgotten includes is why they are not the rule. TYPE is STATIC or
-# EXECUTABLE, whose code is made differently.
+# zelvora_precompiled(NAME TYPE HEADERS … USES …): headers that most files read, for the targets that say
+# zelvora_precompile(TARGET NAME). They shorten builds from scratch. They are not the rule because of their
+# effects on compiler caches, on warnings and on forgotten includes. TYPE is STATIC or EXECUTABLE, because
+# code for the two is compiled differently.
 function(zelvora_precompiled name type)
   cmake_parse_arguments(arg "" "" "HEADERS;USES" ${ARGN})
   if(NOT ZELVORA_PRECOMPILE_HEADERS)
@@ -79,17 +78,17 @@ endfunction()
 function(zelvora_precompile target name)
   if(ZELVORA_PRECOMPILE_HEADERS)
     target_precompile_headers(${target} REUSE_FROM ${name})
-    # Where a library's own definitions forbid it, the headers are read as ever.
+    # Where a library's own definitions rule it out, headers are read as usual.
     set_target_properties(${target} PROPERTIES PCH_WARN_INVALID OFF)
   endif()
 endfunction()
 
-# One file for the compiler instead of one a source, where builds from nothing are to be short. No two
-# sources of a room may use one name in their unnamed namespaces then, which a reader is glad of, too.
+# Compiles a target's sources as one file, to shorten builds from scratch. Then no two sources of a room may
+# use one name in their unnamed namespaces, which readers like, too.
 function(zelvora_unite target)
   if(ZELVORA_PRECOMPILE_HEADERS)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
-    # It treats a source file that is included as a header.
+    # g++ treats an included source file as a header.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   endif()
 endfunction()
@@ -118,8 +117,8 @@ function(zelvora_library name)
   endif()
 endfunction()
 
-# zelvora_show_own_names(TARGET): what a shared library shows besides what ZELVORA_EXPORT marks. Boost's
-# headers make their templates visible everywhere; exports.map takes them back.
+# zelvora_show_own_names(TARGET): keeps a shared library to what ZELVORA_EXPORT marks. Boost's headers make
+# their templates visible everywhere; exports.map hides them again.
 function(zelvora_show_own_names target)
   if(BUILD_SHARED_LIBS)
     set(map ${PROJECT_SOURCE_DIR}/cmake/exports.map)
@@ -128,9 +127,9 @@ function(zelvora_show_own_names target)
   endif()
 endfunction()
 
-# zelvora_product(NAME FILE ROOMS … USES …): what an application links, lib<FILE>, made of the rooms
-# given; Zelvora::NAME here and once installed. Shared or static by BUILD_SHARED_LIBS. The tests link
-# the rooms themselves, whose inner parts a shared library hides.
+# zelvora_product(NAME FILE ROOMS … USES …): what an application links, lib<FILE>, made of the rooms given;
+# Zelvora::NAME here and once installed. Shared or static by BUILD_SHARED_LIBS. The tests link the rooms
+# themselves, because a shared library hides their inner parts.
 function(zelvora_product name file)
   cmake_parse_arguments(arg "" "" "ROOMS;USES" ${ARGN})
   set(target zelvora_${name}_product)
@@ -152,7 +151,7 @@ function(zelvora_product name file)
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME ${file}
     EXPORT_NAME ${name} VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
   if(BUILD_SHARED_LIBS AND NOT ZELVORA_SANITIZE)
-    # A symbol that is missing is found here and not by the application's author.
+    # A missing symbol shows up here and not in an application's build.
     target_link_options(${target} PRIVATE LINKER:--no-undefined LINKER:--exclude-libs,ALL)
   endif()
   zelvora_show_own_names(${target})
@@ -162,8 +161,8 @@ function(zelvora_product name file)
   zelvora_install_library(${target})
 endfunction()
 
-# zelvora_install_library(TARGET): the library itself for those who run programs, its link and archive
-# for those who build them.
+# zelvora_install_library(TARGET): the library itself for users of programs, its link and archive for those
+# who build programs.
 function(zelvora_install_library target)
   if(ZELVORA_INSTALL)
     install(TARGETS ${target} EXPORT ZelvoraSDK
