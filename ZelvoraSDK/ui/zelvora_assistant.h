@@ -65,7 +65,7 @@ class ZELVORA_EXPORT ZelvoraAssistant : public QObject, public QQmlParserStatus 
   [[nodiscard]] const QString& spec() const { return spec_; }
   void setSpec(const QString& spec);
 
-  /// Of what is said and typed; empty for that of the bundle's property list.
+  /// The locale of speech and typing; empty: that of the bundle's property list.
   [[nodiscard]] const QString& locale() const { return locale_; }
   void setLocale(const QString& locale);
 

@@ -23,7 +23,7 @@ struct ThemeColors {
   bool operator==(const ThemeColors&) const = default;
 };
 
-/// Of light on dark or dark on light, from 1 to 21.
+/// The contrast of light on dark or dark on light, from 1 to 21.
 [[nodiscard]] double contrast(const QColor& one, const QColor& other);
 /// `color`, moved towards black or white until it stands out from `ground` by `least`.
 [[nodiscard]] QColor readableOn(QColor color, const QColor& ground, double least);
@@ -36,7 +36,7 @@ class ZELVORA_EXPORT ZelvoraTheme : public QObject {
   QML_NAMED_ELEMENT(Theme)
   QML_UNCREATABLE("ZelvoraTheme is attached to an item")
   QML_ATTACHED(zelvora::ZelvoraTheme)
-  /// Of what lies behind the views.
+  /// The colour behind the views.
   Q_PROPERTY(
       QColor background READ background WRITE setBackground RESET resetBackground NOTIFY changed)
   /// Of cards, rows and sheets.

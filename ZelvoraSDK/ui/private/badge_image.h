@@ -22,7 +22,7 @@ class BadgeImage : public QQuickPaintedItem {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
-  /// The bundle's folder; the one that is found for the application when nothing is set.
+  /// The bundle's folder; unset: the one that is found for the application.
   Q_PROPERTY(QString bundle READ bundle WRITE setBundle NOTIFY bundleChanged)
 
  public:

@@ -20,7 +20,7 @@ namespace zelvora {
 class Plate : public QQuickItem {
   Q_OBJECT
   QML_ELEMENT
-  /// What the plate follows where no colour of its own is set; null for none.
+  /// The theme that the plate follows where it has no colour of its own; null for none.
   Q_PROPERTY(zelvora::ZelvoraTheme* theme READ theme WRITE setTheme NOTIFY changed)
   /// A translucent surface in the theme's light or dark, in place of `fill`.
   Q_PROPERTY(Material material MEMBER material_ NOTIFY changed)

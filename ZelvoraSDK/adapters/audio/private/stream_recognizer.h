@@ -36,10 +36,10 @@ class StreamDecoder {
   virtual SpeechResult end() = 0;
 };
 
-/// Loads a decoder; takes its time. Throws Error when a model can't be read.
+/// Loads a decoder, which takes some time. Throws Error when a model can't be read.
 using LoadDecoder = std::function<std::unique_ptr<StreamDecoder>()>;
 
-/// A decoder and the one thread that it lives on. Callable from any thread, except `decoder`.
+/// A decoder and its one thread. Callable from any thread, except `decoder`.
 class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
  public:
   explicit DecoderThread(LoadDecoder load) : load_(std::move(load)) {}

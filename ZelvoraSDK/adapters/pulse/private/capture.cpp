@@ -20,7 +20,7 @@ struct Answer {
   std::optional<Microphone> microphone;
 };
 
-/// The native format within the limits; the server converts to what is asked of it.
+/// The native format within the limits; the server converts to the format that we ask for.
 Microphone microphoneOf(const pa_source_info& info) {
   const auto rate = std::clamp(info.sample_spec.rate, kMinSampleRate, kMaxSampleRate);
   Microphone microphone{

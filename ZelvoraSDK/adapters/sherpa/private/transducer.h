@@ -41,7 +41,7 @@ namespace zelvora::sherpa {
 /// of its tokens' probabilities. Pure.
 [[nodiscard]] std::vector<SpeechSegment> wordsOf(std::string_view json);
 
-/// The phrases as the model's tokens spell them: upper case, one a line. Pure.
+/// The phrases as the model's tokens spell them: upper case, one per line. Pure.
 [[nodiscard]] std::string hotwordsOf(const std::vector<std::string>& phrases);
 
 /// A streaming transducer, loaded. Confined to one thread.

@@ -68,7 +68,7 @@ inline constexpr std::string_view kNoText = ".\r\n";
 /// Counts the texts of a synthesiser.
 using TextNumber = std::uint64_t;
 
-/// A text that is to be said.
+/// A text to say.
 struct Text {
   TextNumber number = 0;
   std::string text;
@@ -105,10 +105,10 @@ class Conversation {
 
   [[nodiscard]] State state() const { return state_; }
 
-  /// REQUIRES: once and first.
+  /// REQUIRES: called once. Texts given before that wait.
   Actions begin();
   Actions say(Text text);
-  /// Silences what is being said and drops what waits. The ends of the texts so far are not
+  /// Silences the current text and drops the waiting ones. The ends of the texts so far are not
   /// reported.
   Actions cancel();
   /// Drops a text whose end no longer matters; it is not reported.

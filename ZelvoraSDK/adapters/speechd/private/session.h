@@ -35,7 +35,7 @@ class Dialling : public std::enable_shared_from_this<Dialling> {
   Dialling(const Dialling&) = delete;
   Dialling& operator=(const Dialling&) = delete;
 
-  /// REQUIRES: once.
+  /// REQUIRES: called once.
   void begin();
   /// Gives up: `onConnected` is not called after that.
   void cancel();
@@ -111,7 +111,7 @@ class Session : public std::enable_shared_from_this<Session> {
   void listen(OnEnd onEnd, OnBroken onBroken);
 
   void say(Text text) { perform(conversation_.say(std::move(text))); }
-  /// Silences what is being said and drops what waits.
+  /// Silences the current text and drops the waiting ones.
   void cancel() { perform(conversation_.cancel()); }
   void forget(TextNumber number) { conversation_.forget(number); }
   /// Silences and hangs up once everything is sent, at most `kMaxSpeechFarewell` later. Calls
