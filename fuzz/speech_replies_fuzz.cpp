@@ -33,7 +33,7 @@ class Run {
         {.number = ++last_, .text = "a\n.\r\nINJECTED", .language = std::string(language)}));
   }
 
-  /// Each byte is an event; those of the daemon's own language are what it sends.
+  /// Each of "!@#$%^" is an event; the bytes between them come from the daemon.
   void take(std::string_view events) {
     while (!events.empty() && !isClosed_) {
       const char event = events.front();

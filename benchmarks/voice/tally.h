@@ -18,7 +18,7 @@ struct Answer {
   double finalMilliseconds = 0;  ///< From the last sound to the result.
 };
 
-/// What came of the clips of one kind.
+/// The results for the clips of one kind.
 struct Tally {
   std::size_t clips = 0;
   std::size_t words = 0;

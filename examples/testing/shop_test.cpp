@@ -1,4 +1,4 @@
-// How an application tests what it makes of commands: nothing leaves the process, and nobody has to
+// How an application tests its handling of commands: nothing leaves the process, and nobody has to
 // speak.
 
 #include <gtest/gtest.h>

@@ -41,7 +41,7 @@ using Take = std::function<void(const std::string& value)>;
 struct Option {
   std::string name;       ///< With its dashes.
   std::string value;      ///< The placeholder of its value, as in FILE; empty for a flag.
-  std::string meaning;    ///< A phrase without a full stop; `code` stands in back quotes.
+  std::string meaning;    ///< A phrase without a full stop; `code` in back quotes.
   std::string otherwise;  ///< What holds without the option; empty: off, or nothing.
   Take take;
   Completes completes = Completes::nothing;

@@ -18,7 +18,7 @@ class Language final : public QObject {
   Q_PROPERTY(bool rightToLeft READ rightToLeft NOTIFY changed)
 
  public:
-  /// `retranslate` shows what is on the screen in the new words.
+  /// `retranslate` shows the texts on the screen in the new language.
   explicit Language(std::function<void()> retranslate);
   ~Language() override;
 

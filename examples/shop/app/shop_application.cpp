@@ -78,7 +78,7 @@ ShopApplication::~ShopApplication() {
   window_.reset();
 }
 
-/// Qt's software renderer lets go of a picture only when it paints once more without it.
+/// Qt's software renderer releases a picture only when it paints once more without it.
 void ShopApplication::clearScreens() {
   window_->setSource({});
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

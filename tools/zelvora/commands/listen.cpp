@@ -34,7 +34,7 @@ struct ListenOptions {
   std::optional<std::string> recogniser;
 };
 
-/// What came of one spoken command.
+/// The result of one spoken command.
 struct Heard {
   VoiceCommand::Outcome command;
   ZelvoraResult result;
@@ -209,7 +209,7 @@ ListeningObserver observerFor(const ListenOptions& options, const std::string& l
   return observer;
 }
 
-/// What was routed, or what was understood too badly to be.
+/// The text that was routed, or that was too unclear for that.
 std::string friendlyTranscript(const Heard& heard, const Style& style) {
   const VoiceCommand::Outcome& command = heard.command;
   if (!command.transcript.empty()) return style.strong(command.transcript);

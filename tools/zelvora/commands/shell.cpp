@@ -197,7 +197,6 @@ std::optional<std::string> problemIn(const fs::path& file) {
 class Shell {
  public:
   Shell(const CommonOptions& options, Output& out) : options_(options), out_(out) {
-    // Relative to where the shell was started, whatever becomes of the folder.
     open(options_);
   }
 

@@ -117,7 +117,7 @@ class Statement {
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
-  /// Begins anew with `texts` for the parameters.
+  /// Starts over with `texts` for the parameters.
   Statement& with(const std::vector<std::string>& texts) {
     sqlite3_reset(statement_);
     for (std::size_t at = 0; at < texts.size(); ++at)

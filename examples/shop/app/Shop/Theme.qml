@@ -28,7 +28,7 @@ QtObject {
     readonly property int gap: 12
     readonly property int radius: 18
     readonly property int touch: 44
-    readonly property int widest: 640  ///< Of what is read on a large screen.
+    readonly property int widest: 640  ///< The widest column of text on a large screen.
 
     readonly property real titleSize: 28 * textScale
     readonly property real headingSize: 19 * textScale
