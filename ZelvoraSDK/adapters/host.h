@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <ZelvoraSDK/async/executors.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform.h>
 #include <ZelvoraSDK/platform/speech.h>
 #include <ZelvoraSDK/platform/system.h>
@@ -19,7 +20,7 @@
 namespace zelvora {
 
 /// On a desktop, starting the program grants everything.
-class GrantedPermissions final : public Permissions {
+class ZELVORA_EXPORT GrantedPermissions final : public Permissions {
  public:
   Awaitable<SpeechStatus> requestSpeechRecognition() override;
   Awaitable<bool> requestMicrophone() override;
@@ -50,8 +51,8 @@ struct HostSpeechOptions {
 /// This system's microphone, recordings, recogniser and voice. Throws Error when the sound file
 /// can't be read, when speech was not built, or when a model is given that nothing can load.
 /// `log` gets the recogniser's lines; null for none.
-SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors,
-                          std::shared_ptr<LogSink> log = nullptr);
+ZELVORA_EXPORT SpeechPlatform hostSpeech(const HostSpeechOptions& options, Executors& executors,
+                                         std::shared_ptr<LogSink> log = nullptr);
 
 /// What an application may choose about its host.
 struct HostOptions {
@@ -71,7 +72,7 @@ struct HostOptions {
 /// This system as a platform: threads, network, storage and, where asked for, sound. May be
 /// destroyed before or after the façades that use it, and before or after their main executor: a
 /// façade that outlives it answers each further command with an unsupported outcome.
-class HostPlatform {
+class ZELVORA_EXPORT HostPlatform {
  public:
   /// `mainExecutor` is the main actor. Starts no thread before one is needed. Throws Error when the
   /// bundle or the sound file can't be read, or when speech is asked for and was not built.

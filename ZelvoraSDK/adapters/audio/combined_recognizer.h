@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora {
@@ -14,7 +15,7 @@ namespace zelvora {
 /// where both lead to the same place and falls where they lead to different places. Where only one
 /// leads anywhere, it wins if its own confidence is high enough. Where one fails, or does not know
 /// the locale, the other one is used alone.
-class CombinedRecognizerFactory final : public SpeechRecognizerFactory {
+class ZELVORA_EXPORT CombinedRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// Where a request does not say what transcripts open, each counts as leading to its own words.
   /// No factory may be null.
@@ -44,7 +45,7 @@ struct Opinion {
 /// factory has no recogniser available, one that hears no words. It gives one empty partial result
 /// at the first voice, so that the speaker's silence ends the capture and the cloud can transcribe
 /// the recording. Callable from any thread.
-class WordlessFallbackFactory final : public SpeechRecognizerFactory {
+class ZELVORA_EXPORT WordlessFallbackFactory final : public SpeechRecognizerFactory {
  public:
   explicit WordlessFallbackFactory(std::shared_ptr<SpeechRecognizerFactory> recognizers)
       : recognizers_(std::move(recognizers)) {}

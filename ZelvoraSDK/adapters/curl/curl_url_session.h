@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/network.h>
 
 namespace zelvora {
@@ -26,7 +27,7 @@ struct CurlOptions {
 /// Connections are kept for later requests; HTTP/2, proxy variables and the system's trust store
 /// are used as found. Callable from any thread. The executors that its callers run on must outlive
 /// it.
-class CurlUrlSession final : public UrlSession {
+class ZELVORA_EXPORT CurlUrlSession final : public UrlSession {
  public:
   explicit CurlUrlSession(CurlOptions options = {});
   /// Requests in flight fail. Waits for the worker thread, with a bound.

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
@@ -19,11 +20,11 @@ struct PropertyListEntries {
 /// Reads a property list, XML or binary, whose top is a dictionary. Any bytes may be given: what is
 /// malformed or passes a limit of base/limits.h throws Error in the domain "PropertyList". Text
 /// that is not UTF-8 is repaired. Pure.
-PropertyListEntries readPropertyList(std::string_view bytes);
+ZELVORA_EXPORT PropertyListEntries readPropertyList(std::string_view bytes);
 
 /// An application bundle that is a folder: `Info.plist` holds the settings, and each other file
 /// directly in it is a resource. Immutable, callable from any thread.
-class PlistBundle final : public AppBundle {
+class ZELVORA_EXPORT PlistBundle final : public AppBundle {
  public:
   /// Reads the settings; a folder without `Info.plist` has none. Throws Error, with the path, when
   /// there is no such folder or its list can't be read.

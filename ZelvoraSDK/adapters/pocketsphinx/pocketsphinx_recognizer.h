@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/speech.h>
 #include <ZelvoraSDK/platform/system.h>
 
@@ -24,7 +25,7 @@ class Decoders;
 /// starting a second one throws Error. The handler of a task must neither finish nor destroy the
 /// task. If the model can't be read, the handler gets the Error. Errors have the domain
 /// "ZelvoraSpeechRecognizer".
-class PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
+class ZELVORA_EXPORT PocketsphinxRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// `vocabulary` holds phrases to expect besides those of each request, brand names included;
   /// phrases with digits or in a script other than Latin are skipped. Without any phrase the stock

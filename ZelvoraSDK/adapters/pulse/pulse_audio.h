@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/audio.h>
 
 namespace zelvora {
@@ -13,7 +14,7 @@ namespace zelvora {
 /// Failures are Errors of domain "ZelvoraAudio" with libpulse's codes. Callbacks run on the
 /// engine's sound thread and must not call the engine; sound that has not filled a buffer when a
 /// capture ends is dropped. No call waits for the server longer than five seconds.
-class PulseEngineFactory final : public AudioEngineFactory {
+class ZELVORA_EXPORT PulseEngineFactory final : public AudioEngineFactory {
  public:
   std::unique_ptr<AudioEngine> makeEngine() override;
 };
@@ -23,7 +24,7 @@ class PulseEngineFactory final : public AudioEngineFactory {
 /// a call runs beside the capture. The other settings of a session have no effect.
 ///
 /// It never waits for the server and never throws: if nothing can be ducked, nothing is.
-class PulseSession final : public AudioSession {
+class ZELVORA_EXPORT PulseSession final : public AudioSession {
  public:
   PulseSession();
   ~PulseSession() override;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include <ZelvoraSDK/async/awaitable_fwd.h>
+#include <ZelvoraSDK/base/library.h>
 
 namespace zelvora {
 
@@ -13,7 +14,7 @@ namespace zelvora {
 ///
 /// May be destroyed before the façades and platforms that post to it, even inside a piece of its
 /// own work: executors stay valid, and work posted to them after that is destroyed without running.
-class QtMainExecutor {
+class ZELVORA_EXPORT QtMainExecutor {
  public:
   /// Called on the main thread with what a piece of work threw; must not throw.
   using FailureHandler = std::function<void(std::exception_ptr failure)>;

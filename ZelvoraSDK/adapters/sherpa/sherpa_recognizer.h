@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/speech.h>
 
 namespace zelvora {
@@ -33,7 +34,7 @@ struct SherpaModel {
 /// Loading starts in the background with the first recogniser; each decoder serves one task at a
 /// time. If the model is bad, each task's handler gets the reason. Errors have the domain
 /// "ZelvoraSpeechRecognizer".
-class SherpaRecognizerFactory final : public SpeechRecognizerFactory {
+class ZELVORA_EXPORT SherpaRecognizerFactory final : public SpeechRecognizerFactory {
  public:
   /// `vocabulary` holds phrases to expect besides those of each request.
   explicit SherpaRecognizerFactory(SherpaModel model, std::vector<std::string> vocabulary = {});

@@ -7,13 +7,14 @@
 #include <utility>
 
 #include <ZelvoraSDK/async/awaitable_fwd.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/audio.h>
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
 
 /// Spreads what a file holds over time. Callable from any thread.
-class Pace {
+class ZELVORA_EXPORT Pace {
  public:
   virtual ~Pace() = default;
 
@@ -24,7 +25,7 @@ class Pace {
 };
 
 /// Real time, on the threads of an executor. Late ticks are made up for, so that none is lost.
-class RealTimePace final : public Pace {
+class ZELVORA_EXPORT RealTimePace final : public Pace {
  public:
   explicit RealTimePace(asio::any_io_executor threads) : threads_(std::move(threads)) {}
   std::shared_ptr<void> start(Seconds period, std::function<void()> tick) override;
@@ -39,7 +40,7 @@ class RealTimePace final : public Pace {
 /// After its end comes silence until the capture is stopped, as after a speaker's last word: the
 /// listener decides when the command has ended. The last buffer of the file is filled up with
 /// silence. A damaged file ends the capture with an Error.
-class FileMicrophone final : public AudioEngineFactory {
+class ZELVORA_EXPORT FileMicrophone final : public AudioEngineFactory {
  public:
   /// Throws Error, of domain "ZelvoraAudioFile", when the file can't be read.
   FileMicrophone(std::filesystem::path file, std::shared_ptr<Pace> pace);

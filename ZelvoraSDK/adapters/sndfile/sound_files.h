@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/audio.h>
 
 struct sf_private_tag;
@@ -15,7 +16,7 @@ namespace zelvora {
 /// A sound of any format that libsndfile reads, from its start to its end. Confined to its owner's
 /// thread. Throws Error, of domain "ZelvoraAudioFile", for data that is no sound, is damaged or
 /// passes a limit of sound files (base/limits.h).
-class SoundReader {
+class ZELVORA_EXPORT SoundReader {
  public:
   explicit SoundReader(const std::filesystem::path& path);
   /// The bytes of a file; they are copied.
@@ -42,7 +43,7 @@ class SoundReader {
 ///
 /// A file is locked while its writer exists, and gets its name only once it is locked: so a file
 /// that can be locked has lost its process. Failures are Errors of domain "ZelvoraAudioFile".
-class SndfileRecordings final : public AudioFileFactory {
+class ZELVORA_EXPORT SndfileRecordings final : public AudioFileFactory {
  public:
   std::unique_ptr<AudioFileWriter> create(const std::filesystem::path& path,
                                           const AudioFormat& format) override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/speech.h>
 #include <ZelvoraSDK/platform/system.h>
 
@@ -18,7 +19,7 @@ struct SpeechPatience {
 ///
 /// No call waits for speech-dispatcher, which may hang. The destructor hangs up properly, which
 /// takes at most `kMaxSpeechClose` when the daemon hangs.
-class SpeechdSynthesizerFactory final : public SpeechSynthesizerFactory {
+class ZELVORA_EXPORT SpeechdSynthesizerFactory final : public SpeechSynthesizerFactory {
  public:
   explicit SpeechdSynthesizerFactory(const SpeechPatience& patience = {}) : patience_(patience) {}
   std::unique_ptr<SpeechSynthesizer> makeSynthesizer() override;

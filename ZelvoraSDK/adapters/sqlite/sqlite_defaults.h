@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include <ZelvoraSDK/base/error.h>
+#include <ZelvoraSDK/base/library.h>
 #include <ZelvoraSDK/platform/system.h>
 
 namespace zelvora {
@@ -29,7 +30,7 @@ struct FileIdentity;
 ///
 /// A damaged file is renamed to FILE.damaged, replacing an earlier one, and counting starts over;
 /// one library line says so.
-class SqliteDefaults final : public UserDefaults {
+class ZELVORA_EXPORT SqliteDefaults final : public UserDefaults {
  public:
   struct Options {
     std::filesystem::path file;
