@@ -10,9 +10,9 @@
 namespace zelvora {
 namespace {
 
-constexpr std::size_t kLongestHint = 40;  // in characters, like kMostHintCharacters
-constexpr std::size_t kMostHints = 60;
-constexpr std::size_t kMostHintCharacters = 1200;
+constexpr std::size_t kMaxHintLength = 40;  // in characters, like kMaxHintCharacters
+constexpr std::size_t kMaxHints = 60;
+constexpr std::size_t kMaxHintCharacters = 1200;
 
 using Phrases = std::vector<std::string>;
 
@@ -30,8 +30,8 @@ class HintList {
 
  private:
   void add(std::string_view phrase) {
-    if (hints_.size() >= kMostHints || characters_ >= kMostHintCharacters) return;
-    std::string hint(trimmed(firstCharacters(phrase, kLongestHint)));
+    if (hints_.size() >= kMaxHints || characters_ >= kMaxHintCharacters) return;
+    std::string hint(trimmed(firstCharacters(phrase, kMaxHintLength)));
     if (hint.empty() || !seen_.insert(hint).second) return;
     characters_ += characterCount(hint);
     hints_.push_back(std::move(hint));

@@ -8,7 +8,7 @@ namespace zelvora {
 namespace {
 
 constexpr double kDefaultMinimumConfidence = 0.65;
-constexpr std::size_t kShortestCloudTranscript = 3;
+constexpr std::size_t kMinCloudCharacters = 3;
 
 // Recognisers of right-to-left languages wrap words in these.
 constexpr char32_t kDirectionalMarks[] = {U'\u200F', U'\u200E', U'\u202A', U'\u202B', U'\u202C'};
@@ -45,7 +45,7 @@ std::variant<UseTranscript, AskCloud, ZelvoraUnsupported> judgeLocal(const Heard
 }
 
 std::variant<UseTranscript, ZelvoraUnsupported> judgeCloud(std::string transcript) {
-  if (characterCount(transcript) < kShortestCloudTranscript)
+  if (characterCount(transcript) < kMinCloudCharacters)
     return ZelvoraUnsupported{"Could not detect speech in the cloud either"};
   return UseTranscript{std::move(transcript)};
 }

@@ -19,7 +19,7 @@
 namespace zelvora {
 namespace {
 
-constexpr double kMostButtons = 6;  ///< A view may cost as much to make as this many empty buttons.
+constexpr double kMaxButtons = 6;  ///< A view may cost as much to make as this many empty buttons.
 
 double median(std::vector<double> values) {
   std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
@@ -69,7 +69,7 @@ bool measureMaking() {
   for (std::size_t view = 0; view < times.size(); ++view) {
     std::printf("make %-42s %8.1f us  %5.1f x\n", views[view], times[view], times[view] / times[0]);
   }
-  return std::max(times[2], times[3]) <= kMostButtons * times[0];
+  return std::max(times[2], times[3]) <= kMaxButtons * times[0];
 }
 
 bool measureDrawing() {

@@ -69,7 +69,7 @@ double factorOf(Zelvora& zelvora, std::string_view piece, std::size_t size) {
   return static_cast<double>(peak - before) / static_cast<double>(repaired);
 }
 
-constexpr double kMostOfItsSize = 8;
+constexpr double kMaxFactor = 8;
 
 TEST(UtteranceMemory, IsAFewTimesItsSize) {
   constexpr std::size_t kMebibyte = std::size_t{1} << 20;
@@ -90,7 +90,7 @@ TEST(UtteranceMemory, IsAFewTimesItsSize) {
     for (const char* piece :
          {"a ", "a", "open my cart ", "Open, my! ", "עגלה ", "🛒 ", "\xFF", "İ", "\n", " "}) {
       const double factor = factorOf(zelvora, piece, size);
-      EXPECT_LE(factor, kMostOfItsSize) << piece;
+      EXPECT_LE(factor, kMaxFactor) << piece;
       RecordProperty(piece, std::to_string(factor));
       if (setting) std::printf("%5.2f times for '%s'\n", factor, piece);
     }

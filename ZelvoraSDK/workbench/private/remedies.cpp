@@ -20,7 +20,7 @@ using EditKind = SpecEdit::Kind;
 constexpr double kSinglePoints = 3.0;
 constexpr double kTokenPoints = 0.6;
 constexpr long kWorkOfSearching = 50;  ///< Cost of going over all texts, in texts routed.
-constexpr std::size_t kMostExamples = 8;
+constexpr std::size_t kMaxExamples = 8;
 constexpr const char* kNothingHelps =
     "give it keywords of several words that no other task has, or lower the thresholds";
 
@@ -224,7 +224,7 @@ bool Remedies::makeWordOpen(Draft& draft, std::uint32_t task, std::size_t ownTex
   });
   if (!isKeyword) addKeyword(next, task, word);
   const std::size_t least = examplesMissing(task, ownText, isKeyword ? 0 : kSinglePoints);
-  for (std::size_t more = 1; more <= kMostExamples; ++more) {
+  for (std::size_t more = 1; more <= kMaxExamples; ++more) {
     addExample(next, task, word);
     if (more < least || !isKept(next, task, ownText)) continue;
     say(next.remedy, "use " + inQuotes(word) + " in " + std::to_string(more) +

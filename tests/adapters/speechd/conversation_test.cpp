@@ -63,7 +63,7 @@ class Talk {
 
 TEST(Framing, HasOneLoneDotLineAndItIsTheLast) {
   constexpr std::string_view kAlphabet("a.\r\n\0\xff", 6);
-  constexpr std::size_t kLongest = 6;
+  constexpr std::size_t kMaxLength = 6;
   std::vector<std::size_t> word;
   std::size_t texts = 0;
   const auto next = [&] {
@@ -73,7 +73,7 @@ TEST(Framing, HasOneLoneDotLineAndItIsTheLast) {
     }
     word.push_back(0);
   };
-  for (; word.size() <= kLongest; next(), ++texts) {
+  for (; word.size() <= kMaxLength; next(), ++texts) {
     std::string text;
     for (const std::size_t letter : word) text += kAlphabet[letter];
     const std::string framed = framedText(filteredText(text));

@@ -26,7 +26,7 @@ namespace {
 constexpr std::size_t kBufferFrames = 1024;
 /// How often a capture is judged.
 constexpr Seconds kMonitorPeriod{0.2};
-constexpr Seconds kLongestWait{60};
+constexpr Seconds kMaxWait{60};
 
 /// One recogniser with a thread of its own. Its tasks report while `catchUp` waits for them.
 class Ear {
@@ -58,7 +58,7 @@ class Ear {
       factory_.catchUp();
       if (capture.failure) throw *capture.failure;
     }
-    return heardBy(capture, task->finish(kLongestWait));
+    return heardBy(capture, task->finish(kMaxWait));
   }
 
  private:

@@ -17,8 +17,8 @@
 namespace zelvora::tool {
 namespace {
 
-constexpr std::size_t kMostConfused = 24;    ///< Tasks in the matrix.
-constexpr std::size_t kMostUtterances = 60;  ///< In the list of the worst.
+constexpr std::size_t kMaxConfused = 24;    ///< Tasks in the matrix.
+constexpr std::size_t kMaxUtterances = 60;  ///< In the list of the worst.
 
 bool isOpening(Verdict verdict) {
   return verdict == Verdict::right || verdict == Verdict::wrong ||
@@ -113,9 +113,9 @@ SweepPoint pointOf(double score, const Counts& it) {
 
 /// The most right with at most 5 % cost; without such a point the one that costs least.
 SweepPoint bestOf(const std::vector<SweepPoint>& points) {
-  constexpr double kMostCost = 0.05;
+  constexpr double kMaxCost = 0.05;
   return *std::ranges::min_element(points, {}, [](const SweepPoint& point) {
-    const bool isDear = point.cost > kMostCost;
+    const bool isDear = point.cost > kMaxCost;
     return std::tuple(isDear, isDear ? point.cost : 0, -point.right, point.cost);
   });
 }
@@ -157,7 +157,7 @@ std::vector<std::string> confusedTasks(const ReportInput& input) {
   std::vector<std::pair<std::size_t, std::string>> order;
   for (const auto& [task, count] : trouble) order.emplace_back(count, task);
   std::ranges::stable_sort(order, [](const auto& a, const auto& b) { return a.first > b.first; });
-  order.resize(std::min(order.size(), kMostConfused));
+  order.resize(std::min(order.size(), kMaxConfused));
   std::set<std::string> shown;
   for (const auto& each : order) shown.insert(each.second);
   std::vector<std::string> tasks;
@@ -311,7 +311,7 @@ std::string worst(const ReportInput& input) {
     return std::pair(badnessOf(input.judged[i].verdict), -input.judged[i].confidence.value_or(0));
   });
   if (order.empty()) return "<p class=\"none\">Every utterance ends as it should.</p>";
-  const std::size_t hidden = order.size() - std::min(order.size(), kMostUtterances);
+  const std::size_t hidden = order.size() - std::min(order.size(), kMaxUtterances);
   order.resize(order.size() - hidden);
   std::string html;
   for (const std::size_t i : order) {

@@ -14,7 +14,7 @@ using Thresholds = RuntimeSpec::Thresholds;
 
 /// The highest score on the grid; more than a phrase, a word and three examples.
 constexpr double kHighestScore = 15;
-constexpr double kLargestGap = 6.6;
+constexpr double kMaxGap = 6.6;
 /// Scores are multiples of 0.6, so limits are set between two of them.
 constexpr double kStep = 0.6;
 constexpr double kBetween = 0.3;
@@ -55,7 +55,7 @@ void add(std::vector<Thresholds>& candidates, const Thresholds& today, Threshold
 std::vector<Thresholds> openingsFor(const Thresholds& today) {
   std::vector<Thresholds> candidates{today};
   for (const double execute : gridOf(today.execute_min_score, kHighestScore))
-    for (const double gap : gridOf(today.close_to_second_delta, kLargestGap)) {
+    for (const double gap : gridOf(today.close_to_second_delta, kMaxGap)) {
       Thresholds next = today;
       next.execute_min_score = execute;
       next.choices_min_score = std::min(execute, today.choices_min_score);

@@ -16,7 +16,7 @@ constexpr const char* kDomain = "ZelvoraServe";
 void play(SoundReader& sound, SpeechRecognitionTask& task) {
   const AudioFormat format = sound.format();
   std::vector<float> samples(kBufferFrames * format.channels);
-  double framesLeft = kLongestRecording.count() * format.sampleRate;
+  double framesLeft = kMaxRecording.count() * format.sampleRate;
   while (const std::size_t got = sound.read(samples)) {
     const std::size_t frames = got / format.channels;
     framesLeft -= static_cast<double>(frames);
@@ -35,7 +35,7 @@ std::optional<std::string> transcribed(SpeechRecognizer& recognizer, SoundReader
                                      failure->with([&](Failure& seen) { seen = error; });
                                    }});
   play(sound, *task);
-  const auto result = task->finish(kLongestRecording);
+  const auto result = task->finish(kMaxRecording);
   if (const Failure seen = failure->with([](const Failure& so) { return so; })) throw Error(*seen);
   if (!result || result->text.empty()) return std::nullopt;
   return result->text;

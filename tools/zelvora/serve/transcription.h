@@ -10,7 +10,7 @@
 namespace zelvora::serve {
 
 /// The longest recording that is transcribed; a longer one is refused.
-inline constexpr Seconds kLongestRecording{300};
+inline constexpr Seconds kMaxRecording{300};
 
 /// Transcribes with `recognizers`, one recording at a time. The transcriber throws Error for a
 /// locale without a recogniser and for bytes that are no sound.

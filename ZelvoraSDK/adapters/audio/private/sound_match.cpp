@@ -15,9 +15,9 @@ constexpr float kStrangePairPrice = 0.4F;  ///< For two neighbours that are neig
 constexpr float kChangePrice = 0.5F;       ///< For each replacement, on top of its distance.
 
 /// A replacement may differ from what was heard by at most this share of its phones,
-constexpr float kMostUnlike = 0.36F;
+constexpr float kMaxDifference = 0.36F;
 /// and by at most this one when it replaces the whole transcript.
-constexpr float kMostUnlikeAlone = 0.2F;
+constexpr float kMaxDifferenceAlone = 0.2F;
 /// The search follows a branch whose cost is above that by no more than this.
 constexpr float kSlack = 0.5F;
 /// A word of the vocabulary may be replaced when its confidence is below this,
@@ -26,22 +26,22 @@ constexpr double kDoubtful = 0.5;
 constexpr double kBelieved = 0.9;
 /// A transcript is about the application when at least this share of its other phones is in known
 /// words.
-constexpr double kLeastKnown = 0.5;
+constexpr double kMinKnown = 0.5;
 /// Longer stretches are never replaced.
-constexpr std::size_t kLongestSound = 14;
+constexpr std::size_t kMaxStretch = 14;
 /// The lengths of a stretch and its replacement differ by less than this.
-constexpr std::size_t kMostExtra = 3;
+constexpr std::size_t kMaxExtra = 3;
 /// A run of this many phones counts in full; a longer one counts no more.
 constexpr double kLongRun = 12;
 /// A transcript that is doubted as a whole, or that opens nothing, may be a whole phrase when at
 /// most this share of its phones differs,
-constexpr float kMostUnlikePhrase = 0.31F;
+constexpr float kMaxPhraseDifference = 0.31F;
 /// when every other phrase differs by at least this much more,
 constexpr float kPhraseLead = 0.05F;
 /// when the phrase has at least this many words: anything sounds a little like a short one,
-constexpr std::size_t kLeastPhraseWords = 3;
+constexpr std::size_t kMinPhraseWords = 3;
 /// and when it has at most this many: in a long one, the one word that matters changes too little.
-constexpr std::size_t kMostPhraseWords = 6;
+constexpr std::size_t kMaxPhraseWords = 6;
 /// A word of at most this many phones is part of its neighbours: "a" in "golf a", which was
 /// "coffee".
 constexpr std::size_t kShortWord = 2;
@@ -69,7 +69,7 @@ class MatchSearch {
   }
 
  private:
-  using Row = std::array<float, kLongestSound + 1>;
+  using Row = std::array<float, kMaxStretch + 1>;
   /// A stretch of the transcript, kept (`gram` is -1, one word) or replaced.
   struct Step {
     std::size_t words = 1;
@@ -93,7 +93,7 @@ class MatchSearch {
 
   void findSteps(std::size_t at) {
     steps_[at].push_back({.cost = isKnown(at) ? 0 : kUnknownPrice});
-    for (std::size_t count = 1; count <= SoundVocabulary::kLongestGram; ++count)
+    for (std::size_t count = 1; count <= SoundVocabulary::kMaxGramWords; ++count)
       if (at + count <= heard_.size() && mayReplace(at, count)) findReplacements(at, count);
   }
 
@@ -113,7 +113,7 @@ class MatchSearch {
       hasDoubt |= isDoubtful(i);
       length += phones_[i].size();
     }
-    return hasDoubt && length > kShortWord && length <= kLongestSound;
+    return hasDoubt && length > kShortWord && length <= kMaxStretch;
   }
 
   /// How far a replacement may differ, judged by the words around the stretch; 0 for no
@@ -126,9 +126,9 @@ class MatchSearch {
       all += phones_[i].size();
       if (isKnown(i)) known += phones_[i].size();
     }
-    if (all == 0) return kMostUnlikeAlone;
-    const bool isAbout = static_cast<double>(known) >= kLeastKnown * static_cast<double>(all);
-    return isAbout ? kMostUnlike : 0;
+    if (all == 0) return kMaxDifferenceAlone;
+    const bool isAbout = static_cast<double>(known) >= kMinKnown * static_cast<double>(all);
+    return isAbout ? kMaxDifference : 0;
   }
 
   void findReplacements(std::size_t at, std::size_t count) {
@@ -163,9 +163,9 @@ class MatchSearch {
     const auto longest = static_cast<float>(std::max(depth, sound.size()));
     const std::size_t shortest = std::min(depth, sound.size());
     if (row[sound.size()] <= search_.mostUnlike * longest &&
-        std::max(depth, sound.size()) < shortest + kMostExtra)
+        std::max(depth, sound.size()) < shortest + kMaxExtra)
       take(node, row[sound.size()], longest);
-    if (depth + 1 >= sound.size() + kMostExtra) return;
+    if (depth + 1 >= sound.size() + kMaxExtra) return;
     for (int child = nodeAt(node).child; child >= 0; child = nodeAt(child).sibling) {
       const Phone phone = nodeAt(child).phone;
       const float dropped = dropCost(phone);
@@ -253,7 +253,7 @@ class MatchSearch {
   /// A phrase that all of the transcript sounds like.
   struct Likeness {
     const std::vector<int>* phrase = nullptr;  ///< Its words.
-    float unlike = kMostUnlikePhrase;
+    float unlike = kMaxPhraseDifference;
   };
 
   [[nodiscard]] std::optional<Likeness> wholePhrase(bool opensNothing) const {
@@ -262,7 +262,7 @@ class MatchSearch {
     std::vector<Phone> sound;
     for (const auto& word : phones_) sound.insert(sound.end(), word.begin(), word.end());
     Likeness best;
-    float second = kMostUnlikePhrase + kPhraseLead;
+    float second = kMaxPhraseDifference + kPhraseLead;
     for (const auto& [known, words] : vocabulary_.phrases_) {
       const auto longest = static_cast<float>(std::max(sound.size(), known.size()));
       const float unlike = distance(sound, known, second * longest) / longest;
@@ -358,8 +358,8 @@ class MatchSearch {
     std::size_t words = 0;
     float mostUnlike = 0;
     std::vector<Phone> sound;
-    std::array<float, kLongestSound> dropped{};  ///< What it costs to drop each of them.
-    std::array<std::array<float, kLongestSound>, kPhones> changed{};  ///< Or to hear another one.
+    std::array<float, kMaxStretch> dropped{};  ///< What it costs to drop each of them.
+    std::array<std::array<float, kMaxStretch>, kPhones> changed{};  ///< Or to hear another one.
   };
 
   const SoundVocabulary& vocabulary_;
@@ -394,7 +394,7 @@ SoundVocabulary::SoundVocabulary(const std::vector<Sentence>& sentences, const P
     for (std::size_t at = 0; at + 1 < ids.size(); ++at)
       neighbours_.insert(pairOf(ids[at], ids[at + 1]));
     for (std::size_t at = 0; at < ids.size(); ++at)
-      for (std::size_t size = 1; size <= kLongestGram && at + size <= ids.size(); ++size) {
+      for (std::size_t size = 1; size <= kMaxGramWords && at + size <= ids.size(); ++size) {
         const auto gram = std::span(ids).subspan(at, size);
         if (seen.emplace(gram.begin(), gram.end()).second) addGram(gram, phones);
       }
@@ -415,7 +415,7 @@ bool SoundVocabulary::isPhrase(const Sentence& words) const {
 void SoundVocabulary::addPhrase(const std::vector<int>& words,
                                 const std::vector<std::vector<Phone>>& phones) {
   if (!phraseWords_.insert(words).second) return;
-  if (words.size() < kLeastPhraseWords || words.size() > kMostPhraseWords) return;
+  if (words.size() < kMinPhraseWords || words.size() > kMaxPhraseWords) return;
   std::vector<Phone> sound;
   for (const int word : words) {
     const auto& more = phones[static_cast<std::size_t>(word)];

@@ -58,13 +58,13 @@ class SoundVocabulary {
  private:
   friend class MatchSearch;
 
-  static constexpr std::size_t kLongestGram = 3;
+  static constexpr std::size_t kMaxGramWords = 3;
   static constexpr int kEdge = 0;      ///< The beginning and the end of a phrase.
   static constexpr int kUnknown = -1;  ///< A word that no phrase has.
 
   /// One to three words of a phrase.
   struct Gram {
-    std::array<int, kLongestGram> words{};
+    std::array<int, kMaxGramWords> words{};
     std::size_t size = 0;
     int nextOfSameSound = -1;
   };

@@ -86,16 +86,16 @@ void requireSendable(const UrlRequest& request) {
 
 /// A century at most, which every clock can hold.
 std::chrono::nanoseconds bounded(Seconds timeout) {
-  constexpr Seconds kLongest{100.0 * 365 * 24 * 60 * 60};
+  constexpr Seconds kMaxSeconds{100.0 * 365 * 24 * 60 * 60};
   return std::chrono::duration_cast<std::chrono::nanoseconds>(
-      std::clamp(timeout, Seconds{0}, kLongest));
+      std::clamp(timeout, Seconds{0}, kMaxSeconds));
 }
 
 /// At least 1: for libcurl 0 means no limit.
 long millisecondsUntil(Transfer::SteadyTime deadline) {
-  constexpr long kMost = std::numeric_limits<int>::max();
+  constexpr long kMaxLong = std::numeric_limits<int>::max();
   const auto left = deadline - Transfer::SteadyTime::clock::now();
-  return std::clamp(long{std::chrono::ceil<std::chrono::milliseconds>(left).count()}, 1L, kMost);
+  return std::clamp(long{std::chrono::ceil<std::chrono::milliseconds>(left).count()}, 1L, kMaxLong);
 }
 
 }  // namespace

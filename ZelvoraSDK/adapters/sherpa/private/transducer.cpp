@@ -33,7 +33,7 @@ namespace fs = std::filesystem;
 /// A transducer for a phone has 5 to 300 MB.
 constexpr std::uintmax_t kMaxModelBytes = std::uintmax_t{1} << 30;
 /// A model that needs more to decode one second of silence is of no use on a phone.
-constexpr std::chrono::seconds kLongestTrial{60};
+constexpr std::chrono::seconds kMaxTrial{60};
 
 Error badModel(const std::string& what) {
   return {"ZelvoraSpeechRecognizer", 5, "The speech model can't be used: " + what};
@@ -83,7 +83,7 @@ std::string reasonOf(int status) {
 
 /// Waits without a limit only for a process that was killed.
 int waitFor(pid_t child) {
-  const auto end = std::chrono::steady_clock::now() + kLongestTrial;
+  const auto end = std::chrono::steady_clock::now() + kMaxTrial;
   int status = 0;
   while (waitpid(child, &status, WNOHANG) == 0) {
     if (std::chrono::steady_clock::now() > end) {

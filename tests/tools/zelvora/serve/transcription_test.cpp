@@ -35,7 +35,7 @@ TEST_F(Transcription, UnderstandsRecordingsAndSaysWhyItDoesNot) {
       .transcriber = serve::transcriberWith(std::make_shared<PocketsphinxRecognizerFactory>(
           std::vector<std::string>{"track my order"}))};
   const std::string said = testing::bytesOf(command());
-  const auto longest = static_cast<std::size_t>(serve::kLongestRecording.count()) * 16000;
+  const auto longest = static_cast<std::size_t>(serve::kMaxRecording.count()) * 16000;
   const struct {
     const char* name;
     std::string audio;
