@@ -32,7 +32,7 @@ using Seconds = std::chrono::duration<double>;
 /// A point of wall-clock time, in seconds since 1970.
 using Timestamp = std::chrono::time_point<std::chrono::system_clock, Seconds>;
 
-/// The current time. Callable from any thread.
+/// The current time. Callable from any thread; must not block.
 class Clock {
  public:
   virtual ~Clock() = default;
@@ -45,7 +45,8 @@ class SystemClock final : public Clock {
   Timestamp now() override { return std::chrono::system_clock::now(); }
 };
 
-/// Takes the library's diagnostic lines. Callable from any thread; lines are never mixed.
+/// Takes the library's diagnostic lines. Callable from any thread; lines are never mixed. Must not
+/// block for long: the main actor writes lines, too.
 class LogSink {
  public:
   virtual ~LogSink() = default;
