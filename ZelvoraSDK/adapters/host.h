@@ -46,7 +46,7 @@ struct HostSpeechOptions {
 };
 
 /// The names of the recognisers that this build has, the default one first.
-[[nodiscard]] std::vector<std::string> hostRecognizers();
+[[nodiscard]] ZELVORA_EXPORT std::vector<std::string> hostRecognizers();
 
 /// This system's microphone, recordings, recogniser and voice. Throws Error when the sound file
 /// can't be read, when speech was not built, or when a model is given that nothing can load.
@@ -66,7 +66,7 @@ struct HostOptions {
   std::optional<HostSpeechOptions> speech;
 
   /// `zelvora` in $XDG_DATA_HOME, which must be absolute, or else in ~/.local/share.
-  static std::filesystem::path userDataFolder();
+  ZELVORA_EXPORT static std::filesystem::path userDataFolder();
 };
 
 /// This system as a platform: threads, network, storage and, where asked for, sound. May be

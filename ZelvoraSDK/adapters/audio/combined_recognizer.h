@@ -39,7 +39,7 @@ struct Opinion {
 };
 
 /// The one final result of two. Pure.
-[[nodiscard]] SpeechResult combined(Opinion first, Opinion second);
+[[nodiscard]] ZELVORA_EXPORT SpeechResult combined(Opinion first, Opinion second);
 
 /// The recognisers of another factory, with a fallback: when a request needs no text and that
 /// factory has no recogniser available, one that hears no words. It gives one empty partial result
