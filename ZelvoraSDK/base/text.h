@@ -41,7 +41,7 @@ void appendCodePoint(std::string& text, char32_t value);
 [[nodiscard]] bool isNumber(char32_t value);
 
 /// A view of `text` without the white space, line breaks included, at its ends.
-[[nodiscard]] std::string_view trimmed(std::string_view text);
+[[nodiscard]] ZELVORA_EXPORT std::string_view trimmed(std::string_view text);
 [[nodiscard]] bool isBlank(std::string_view text);
 
 /// Lower-cased per code point by the full mapping and independent of locale: İ becomes i and
