@@ -38,7 +38,8 @@ function(zelvora_package component name section summary)
   string(TOUPPER ${component} upper)
   set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name} PARENT_SCOPE)
   set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section} PARENT_SCOPE)
-  set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}\n${ARGN}" PARENT_SCOPE)
+  list(JOIN ARGN "\n" lines)
+  set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}\n${lines}" PARENT_SCOPE)
   install(FILES packaging/debian/copyright ${PROJECT_BINARY_DIR}/packaging/changelog.Debian.gz
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${component})
 endfunction()
@@ -49,24 +50,29 @@ execute_process(COMMAND gzip -9nc ${PROJECT_SOURCE_DIR}/packaging/debian/changel
 
 zelvora_package(runtime libzelvora0 libs "voice navigation for applications, libraries"
   "Understands on the device what the user of an application says or types, and"
-  " leads to the screen that was meant.")
+  "leads to the screen that was meant.")
 zelvora_package(devel libzelvora-dev libdevel "voice navigation for applications, headers"
   "What is needed to build an application with ZelvoraSDK: headers, the CMake"
-  " package and files for pkg-config.")
+  "package and files for pkg-config.")
 zelvora_package(qml qml6-module-zelvora libs "voice navigation for applications, views"
   "The QML module Zelvora: mic button, floating pill, choice sheet and the whole"
-  " conversation as one view.")
+  "conversation as one view.")
 zelvora_package(tool zelvora utils "command-line tool for specs of voice navigation"
   "Lints, evaluates and tunes specs, routes texts and speech by them, and serves"
-  " as a backend to develop against.")
+  "as a backend to develop against.")
 zelvora_package(doc zelvora-doc doc "voice navigation for applications, documentation"
   "The documentation of ZelvoraSDK and its example spec.")
 zelvora_package(shop zelvora-shop misc "shop that is used by tapping, typing and talking"
   "The example application of ZelvoraSDK. Nothing can be bought in it.")
 set(CPACK_DEBIAN_DOC_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS "libboost1.81-dev")
-set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS
-  "qml6-module-qtquick, qml6-module-qtquick-layouts, qml6-module-qtquick-templates")
+# What QML reads when it runs, which no library names; QtQuick itself needs the worker script.
+set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS "qml6-module-qtquick, qml6-module-qtquick-layouts, \
+qml6-module-qtquick-templates, qml6-module-qtqml-workerscript")
+set(CPACK_DEBIAN_QML_PACKAGE_RECOMMENDS "qml6-module-qt5compat-graphicaleffects")
+# Authorities for HTTPS, a model of English and a voice.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "ca-certificates, pocketsphinx-en-us, speech-dispatcher")
+set(CPACK_DEBIAN_TOOL_PACKAGE_RECOMMENDS "${CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS}")
 
 # Has the system's library cache updated when the libraries are installed.
 file(WRITE ${PROJECT_BINARY_DIR}/packaging/triggers "activate-noawait ldconfig\n")
