@@ -42,12 +42,11 @@ install(FILES cmake/ZelvoraDependencies.cmake cmake/ZelvoraLint.cmake
   ${PROJECT_BINARY_DIR}/ZelvoraSDKConfigVersion.cmake DESTINATION ${package_dir} COMPONENT devel)
 
 # For builds that ask pkg-config: `pkg-config --cflags --libs zelvora-host`. Users of our archives also link
-# the libraries behind them; a shared library has done so itself.
+# the libraries behind them; a shared library has done so itself, and none of them shows in our headers.
 file(RELATIVE_PATH up_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-if(BUILD_SHARED_LIBS)
-  set(if_shared .private)
-else()
+if(NOT BUILD_SHARED_LIBS)
   set(core_libraries "-lboost_json -lpthread")
+  set(core_requirements "libutf8proc")
   set(host_requirements ", sqlite3, libplist-2.0, libcurl")
   if(ZELVORA_SPEECH)
     string(APPEND host_requirements ", libpulse, sndfile, speexdsp, pocketsphinx")

@@ -33,5 +33,7 @@ endforeach()
 set(work ${WORK})
 set(WORK ${work}/consumer)
 include(${CMAKE_CURRENT_LIST_DIR}/check_consumer.cmake)
+# Nothing of what the libraries stand on need be there for developers.
+set(ENV{PKG_CONFIG_LIBDIR} ${WORK})
 set(WORK ${work}/pkg-config)
 include(${CMAKE_CURRENT_LIST_DIR}/check_pkg_config.cmake)
