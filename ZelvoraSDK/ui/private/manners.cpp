@@ -57,11 +57,11 @@ void Manners::accessibilityActiveChanged(bool active) {
   voice_ = name.object();
   if (!voice_) return;
   connect(voice_, SIGNAL(pressAction()), this, SLOT(press()));
-  connect(button_, SIGNAL(textChanged()), this, SLOT(tellName()));
-  tellName();
+  connect(button_, SIGNAL(textChanged()), this, SLOT(passNameOn()));
+  passNameOn();
 }
 
-void Manners::tellName() { voice_->setProperty("name", button_->property("text")); }
+void Manners::passNameOn() { voice_->setProperty("name", button_->property("text")); }
 
 void Manners::press() {
   if (button_->isEnabled()) QMetaObject::invokeMethod(button_, "clicked");

@@ -42,7 +42,7 @@ class Manners : public QObject, public QQmlParserStatus, public QAccessible::Act
  private:
   /// Makes the ring when the focus comes by keyboard, and destroys it when the focus leaves.
   Q_SLOT void showFocus();
-  Q_SLOT void tellName();
+  Q_SLOT void passNameOn();
   Q_SLOT void press();
 
   QQuickItem* button_ = nullptr;

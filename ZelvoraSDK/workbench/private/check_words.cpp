@@ -169,7 +169,8 @@ class WordCheck {
     for (std::size_t text = 0; text < spec_.ownTexts().size(); ++text) {
       const OwnText& each = spec_.ownTexts()[text];
       if (each.task != own.task || each.isOfLocale) continue;
-      for (const std::string& word : remedies_.tellingWords(own.task, routed_.of(text).canonical)) {
+      for (const std::string& word :
+           remedies_.distinctiveWords(own.task, routed_.of(text).canonical)) {
         if (std::ranges::find(words, word) != words.end() || characterCount(word) < 3) continue;
         std::string keyword = word;
         for (const std::string& part : words) keyword += ' ' + part;

@@ -103,7 +103,8 @@ const std::vector<std::size_t>& Remedies::textsWith(const std::string& word) {
   return at->second;
 }
 
-std::vector<std::string> Remedies::tellingWords(std::uint32_t task, std::string_view canonical) {
+std::vector<std::string> Remedies::distinctiveWords(std::uint32_t task,
+                                                    std::string_view canonical) {
   std::vector<std::string> words = wordsOf(canonical);
   std::vector<std::size_t> order(words.size());
   std::vector<std::size_t> elsewhere(words.size());
@@ -117,10 +118,11 @@ std::vector<std::string> Remedies::tellingWords(std::uint32_t task, std::string_
   std::ranges::stable_sort(order, {}, [&](std::size_t i) { return elsewhere[i]; });
   order.resize(std::min<std::size_t>(order.size(), 2));
   std::ranges::sort(order);
-  std::vector<std::string> telling;
+  std::vector<std::string> distinctive;
   for (const std::size_t i : order)
-    if (std::ranges::find(telling, words[i]) == telling.end()) telling.push_back(words[i]);
-  return telling;
+    if (std::ranges::find(distinctive, words[i]) == distinctive.end())
+      distinctive.push_back(words[i]);
+  return distinctive;
 }
 
 // Drafts.
@@ -238,10 +240,11 @@ bool Remedies::makeWordOpen(Draft& draft, std::uint32_t task, std::size_t ownTex
 bool Remedies::makeOpen(Draft& draft, std::uint32_t task, std::size_t ownText) {
   const std::vector<std::string> words = wordsOf(routed_.of(ownText).canonical);
   if (words.empty()) return false;
-  const std::vector<std::string> telling = tellingWords(task, routed_.of(ownText).canonical);
-  if (telling.size() < 2) return makeWordOpen(draft, task, ownText, telling.front());
+  const std::vector<std::string> distinctive =
+      distinctiveWords(task, routed_.of(ownText).canonical);
+  if (distinctive.size() < 2) return makeWordOpen(draft, task, ownText, distinctive.front());
 
-  const std::string pair = joined(telling);
+  const std::string pair = joined(distinctive);
   const std::string whole = joined(words);
   const auto attempt = [&](const std::vector<std::string>& keywords, bool withExample) {
     Draft next = draft;

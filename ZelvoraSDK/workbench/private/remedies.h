@@ -45,8 +45,8 @@ class Remedies {
 
   /// The two words of a text that fewest texts of other tasks have, in the text's order; fewer when
   /// it has fewer.
-  [[nodiscard]] std::vector<std::string> tellingWords(std::uint32_t task,
-                                                      std::string_view canonical);
+  [[nodiscard]] std::vector<std::string> distinctiveWords(std::uint32_t task,
+                                                          std::string_view canonical);
 
  private:
   /// A task as it would be.
