@@ -110,6 +110,9 @@ ZelvoraTheme::ZelvoraTheme(QObject* item) : QObject(item), item_(qobject_cast<QQ
   allThemes().append(this);
 }
 
+// Not inline: QML knows an item's theme by this function's address, and both modules register it.
+ZelvoraTheme* ZelvoraTheme::qmlAttachedProperties(QObject* item) { return new ZelvoraTheme(item); }
+
 ZelvoraTheme::~ZelvoraTheme() { allThemes().removeOne(this); }
 
 void ZelvoraTheme::joinAncestors() {

@@ -64,7 +64,7 @@ class ZELVORA_EXPORT ZelvoraTheme : public QObject {
   explicit ZelvoraTheme(QObject* item);
   ~ZelvoraTheme() override;
 
-  static ZelvoraTheme* qmlAttachedProperties(QObject* item) { return new ZelvoraTheme(item); }
+  static ZelvoraTheme* qmlAttachedProperties(QObject* item);
 
   [[nodiscard]] QColor background() const { return colors().background; }
   [[nodiscard]] QColor surface() const { return colors().surface; }

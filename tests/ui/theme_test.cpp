@@ -70,6 +70,17 @@ TEST(Theme, IsInheritedFromWhereItIsSet) {
   EXPECT_EQ(inner.accent(), QColor("red"));
 }
 
+// Each of the two modules has a name for it, and a library of its own.
+TEST(Theme, IsOneForApplicationsAndForTheViewsOwnParts) {
+  QQmlEngine engine;
+  const std::unique_ptr<QQuickItem> root(
+      made(engine,
+           "import Zelvora.Private as Private\n"
+           "Item { id: root; ZelvoraTheme.textScale: 2\n"
+           "readonly property bool isOne: root.ZelvoraTheme === root.Private.Theme }"));
+  EXPECT_TRUE(root->property("isOne").toBool());
+}
+
 TEST(Theme, FollowsThePaletteWhereNothingIsSet) {
   const Scene scene(
       "Item { palette { window: '#203040'; windowText: 'white'; base: '#304050'; highlight: "
