@@ -28,8 +28,8 @@ class DurableQueue::Line {
     return !std::exchange(isServed_, true);
   }
 
-  /// Runs the first piece of work; false when there is none. Callable from any thread: pieces never
-  /// run at the same time.
+  /// Runs the first piece of work; returns false when the line is empty. Callable from any thread,
+  /// since pieces never run at the same time.
   bool runNext();
 
   /// Called when nobody serves the line any more: keeps only accepted work.

@@ -54,7 +54,7 @@ class ZELVORA_EXPORT SqliteDefaults final : public UserDefaults {
   template <class Operation>
   auto perform(bool creates, Operation operation)
       -> std::optional<std::invoke_result_t<Operation, sqlite::Connection&>>;
-  /// Opens the file if necessary. False when there is none.
+  /// Opens the file unless it is open, and makes it first if `creates`. Returns false without one.
   bool open(bool creates);
   /// Sets aside the file that was opened last, which `cause` says is damaged.
   void replace(const Error& cause) const;

@@ -115,7 +115,8 @@ class WordAutomaton {
   void fillRow(Node node);
   void linkSuffixes();
 
-  /// The child of `node` by `byte`, or the root when there is none: the root is nobody's child.
+  /// The child of `node` by `byte`, or the root if it has no such child. No node has the root as
+  /// child.
   [[nodiscard]] Node childOf(Node node, unsigned char byte) const;
   /// Where `byte` leads from `node`, by shorter and shorter suffixes if need be.
   [[nodiscard]] Node next(Node node, unsigned char byte) const;
